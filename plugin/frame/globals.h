@@ -146,6 +146,3 @@ extern int16_t suiteUseCount;
 
 /// Gives every field of `globals` its value of a first start.  `self` becomes pluginRef.
 void SetDefaults(PluginHandle self);
-
-/// Fills the curve tables of `globals`.
-void FillCurveTables();
