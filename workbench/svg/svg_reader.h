@@ -1,0 +1,40 @@
+/// SVG files to documents.
+///
+/// One file becomes one document: shapes become paths, elements with members become groups, clip paths
+/// become clipped groups, what the editors mark as a layer becomes a layer.  What the document has no words
+/// for is counted by a short name, never dropped in silence.  Files come from anywhere: whatever the bytes
+/// are, the answer is a document or a clear refusal, in bounded memory and time.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "workbench/document/document.h"
+
+namespace workbench {
+
+/// What a file lost on its way in.
+struct ReadReport {
+    std::map<std::string, int> losses; ///< how often by a short name: "filter", "mask", "text", "image" ...
+    std::vector<std::string> notes;    ///< sentences for a person, such as where the file is damaged
+};
+
+/// Reads a file's content, SVG or SVG packed by gzip (known by its first bytes, not by its name).
+///
+/// The document has the page of the file in points, y growing upward, (0, 0) the page's lower left corner;
+/// nothing is selected.  Art bears its element's id as its name.
+/// @param fileName  UTF-8; its last part is the title of a document that has none of its own
+/// @param report    may be null
+/// @param error     set when the answer is null; may be null
+/// @return null if the bytes are no SVG, or ask for more than the bounds of svg_limits.h allow
+std::unique_ptr<Document> ReadSvg(std::span<const uint8_t> bytes, const std::string& fileName,
+                                  ReadReport* report, std::string* error);
+
+/// The same for a file on disk; `path` is UTF-8.
+std::unique_ptr<Document> ReadSvgFile(const std::string& path, ReadReport* report, std::string* error);
+
+} // namespace workbench
