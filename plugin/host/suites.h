@@ -1,0 +1,45 @@
+/// The host's suites by their types.
+///
+/// Every accessor may be called only between `AcquireHostSuites` and `ReleaseHostSuites`; outside there is
+/// no table behind it.  Nothing may keep the reference across calls of the plug-in: after a release the
+/// host may move or unload the suite.
+#pragma once
+
+#include "suites/art.h"
+#include "suites/document.h"
+#include "suites/draw.h"
+#include "suites/frame.h"
+#include "suites/paint.h"
+
+// Art
+const AIArtSuite& ArtSuite();
+const AIGroupSuite& GroupSuite();
+const AIPathSuite& PathSuite();
+const AIBlendStyleSuite& BlendStyleSuite();
+const AIArtStyleSuite& ArtStyleSuite();
+const AIPluginGroupSuite& PluginGroupSuite();
+const AIPlacedSuite& PlacedSuite();
+const AIRasterSuite& RasterSuite();
+const AITagSuite& TagSuite();
+
+// Paint
+const AIPathStyleSuite& PathStyleSuite();
+const AIGradientSuite& GradientSuite();
+const AIPatternSuite& PatternSuite();
+const AICustomColorSuite& CustomColorSuite();
+const AISwatchListSuite& SwatchListSuite();
+
+// Document
+const AILayerSuite& LayerSuite();
+const AIDocumentViewSuite& DocumentViewSuite();
+const AIUndoSuite& UndoSuite();
+const AIHardSoftSuite& HardSoftSuite();
+
+// Drawing and mathematics
+const AIDrawArtSuite& DrawArtSuite();
+const AIRealMathSuite& RealMathSuite();
+
+// Frame
+const AIUserSuite& UserSuite();
+const AIUnicodeStringSuite& UnicodeStringSuite();
+const AIFilePathSuite& FilePathSuite();
