@@ -1,0 +1,19 @@
+/// Names for the linked files that are stored beside a record.
+#pragma once
+
+#include <cstddef>
+
+constexpr size_t kLinkPathBytes = 256; ///< an entry of linkPaths
+constexpr size_t kLinkNameBytes = 64;  ///< an entry of linkNames
+
+/// Enters a linked file in the link list, unless it is there, and replaces its full path in `text` by the
+/// name under which the file is stored.
+///
+/// The name is the file's own, cut at whole characters so that it fits `nameLimit` bytes; a number goes
+/// behind its base name where that is needed to keep it apart from the names given before.  Two names
+/// are kept apart also if they differ only in the case of ASCII letters, and if they agree up to the first
+/// point, because the notes beside the stored files go by that part alone.  In a base name that holds
+/// points itself the number therefore goes before the first of them.
+/// @param text  cp932 with a NUL, at least kLinkPathBytes bytes; separators are backslashes.  Stays as it is
+///              if memory runs out.
+void RegisterLinkedFile(char* text);
