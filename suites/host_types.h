@@ -182,6 +182,15 @@ typedef struct HostCustomColor {
     int32_t flags;
 } HostCustomColor;
 
+/* An image: pixel bounds with y growing downward, and the form of its pixels.  Flags and colour spaces are
+   the host's numbers; colour space 18 has five channels. */
+typedef struct HostRasterRecord {
+    uint32_t flags;
+    int32_t left, top, right, bottom;
+    uint32_t byteWidth; /* bytes of a row */
+    int32_t colorSpace, bitsPerPixel, originalColorSpace;
+} HostRasterRecord;
+
 /* Text encodings of the host's Unicode strings. */
 enum : int32_t { kEncodingPlatform = 0, kEncodingUtf8 = 3, kEncodingCp932 = 17 };
 
