@@ -1,0 +1,12 @@
+/// The user's documents folder, which <shlobj.h> gives to the plug-in.
+#pragma once
+
+#include <string>
+
+/// The folder that was set, else the desktop's own: XDG_DOCUMENTS_DIR of user-dirs.dirs in the configuration
+/// folder, else Documents in the home folder.  UTF-8, absolute.
+std::string DocumentsFolder();
+
+/// Sets another folder, UTF-8 and absolute, for tests and the command line; null or empty goes back to the
+/// desktop's own.
+void SetDocumentsFolder(const char* utf8Path);
