@@ -134,6 +134,7 @@ public:
     // Swatches.
     size_t SwatchCount() const { return swatches_.size(); }
     Swatch& SwatchAt(size_t index) { return *swatches_[index]; }
+    const Swatch& SwatchAt(size_t index) const { return *swatches_[index]; }
     Swatch* Find(SwatchHandle handle);
     Swatch& InsertSwatch(size_t index);
     SwatchListHandle swatchList() const { return swatchList_; }
