@@ -27,7 +27,7 @@ typedef struct HostMessage {
     uint32_t check;         /* the host's own */
     PluginHandle self;      /* this plug-in */
     void* globals;          /* the plug-in's slot: the host hands its value back at every call */
-    const HostBasic* basic; /* valid for the length of the call */
+    const HostBasic* basic; /* the same one for as long as the host runs */
 } HostMessage;
 
 typedef struct HostMenuMessage {

@@ -53,11 +53,11 @@ struct PanelControl {
 
 struct Globals {
     // Browser and placement settings
-    int16_t toolMode;    ///< 1 icons 32, 2 icons 64, 3 list; other values act as 3
-    int16_t sortMode;    ///< 0 name, 1 kind, 2 date; other values act as 0
-    int16_t layerOption; ///< flag
-    int16_t findMode;    ///< FindMode
-    int16_t originMode;  ///< 0 to 8: which point of the art lands on placePoint; other values act as 0
+    int16_t toolMode;      ///< 1 icons 32, 2 icons 64, 3 list; other values act as 3
+    int16_t sortMode;      ///< 0 name, 1 kind, 2 date; other values act as 0
+    int16_t layerOption;   ///< flag
+    int16_t findMode;      ///< FindMode
+    int16_t originMode;    ///< 0 to 8: which point of the art lands on placePoint; other values act as 0
     int32_t expandedCount; ///< used rows of expandedRows; below 0: the folder list was never built
     char expandedRows[kExpandedRows][kNameBytes];
     int16_t rotationAngle; ///< degrees
@@ -70,7 +70,7 @@ struct Globals {
     PluginHandle pluginRef;
     HostPoint placePoint;
     int16_t snapKind;
-    int32_t trackState;   ///< 2: the drop hands tags to trackTarget instead of adding art
+    int32_t trackState; ///< 2: the drop hands tags to trackTarget instead of adding art
     ArtHandle trackTarget;
 
     // Capture; cleared at the start of every capture

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 #include "suites/basic.h"
 
@@ -15,8 +16,8 @@ struct SuiteRow {
     const void** slot; ///< null in it: not held
 };
 
-/// kSuiteCount rows, in the order of acquiring and releasing.
-extern const SuiteRow suiteTable[kSuiteCount];
+/// The rows in the order of acquiring and releasing.
+std::span<const SuiteRow, kSuiteCount> SuiteTable();
 
 /// Acquires all suites at the outermost entry into the plug-in; a nested call only counts.
 ///

@@ -1,0 +1,32 @@
+#include "plugin/host/suites.h"
+
+#include "plugin/host/suite_slots.h"
+
+#define DEFINE_ACCESSOR(suite)                                         \
+    const AI##suite##Suite& suite##Suite() {                           \
+        return *static_cast<const AI##suite##Suite*>(AI##suite##Slot); \
+    }
+
+DEFINE_ACCESSOR(Art)
+DEFINE_ACCESSOR(Group)
+DEFINE_ACCESSOR(Path)
+DEFINE_ACCESSOR(BlendStyle)
+DEFINE_ACCESSOR(ArtStyle)
+DEFINE_ACCESSOR(PluginGroup)
+DEFINE_ACCESSOR(Placed)
+DEFINE_ACCESSOR(Raster)
+DEFINE_ACCESSOR(Tag)
+DEFINE_ACCESSOR(PathStyle)
+DEFINE_ACCESSOR(Gradient)
+DEFINE_ACCESSOR(Pattern)
+DEFINE_ACCESSOR(CustomColor)
+DEFINE_ACCESSOR(SwatchList)
+DEFINE_ACCESSOR(Layer)
+DEFINE_ACCESSOR(DocumentView)
+DEFINE_ACCESSOR(Undo)
+DEFINE_ACCESSOR(HardSoft)
+DEFINE_ACCESSOR(DrawArt)
+DEFINE_ACCESSOR(RealMath)
+DEFINE_ACCESSOR(User)
+DEFINE_ACCESSOR(UnicodeString)
+DEFINE_ACCESSOR(FilePath)
