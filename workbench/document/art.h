@@ -4,6 +4,7 @@
 /// first, so that adding on top costs the same however much art there is.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <variant>
@@ -32,9 +33,23 @@ struct Blend {
 };
 
 enum BlendMode : int32_t {
-    kBlendNormal = 0, kBlendMultiply, kBlendScreen, kBlendOverlay, kBlendSoftLight, kBlendHardLight,
-    kBlendColorDodge, kBlendColorBurn, kBlendDarken, kBlendLighten, kBlendDifference, kBlendExclusion,
-    kBlendHue, kBlendSaturation, kBlendColor, kBlendLuminosity, kBlendModeCount
+    kBlendNormal = 0,
+    kBlendMultiply,
+    kBlendScreen,
+    kBlendOverlay,
+    kBlendSoftLight,
+    kBlendHardLight,
+    kBlendColorDodge,
+    kBlendColorBurn,
+    kBlendDarken,
+    kBlendLighten,
+    kBlendDifference,
+    kBlendExclusion,
+    kBlendHue,
+    kBlendSaturation,
+    kBlendColor,
+    kBlendLuminosity,
+    kBlendModeCount
 };
 
 struct GroupData {
@@ -101,12 +116,14 @@ struct Art {
     Art* above = nullptr; ///< previous sibling
     Art* below = nullptr; ///< next sibling
 
-    bool selected = false, locked = false, hidden = false;
+    size_t childCount = 0, selectedChildren = 0; ///< kept by the document
+    bool selected = false;                       ///< written by Document::Select and by the document alone
+    bool locked = false, hidden = false;
     std::string name; ///< UTF-8; an SVG's id
     Blend blend;
     std::vector<Tag> tags;
-    ArtHandle styledArt = nullptr;       ///< what the art's style draws in its place; out of the tree
-    ArtStyleHandle artStyle = nullptr;   ///< none: no style
+    ArtHandle styledArt = nullptr;     ///< what the art's style draws in its place; out of the tree
+    ArtStyleHandle artStyle = nullptr; ///< none: no style
     ArtData data;
 
     PathData* path() { return std::get_if<PathData>(&data); }

@@ -69,12 +69,12 @@ public:
     Document& operator=(const Document&) = delete;
 
     DocumentHandle handle() const { return handle_; }
-    std::string title;             ///< file name or "Untitled"
-    std::string subject;           ///< kind, when the file's metadata has one
+    std::string title;   ///< file name or "Untitled"
+    std::string subject; ///< kind, when the file's metadata has one
     std::string description;
     HostRect page{0, 792, 612, 0}; ///< points
     std::string undoText, redoText;
-    HostPoint hardOrigin{0, 0};    ///< what the page point (0, 0) is in hard coordinates
+    HostPoint hardOrigin{0, 0}; ///< what the page point (0, 0) is in hard coordinates
 
     // Layers; number 0 is the topmost.
     size_t LayerCount() const { return layers_.size(); }
@@ -89,8 +89,9 @@ public:
     Art* Find(ArtHandle handle); ///< null if stale
     const Art* Find(ArtHandle handle) const;
 
-    /// By the contract's paint orders.  kHostBadPlace: `prep` is no container (or a compound path for other
-    /// than paths and groups), lies out of every tree, or the current layer is locked or hidden.
+    /// By the contract's paint orders.  kHostBadPlace: `prep` is no group (or a compound path for other than
+    /// paths and groups), lies out of every tree, or its layer is locked or hidden; for kPlaceAboveAll, the
+    /// current layer is.  kHostBadParameter: no such kind or paint order.
     HostError NewArt(int32_t kind, int32_t paintOrder, Art* prep, Art** art);
 
     /// New art at the bottom of a container, or free-standing (out of every tree, its handle alive until the
@@ -99,10 +100,23 @@ public:
     Art* AppendArt(int32_t kind, Art* parent);
     Art* PrependArt(int32_t kind, Art* parent);
 
+    /// Also what hangs on it out of the tree: styled art, a text's path.  kHostBadPlace for a layer's root.
     HostError DisposeArt(Art* art);
-    HostError ReorderArt(Art* art, int32_t paintOrder, Art* prep); ///< kHostBadPlace also into itself
-    Art* CopyArt(const Art& art); ///< a free-standing deep copy with tags and paint, nothing selected
-    Layer* LayerOf(const Art& art); ///< null for art out of the tree
+
+    /// Free-standing art may be moved into a tree.  kHostBadPlace as for NewArt, for a layer's root, and for
+    /// a place within `art` or beside it.
+    HostError ReorderArt(Art* art, int32_t paintOrder, Art* prep);
+
+    /// True if neither the layer nor its lock stands against changes at this place.
+    bool CanChange(const Art& art) { return CanChange(LayerOf(art)); }
+
+    /// Moves `edit`, a group, into the plug-in art; what was there before is disposed of.  kHostBadPlace if
+    /// the plug-in art lies within it.
+    HostError SetEditArt(Art& pluginArt, Art& edit);
+
+    Art* CopyArt(const Art& art);   ///< a free-standing deep copy with tags and paint, nothing selected
+    Layer* LayerOf(const Art& art); ///< null for art out of the tree; walks up to the root
+    static bool CanChange(const Layer* layer) { return layer && layer->visible && !layer->locked; }
 
     /// Sets or clears the flag of `art` and of everything in it.  A container counts as selected when all
     /// that is in it is selected, so the flags of its parents follow.
@@ -110,8 +124,9 @@ public:
     void SelectAll();
     void SelectNone();
 
-    /// By control points, without line widths; false if the art has no extent.  Pattern art and free-standing
-    /// art are measured like any other.
+    /// By control points, without line widths; false, and `bounds` untouched, if the art has no extent.
+    /// Only the handles of curves that are there count: those at the ends of an open path don't.  Pattern art
+    /// and free-standing art are measured like any other; styled art doesn't count.
     bool Bounds(const Art& art, HostRect* bounds) const;
 
     // Paint.
@@ -124,6 +139,8 @@ public:
     CustomColor* Find(CustomColorHandle handle);
     const CustomColor* Find(CustomColorHandle handle) const;
     CustomColor* FindCustomColor(std::string_view name);
+
+    /// A name that is taken or empty gets the lowest number from 1 behind it that makes it unique.
     CustomColor& NewCustomColor(std::string name, const HostCustomColor& definition);
     ArtStyle* Find(ArtStyleHandle handle);
     ArtStyle& NewArtStyle(const HostPathStyle& paint);
@@ -142,8 +159,9 @@ public:
     View& view() { return view_; }
 
 private:
-    struct Object; ///< what a handle stands for
     struct Tables;
+    Art* MakeArt(int32_t kind);
+    HostError PlaceFor(int32_t kind, int32_t paintOrder, Art* prep, Art** parent, Art** above);
     std::unique_ptr<Tables> tables_;
     std::vector<std::unique_ptr<Layer>> layers_;
     std::vector<std::unique_ptr<Swatch>> swatches_;
@@ -160,11 +178,21 @@ HostColor GrayColor(double ink);
 HostColor ThreeColor(double red, double green, double blue);
 HostColor FourColor(double cyan, double magenta, double yellow, double black);
 
-/// Visits `art` and all that is in it, parents before members, topmost first.
+/// Visits `root` and all that is in it, parents before members, topmost first.  Nesting costs no stack.  The
+/// visitor may change values, not the tree.
 template <typename Visitor>
-void ForEachArt(const Art& art, Visitor&& visit) {
-    visit(art);
-    for (const Art* child = art.firstChild; child; child = child->below) ForEachArt(*child, visit);
+void ForEachArt(const Art& root, Visitor&& visit) {
+    const Art* art = &root;
+    for (;;) {
+        visit(*art);
+        if (art->firstChild) {
+            art = art->firstChild;
+            continue;
+        }
+        while (art != &root && !art->below) art = art->parent;
+        if (art == &root) return;
+        art = art->below;
+    }
 }
 
 } // namespace workbench

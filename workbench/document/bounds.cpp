@@ -1,0 +1,97 @@
+#include <algorithm>
+#include <vector>
+
+#include "workbench/document/document.h"
+
+namespace workbench {
+
+namespace {
+
+/// A box that grows by the points it is given.
+class Box {
+public:
+    void Add(const HostPoint& point) {
+        if (!any_) rect_ = {point.x, point.y, point.x, point.y};
+        any_ = true;
+        rect_.left = std::min(rect_.left, point.x);
+        rect_.right = std::max(rect_.right, point.x);
+        rect_.bottom = std::min(rect_.bottom, point.y);
+        rect_.top = std::max(rect_.top, point.y);
+    }
+    void AddRect(const HostRect& rect) {
+        if (rect.left == 0 && rect.top == 0 && rect.right == 0 && rect.bottom == 0) return;
+        Add({rect.left, rect.top});
+        Add({rect.right, rect.bottom});
+    }
+    void AddCorners(const HostMatrix& m, double width, double height) {
+        if (width == 0 && height == 0) return;
+        for (const double x : {0.0, width}) {
+            for (const double y : {0.0, height}) {
+                Add({m.a * x + m.c * y + m.tx, m.b * x + m.d * y + m.ty});
+            }
+        }
+    }
+    void AddPath(const PathData& path) {
+        const auto& segments = path.segments;
+        for (size_t i = 0; i < segments.size(); ++i) {
+            Add(segments[i].anchor);
+            if (i > 0 || path.closed) Add(segments[i].in);
+            if (i + 1 < segments.size() || path.closed) Add(segments[i].out);
+        }
+    }
+    bool any() const { return any_; }
+    const HostRect& rect() const { return rect_; }
+
+private:
+    HostRect rect_{};
+    bool any_ = false;
+};
+
+/// What stands for the whole of a container; null: all its members.
+const Art* StandIn(const Document& document, const Art& art) {
+    if (const auto* plugin = std::get_if<PluginArtData>(&art.data)) {
+        const Art* result = document.Find(plugin->result);
+        return result && result->parent == &art ? result : nullptr;
+    }
+    const GroupData* group = art.group();
+    if (!group || !group->clipped) return nullptr;
+    const Art* child = art.firstChild;
+    while (child && child->kind != kArtPath && child->kind != kArtCompoundPath) child = child->below;
+    return child;
+}
+
+void AddOwn(const Art& art, Box* box) {
+    if (const PathData* path = art.path()) {
+        box->AddPath(*path);
+    } else if (const auto* placed = std::get_if<PlacedData>(&art.data)) {
+        box->AddCorners(placed->matrix, placed->width, placed->height);
+    } else if (const auto* raster = std::get_if<RasterData>(&art.data)) {
+        box->AddCorners(raster->matrix, raster->width, -static_cast<double>(raster->height));
+    } else if (const auto* mesh = std::get_if<MeshData>(&art.data)) {
+        box->AddRect(mesh->bounds);
+    } else if (const auto* text = std::get_if<TextFrameData>(&art.data)) {
+        box->AddRect(text->bounds);
+    }
+}
+
+} // namespace
+
+bool Document::Bounds(const Art& art, HostRect* bounds) const {
+    Box box;
+    std::vector<const Art*> waiting{&art};
+    while (!waiting.empty()) {
+        const Art* each = waiting.back();
+        waiting.pop_back();
+        if (const Art* standIn = StandIn(*this, *each)) {
+            waiting.push_back(standIn);
+            continue;
+        }
+        AddOwn(*each, &box);
+        for (const Art* child = each->firstChild; child; child = child->below) waiting.push_back(child);
+    }
+    if (!box.any()) return false;
+    *bounds = box.rect();
+    return true;
+}
+
+} // namespace workbench
