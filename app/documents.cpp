@@ -1,0 +1,89 @@
+#include "app/documents.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+
+#include "workbench/render/page_files.h"
+#include "workbench/shell/document_json.h"
+#include "workbench/svg/svg_writer.h"
+
+using workbench::Document;
+
+namespace {
+
+/// Pixels for each point of a PNG: twice the screen's.
+constexpr double kPngScale = 2;
+
+std::string ExtensionOf(const std::string& path) {
+    std::string extension = std::filesystem::path(path).extension().string();
+    std::transform(extension.begin(), extension.end(), extension.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return extension;
+}
+
+} // namespace
+
+std::unique_ptr<Document> OpenDocument(const std::string& path, workbench::ReadReport* report,
+                                       std::string* error) {
+    std::string why;
+    auto document = workbench::ReadSvgFile(path, report, &why);
+    if (!document) *error = path + ": " + why;
+    return document;
+}
+
+bool KnownExtension(const std::string& path, std::string* error) {
+    const std::string extension = ExtensionOf(path);
+    for (const char* known : {".svg", ".pdf", ".png", ".json"}) {
+        if (extension == known) return true;
+    }
+    *error = path + ": the name must end in .svg, .pdf, .png or .json";
+    return false;
+}
+
+bool SaveBytes(const std::string& path, const void* bytes, size_t count, std::string* error) {
+    const std::string temporary = path + ".part";
+    std::FILE* file = std::fopen(temporary.c_str(), "wb");
+    if (!file) {
+        *error = path + ": " + std::strerror(errno);
+        return false;
+    }
+    bool good = std::fwrite(bytes, 1, count, file) == count;
+    good = std::fclose(file) == 0 && good;
+    if (good && std::rename(temporary.c_str(), path.c_str()) == 0) return true;
+    *error = path + ": " + std::strerror(errno);
+    std::remove(temporary.c_str());
+    return false;
+}
+
+bool SaveDocument(const Document& document, const std::string& path, std::string* error) {
+    if (!KnownExtension(path, error)) return false;
+    const std::string extension = ExtensionOf(path);
+    if (extension == ".svg" || extension == ".json") {
+        const std::string text = extension == ".svg"
+                                     ? workbench::WriteSvg(document)
+                                     : workbench::DocumentJson(document).dump(
+                                           1, ' ', false, nlohmann::json::error_handler_t::replace) +
+                                           "\n";
+        return SaveBytes(path, text.data(), text.size(), error);
+    }
+    std::string why;
+    const std::vector<uint8_t> bytes = extension == ".pdf" ? workbench::PdfOfPage(document, &why)
+                                                           : workbench::PngOfPage(document, kPngScale, &why);
+    if (bytes.empty()) {
+        *error = path + ": " + why;
+        return false;
+    }
+    return SaveBytes(path, bytes.data(), bytes.size(), error);
+}
+
+std::string LossesLine(const std::map<std::string, int>& losses) {
+    std::string line;
+    for (const auto& [what, count] : losses) {
+        line += (line.empty() ? "" : ", ") + what + " " + std::to_string(count);
+    }
+    return line;
+}

@@ -1,0 +1,53 @@
+/// The plug-in, up and running in the stand-in host, for the length of one command.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "workbench/render/cairo_painter.h"
+#include "workbench/suites/host.h"
+
+class Session {
+public:
+    Session();  ///< brings the plug-in up through its entry; ok() tells
+    ~Session(); ///< takes it down; what the host found wrong goes to standard error
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    bool ok() const { return started_; }
+
+    /// Makes a folder the database root.  False, and a sentence in *error, if its path can't be stored, is
+    /// too long, or there is no such folder and `create` is not set.
+    bool OpenDatabase(const std::string& folder, bool create, std::string* error);
+
+    /// Makes the folders of a group, given as the plug-in names it.
+    bool MakeFolders(const std::string& groupName, std::string* error);
+
+    workbench::Host& host() { return host_; }
+
+    /// True if the host was used wrongly so far; such a run must not end as done.
+    bool faulty() const { return host_.faultCount() != 0; }
+
+    /// Every suite call as a line on standard error.
+    void Trace();
+
+private:
+    bool Send(const char* selector);
+
+    workbench::CairoPainter painter_;
+    workbench::Host host_;
+    void* globals_ = nullptr;
+    bool started_ = false;
+};
+
+/// Holds the host's suites, as the plug-in's own callbacks do.
+class SuitesHeld {
+public:
+    explicit SuitesHeld(workbench::Host& host);
+    ~SuitesHeld();
+    SuitesHeld(const SuitesHeld&) = delete;
+    SuitesHeld& operator=(const SuitesHeld&) = delete;
+
+private:
+    workbench::Host& host_;
+};
