@@ -1,25 +1,42 @@
 /// From a path and its paint to a path object.
 #pragma once
 
+#include "plugin/objects/object_layout.h"
 #include "plugin/store/memory_handle.h"
 #include "suites/host_types.h"
+
+/// A path object of one segment: what a caller has to provide.
+constexpr uint32_t kOneSegmentPathBytes = kPathBaseBytes + sizeof(AidbSegment);
+static_assert(kOneSegmentPathBytes == 5132);
+
+/// The stored count is a signed 16-bit number.
+constexpr int32_t kMaxPathSegments = INT16_MAX;
 
 /// Pattern numbers end here: a load knows the numbers from 1 to 1023.
 constexpr int32_t kPatternNumberEnd = 1024;
 
-/// Writes the path object of `path` into `object`, a zeroed block of at least kEmptyPathBytes, which is
-/// enlarged for more than one segment.  The fill's gradient goes into the object, custom colours into the
-/// custom colour table, the art of patterns into `sideObjects`.
+/// Writes the path object of `path` into `object`, a zeroed block of at least kOneSegmentPathBytes, which is
+/// enlarged for more than one segment.  The fill's gradient goes into the object, a gradient on the stroke
+/// becomes gray 0, custom colours go into the custom colour table, the art of patterns into `sideObjects`.
 ///
-/// A guide and a path without segments give no object: the object's size word stays 0.
+/// A guide and a path without segments give no object: the object's size word stays 0.  What the host
+/// doesn't tell is left 0; the object is to be added none the less.
 /// @param origin  the art point that becomes (0, 0) in the record
-/// @return the first error of the host; the object then holds what could be read, and is none the less
-///         to be added unless its size word is 0
+/// @return the host's code of the last step; kHostBadParameter if segments beyond kMaxPathSegments had to be
+///         left out
 HostError PostArtPathProcess(ArtHandle path, MemoryHandle& object, const HostPoint* origin);
+
+/// Makes an unfilled or unstroked paint independent of the document: the handle of a pattern or gradient
+/// that paints nothing means nothing in a record.
+void ForgetHandle(HostColor& color);
 
 /// Captures the art of a pattern into `sideObjects`, between two notes with the pattern's number, with the
 /// lower left corner of its own bounds as origin.  Each use of a pattern makes a run of its own.  Patterns
-/// within the pattern's art get higher numbers and runs behind this one.
-/// @return the number, as the value of a handle; none if the numbers are used up; `pattern` itself if it
-///         has no art or its art can't be read
+/// within the pattern's art get the numbers that follow, and runs behind this one.
+/// @return the number, as the value of a handle; none if the numbers are used up or memory ran out; `pattern`
+///         itself if it has no art or its art can't be read
 PatternHandle CapturePatternPaint(PatternHandle pattern);
+
+/// Appends copies of all objects of `from`, which may be null, to `record`; false if memory ran out or the
+/// record would become too long.
+[[nodiscard]] bool AppendObjects(MemoryHandle& record, MemoryHandle from);
