@@ -1,10 +1,9 @@
 #include "workbench/render/cairo_painter.h"
 
-#include <cstring>
 #include <vector>
 
 #include "workbench/render/art_renderer.h"
-#include "workbench/render/cairo_handle.h"
+#include "workbench/render/cairo_pixels.h"
 #include "workbench/render/color.h"
 
 namespace workbench {
@@ -33,24 +32,8 @@ public:
     }
 
     const uint8_t* Pixels(int32_t* rowPixels) override {
-        cairo_surface_flush(surface_.get());
-        const int width = cairo_image_surface_get_width(surface_.get());
-        const int height = cairo_image_surface_get_height(surface_.get());
-        const auto stride = static_cast<size_t>(cairo_image_surface_get_stride(surface_.get()));
-        const uint8_t* from = cairo_image_surface_get_data(surface_.get());
-        pixels_.resize(static_cast<size_t>(width) * static_cast<size_t>(height) * 4);
-        uint8_t* to = pixels_.data();
-        for (int y = 0; y < height; ++y, from += stride) {
-            for (int x = 0; x < width; ++x, to += 4) {
-                uint32_t pixel;
-                std::memcpy(&pixel, from + 4 * x, 4);
-                to[0] = 0;
-                to[1] = static_cast<uint8_t>(pixel >> 16);
-                to[2] = static_cast<uint8_t>(pixel >> 8);
-                to[3] = static_cast<uint8_t>(pixel);
-            }
-        }
-        *rowPixels = width;
+        pixels_ = BytesOfImage(surface_.get());
+        *rowPixels = cairo_image_surface_get_width(surface_.get());
         return pixels_.data();
     }
 

@@ -3,9 +3,8 @@
 #include <pango/pangocairo.h>
 
 #include <algorithm>
-#include <cstring>
 
-#include "workbench/render/cairo_handle.h"
+#include "workbench/render/cairo_pixels.h"
 
 namespace workbench {
 namespace {
@@ -76,23 +75,9 @@ void DrawText(cairo_t* context, const std::string& text, double x, double y, int
     g_object_unref(layout);
 }
 
-CairoSurface PictureOf(const SheetCell& cell) {
-    CairoSurface surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, kSourceSize, kSourceSize));
-    uint8_t* pixels = cairo_image_surface_get_data(surface.get());
-    if (!pixels || cell.pixels.size() < size_t{kSourceSize} * kSourceSize * 4) return nullptr;
-    cairo_surface_flush(surface.get());
-    for (size_t i = 0; i < size_t{kSourceSize} * kSourceSize; ++i) {
-        const uint8_t* from = &cell.pixels[i * 4];
-        const uint32_t pixel = uint32_t{from[1]} << 16 | uint32_t{from[2]} << 8 | from[3];
-        std::memcpy(pixels + i * 4, &pixel, 4);
-    }
-    cairo_surface_mark_dirty(surface.get());
-    return surface;
-}
-
 void DrawCell(cairo_t* context, const SheetCell& cell, const Metrics& metrics, double x, double y) {
     const double left = x + (metrics.cellWidth - metrics.size) / 2.0;
-    if (const CairoSurface picture = PictureOf(cell)) {
+    if (const CairoSurface picture = ImageOfBytes(cell.pixels, kSourceSize, kSourceSize)) {
         cairo_save(context);
         cairo_translate(context, left, y);
         cairo_scale(context, static_cast<double>(metrics.size) / kSourceSize,
@@ -132,22 +117,9 @@ PagePicture DrawSheet(const std::vector<Line>& lines, const Metrics& metrics) {
         }
         y += metrics.cellHeight;
     }
-    cairo_surface_flush(surface.get());
     sheet.width = width;
     sheet.height = height;
-    sheet.pixels.resize(static_cast<size_t>(width) * static_cast<size_t>(height) * 4);
-    const uint8_t* from = cairo_image_surface_get_data(surface.get());
-    const auto stride = static_cast<size_t>(cairo_image_surface_get_stride(surface.get()));
-    for (size_t row = 0; from && row < static_cast<size_t>(height); ++row) {
-        for (size_t column = 0; column < static_cast<size_t>(width); ++column) {
-            uint32_t pixel;
-            std::memcpy(&pixel, from + row * stride + column * 4, 4);
-            uint8_t* to = &sheet.pixels[(row * static_cast<size_t>(width) + column) * 4];
-            to[1] = static_cast<uint8_t>(pixel >> 16);
-            to[2] = static_cast<uint8_t>(pixel >> 8);
-            to[3] = static_cast<uint8_t>(pixel);
-        }
-    }
+    sheet.pixels = BytesOfImage(surface.get());
     return sheet;
 }
 

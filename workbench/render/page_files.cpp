@@ -4,10 +4,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 
 #include "workbench/render/art_renderer.h"
-#include "workbench/render/cairo_handle.h"
+#include "workbench/render/cairo_pixels.h"
 
 namespace workbench {
 namespace {
@@ -67,21 +66,9 @@ PagePicture DrawPage(const Document& document, double scale, int largestSide) {
     const CairoSurface surface = DrawImage(document, scale, largestSide);
     PagePicture picture;
     if (!surface) return picture;
-    cairo_surface_flush(surface.get());
     picture.width = cairo_image_surface_get_width(surface.get());
     picture.height = cairo_image_surface_get_height(surface.get());
-    const auto stride = static_cast<size_t>(cairo_image_surface_get_stride(surface.get()));
-    const uint8_t* from = cairo_image_surface_get_data(surface.get());
-    picture.pixels.reserve(static_cast<size_t>(picture.width) * static_cast<size_t>(picture.height) * 4);
-    for (int y = 0; y < picture.height; ++y, from += stride) {
-        for (int x = 0; x < picture.width; ++x) {
-            uint32_t pixel;
-            std::memcpy(&pixel, from + 4 * x, 4);
-            picture.pixels.insert(picture.pixels.end(),
-                                  {0, static_cast<uint8_t>(pixel >> 16), static_cast<uint8_t>(pixel >> 8),
-                                   static_cast<uint8_t>(pixel)});
-        }
-    }
+    picture.pixels = BytesOfImage(surface.get());
     return picture;
 }
 
@@ -95,23 +82,11 @@ std::vector<uint8_t> PngOfPage(const Document& document, double scale, std::stri
 }
 
 std::vector<uint8_t> PngOfPicture(const PagePicture& picture, std::string* error) {
-    const CairoSurface surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, picture.width, picture.height));
-    uint8_t* pixels = cairo_image_surface_get_data(surface.get());
-    const auto width = static_cast<size_t>(picture.width), height = static_cast<size_t>(picture.height);
-    if (!pixels || picture.pixels.size() < width * height * 4) {
+    const CairoSurface surface = ImageOfBytes(picture.pixels, picture.width, picture.height);
+    if (!surface) {
         *error = "the picture has no pixels";
         return {};
     }
-    cairo_surface_flush(surface.get());
-    const auto stride = static_cast<size_t>(cairo_image_surface_get_stride(surface.get()));
-    for (size_t y = 0; y < height; ++y) {
-        for (size_t x = 0; x < width; ++x) {
-            const uint8_t* from = &picture.pixels[(y * width + x) * 4];
-            const uint32_t pixel = uint32_t{from[1]} << 16 | uint32_t{from[2]} << 8 | from[3];
-            std::memcpy(pixels + y * stride + x * 4, &pixel, 4);
-        }
-    }
-    cairo_surface_mark_dirty(surface.get());
     return PngOfSurface(surface.get(), error);
 }
 
