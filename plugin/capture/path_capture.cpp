@@ -179,11 +179,11 @@ PatternHandle CapturePatternPaint(PatternHandle pattern) {
 
     const int32_t number = ++globals->patternCount;
     char note[32];
-    std::snprintf(note, sizeof note, "PatternArt%05.5d /", number);
+    std::snprintf(note, sizeof note, "PatternArt%.5d /", number);
     AddNote(note);
     const HostPoint origin{bounds.left, bounds.bottom};
     PostArtProcess(art, &origin, 0);
-    std::snprintf(note, sizeof note, "/ PatternArt%05.5d", number);
+    std::snprintf(note, sizeof note, "/ PatternArt%.5d", number);
     AddNote(note);
 
     const bool whole = AppendObjects(globals->curRecord, globals->sideObjects);

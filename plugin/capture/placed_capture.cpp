@@ -7,6 +7,7 @@
 #include "plugin/capture/custom_colors.h"
 #include "plugin/capture/linked_names.h"
 #include "plugin/capture/note_text.h"
+#include "plugin/capture/path_capture.h"
 #include "plugin/host/host_string.h"
 #include "plugin/objects/conversions.h"
 #include "plugin/objects/object_stream.h"

@@ -41,7 +41,7 @@ struct OpenArt {
 /// One walk over a tree.  The containers on the way down lie here and not on the stack, so that no depth of
 /// nesting is too much.
 struct CaptureWalk {
-    HostPoint origin;
+    HostPoint origin{};
     std::vector<OpenArt> open;
     int32_t producedDepth = 0;
     HandleOwner object; ///< the path object in the making, all zeros between two paths
@@ -237,7 +237,7 @@ HostError GiveUp() {
 } // namespace
 
 HostError PostArtProcess(ArtHandle art, const HostPoint* origin, int32_t depth) {
-    CaptureWalk walk{};
+    CaptureWalk walk;
     walk.origin = *origin;
     const HostError error = CaptureOne(walk, art, depth);
     while (!walk.open.empty()) {
