@@ -1,0 +1,177 @@
+#include "plugin/store/lzss.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "plugin/store/record_layout.h"
+#include "tests/plugin/store/classic_lzss.h"
+
+namespace {
+
+using Bytes = std::vector<uint8_t>;
+
+Bytes Pack(const Bytes& plain) {
+    Bytes packed(MostPackedBytes(plain.size()));
+    const auto bytes = PackLzss(plain, packed);
+    EXPECT_TRUE(bytes.has_value());
+    packed.resize(bytes.value_or(0));
+    return packed;
+}
+
+Bytes Unpack(const Bytes& packed) {
+    Bytes plain(UnpackedLzssBytes(packed));
+    EXPECT_EQ(UnpackLzss(packed, plain), plain.size());
+    return plain;
+}
+
+void ExpectAsClassic(const Bytes& plain, const std::string& what) {
+    const Bytes packed = Pack(plain);
+    ASSERT_EQ(packed, ClassicPack(plain)) << what << ", " << plain.size() << " bytes";
+    ASSERT_EQ(Unpack(packed), plain) << what << ", " << plain.size() << " bytes";
+}
+
+Bytes Noise(size_t size, uint32_t seed, int values) {
+    std::mt19937 random(seed);
+    Bytes bytes(size);
+    for (uint8_t& byte : bytes) byte = static_cast<uint8_t>(random() % static_cast<uint32_t>(values));
+    return bytes;
+}
+
+// A preview as the painter gives it: white paper, a shape with soft edges, filled flat or with a ramp.
+Bytes Preview(bool ramp, double radius) {
+    Bytes bytes;
+    for (int y = 0; y < 128; ++y) {
+        for (int x = 0; x < 128; ++x) {
+            const double inside = std::clamp(radius - std::hypot(x - 64.0, y - 64.0), 0.0, 1.0);
+            const auto channel = [&](double ink) {
+                bytes.push_back(static_cast<uint8_t>(255 - inside * (255 - ink)));
+            };
+            bytes.push_back(0);
+            channel(ramp ? x * 2 : 200);
+            channel(ramp ? y + x : 30);
+            channel(ramp ? 255 - y : 90);
+        }
+    }
+    return bytes;
+}
+
+// Objects of 5,000 bytes with a few words set and zeros between them, as paths stand in a stream.
+Bytes StreamOfPaths(int count) {
+    Bytes bytes;
+    for (int i = 0; i < count; ++i) {
+        Bytes object(4920);
+        object[3] = 2;
+        object[40] = static_cast<uint8_t>(i);
+        object[41] = static_cast<uint8_t>(i >> 3);
+        for (size_t at = 4880; at < object.size(); at += 7)
+            object[at] = static_cast<uint8_t>(at * 31 + static_cast<size_t>(i));
+        bytes.insert(bytes.end(), object.begin(), object.end());
+    }
+    return bytes;
+}
+
+} // namespace
+
+// Worked out by hand: the strings before the start are all zeros, so each takes the place of the one before
+// it and the last, at 4078 - 18 = 0xFDC, is the one that is found.
+TEST(Lzss, EighteenZerosPackToOnePair) {
+    EXPECT_EQ(Pack(Bytes(18, 0)), (Bytes{0x00, 0xDC, 0xFF}));
+    EXPECT_EQ(Unpack({0x00, 0xDC, 0xFF}), Bytes(18, 0));
+}
+
+// Three literals, then a match of six that reads what it writes: place 4078 = 0xFEE, length 6 - 3.
+TEST(Lzss, AMatchMayOverlapItself) {
+    EXPECT_EQ(Pack({'a', 'b', 'c', 'a', 'b', 'c', 'a', 'b', 'c'}), (Bytes{0x07, 'a', 'b', 'c', 0xEE, 0xF3}));
+    EXPECT_EQ(Unpack({0x07, 'a', 'b', 'c', 0xEE, 0xF3}),
+              (Bytes{'a', 'b', 'c', 'a', 'b', 'c', 'a', 'b', 'c'}));
+}
+
+TEST(Lzss, NothingPacksToNothing) {
+    EXPECT_TRUE(Pack({}).empty());
+    EXPECT_TRUE(Unpack({}).empty());
+}
+
+// The start, the end and the turn of the ring are where the trees can differ from the published ones.
+TEST(Lzss, PacksAsTheClassicCoderAtEveryLengthNearAnEdge) {
+    for (const size_t edge : {0, 17, 18, 36, 4060, 4078, 4096, 4114, 8174, 8192}) {
+        for (size_t size = edge < 4 ? 0 : edge - 4; size <= edge + 4; ++size) {
+            ExpectAsClassic(Bytes(size, 0), "zeros");
+            ExpectAsClassic(Bytes(size, 7), "sevens");
+            ExpectAsClassic(Noise(size, static_cast<uint32_t>(size), 256), "noise");
+            ExpectAsClassic(Noise(size, static_cast<uint32_t>(size), 2), "two values");
+        }
+    }
+}
+
+TEST(Lzss, PacksPreviewsAsTheClassicCoder) {
+    for (const double radius : {0.0, 5.0, 40.0, 60.0, 200.0}) {
+        ExpectAsClassic(Preview(false, radius), "flat preview");
+        ExpectAsClassic(Preview(true, radius), "preview with a ramp");
+    }
+}
+
+TEST(Lzss, PacksStreamsAsTheClassicCoder) {
+    ExpectAsClassic(StreamOfPaths(60), "stream");
+    for (uint32_t seed = 0; seed < 60; ++seed) {
+        // Pieces of runs, of noise and of what went before, in lengths around those of a match and the ring.
+        std::mt19937 random(seed);
+        Bytes bytes;
+        while (bytes.size() < 20000) {
+            const size_t lengths[] = {1, 2, 3, 17, 18, 19, 40, 400, 4096, 5000};
+            const size_t length = lengths[random() % std::size(lengths)];
+            const uint32_t kind = random() % 3;
+            const size_t period = 1 + random() % 6;
+            const size_t from = bytes.empty() ? 0 : random() % bytes.size();
+            for (size_t i = 0; i < length; ++i) {
+                if (kind == 0 && bytes.size() >= period) {
+                    bytes.push_back(bytes[bytes.size() - period]);
+                } else if (kind == 1 && from < bytes.size()) {
+                    bytes.push_back(bytes[from + i < bytes.size() ? from + i : from]);
+                } else {
+                    bytes.push_back(static_cast<uint8_t>(random() % (seed % 3 == 0 ? 256 : 3)));
+                }
+            }
+        }
+        ExpectAsClassic(bytes, "mixture of seed " + std::to_string(seed));
+    }
+}
+
+TEST(Lzss, PackerStaysInItsRoom) {
+    const Bytes plain = Noise(300, 5, 256);
+    const size_t needed = Pack(plain).size();
+    EXPECT_EQ(needed, MostPackedBytes(plain.size()));
+    for (size_t room = 0; room <= needed; ++room) {
+        Bytes packed(room + 1, 0xA5);
+        const auto bytes = PackLzss(plain, std::span(packed).first(room));
+        ASSERT_EQ(bytes.has_value(), room == needed) << room;
+        ASSERT_EQ(packed[room], 0xA5) << room;
+    }
+}
+
+TEST(Lzss, UnpackerStaysInItsRoom) {
+    const Bytes packed = Pack(Preview(true, 60));
+    for (const size_t room : {0u, 1u, 17u, 1000u, kPreviewBytes - 1}) {
+        Bytes plain(room + 1, 0xA5);
+        ASSERT_EQ(UnpackLzss(packed, std::span(plain).first(room)), room);
+        ASSERT_EQ(plain[room], 0xA5);
+    }
+}
+
+// What a damaged file holds is any bytes at all, and the classic decoder says what they mean.
+TEST(Lzss, UnpacksAnyBytesAsTheClassicDecoder) {
+    for (uint32_t seed = 0; seed < 400; ++seed) {
+        Bytes packed = Noise(seed * 7 % 3000, seed, seed % 2 ? 256 : 5);
+        ASSERT_EQ(Unpack(packed), ClassicUnpack(packed)) << seed;
+    }
+    const Bytes whole = Pack(StreamOfPaths(2));
+    for (size_t end = 0; end < whole.size(); ++end) {
+        const Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(end));
+        ASSERT_EQ(Unpack(cut), ClassicUnpack(cut)) << end;
+    }
+}
