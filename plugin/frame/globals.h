@@ -27,6 +27,8 @@ constexpr int kPanelControls = 5;
 constexpr int16_t kNotKnown = -1;              ///< hasFolders, lastHasFolders
 constexpr double kNoPlacePoint = 2097152000.0; ///< placePoint before the first placement
 
+constexpr char kVersionText[] = "2.0.4.0";
+
 /// What findMode says of the browser.
 enum FindMode : int16_t { kFindGroup = 0, kFindSearchResult = 1, kFindFolder = 2 };
 

@@ -1,0 +1,68 @@
+/// The commands.  Each takes what the command line gave it and returns an ExitCode; data goes to standard
+/// output, messages go to standard error.
+#pragma once
+
+#include <nlohmann/json_fwd.hpp>
+#include <string>
+#include <vector>
+
+struct RegisterOptions {
+    std::vector<std::string> files;
+    std::string database, group, name, kind, comment, select;
+    bool trace = false;
+};
+int RunRegister(const RegisterOptions& options);
+
+struct ImportOptions {
+    std::string folder, database, into;
+    bool dryRun = false;
+    int jobs = 1;
+};
+int RunImport(const ImportOptions& options);
+
+struct ListOptions {
+    std::string database, group;
+    bool json = false;
+};
+int RunList(const ListOptions& options);
+
+struct ShowOptions {
+    std::string database, group, preview;
+    int number = 0;
+    bool json = false;
+};
+int RunShow(const ShowOptions& options);
+
+struct PlaceOptions {
+    std::string database, group, at, into;
+    int number = 0;
+    int origin = 0;
+    std::vector<std::string> out;
+    bool trace = false;
+};
+int RunPlace(const PlaceOptions& options);
+
+struct SheetOptions {
+    std::string database, group, out;
+    int size = 128;
+};
+int RunSheet(const SheetOptions& options);
+
+struct ConvertOptions {
+    std::string in;
+    std::vector<std::string> out;
+};
+int RunConvert(const ConvertOptions& options);
+
+struct RoundtripOptions {
+    std::vector<std::string> files;
+    bool json = false;
+    int jobs = 1;
+};
+int RunRoundtrip(const RoundtripOptions& options);
+
+/// A line on standard error, with the program's name in front.
+void Complain(const std::string& sentence);
+
+/// Prints JSON on standard output; bytes that are no UTF-8 are replaced.
+void PrintJson(const nlohmann::ordered_json& json);

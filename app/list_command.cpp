@@ -1,0 +1,90 @@
+#include <iomanip>
+#include <iostream>
+#include <nlohmann/json.hpp>
+
+#include "app/commands.h"
+#include "app/database_view.h"
+#include "app/exit_code.h"
+#include "app/session.h"
+#include "app/texts.h"
+#include "plugin/store/record.h"
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+int ListGroupsOf(bool json) {
+    Json groups = Json::array();
+    for (const std::string& group : AllGroups()) {
+        const uint32_t count = CountRecords(group.c_str());
+        if (json) {
+            groups.push_back({{"group", GroupForPeople(group)}, {"count", count}});
+        } else {
+            std::cout << std::setw(7) << count << "  " << GroupForPeople(group) << "\n";
+        }
+    }
+    if (json) PrintJson({{"schema", 1}, {"groups", std::move(groups)}});
+    return kDone;
+}
+
+Json RecordJson(const std::string& group, const RecordSummary& record) {
+    const RecordHeader& header = record.header;
+    return {{"group", GroupForPeople(group)},
+            {"number", record.number},
+            {"name", FieldText(header.name, sizeof header.name)},
+            {"kind", FieldText(header.kind, sizeof header.kind)},
+            {"comment", FieldText(header.comment, sizeof header.comment)},
+            {"created", header.created},
+            {"modified", header.modified},
+            {"width", WidthOf(header)},
+            {"height", HeightOf(header)},
+            {"objects", header.objectCount},
+            {"bytes", header.size}};
+}
+
+int ListRecords(const std::string& group, bool json) {
+    if (!GroupFileExists(group.c_str())) {
+        Complain(GroupForPeople(group) + ": there is no such group");
+        return kFileTrouble;
+    }
+    uint32_t expected = 0;
+    Json records = Json::array();
+    const auto headers = ReadHeaders(group, &expected);
+    for (const RecordSummary& record : headers) {
+        if (json) {
+            records.push_back(RecordJson(group, record));
+            continue;
+        }
+        std::cout << std::setw(6) << record.number << "  " << std::setw(9) << record.header.size << " bytes  "
+                  << std::setw(6) << record.header.objectCount << " objects  "
+                  << FieldText(record.header.name, sizeof record.header.name);
+        const std::string kind = FieldText(record.header.kind, sizeof record.header.kind);
+        if (!kind.empty()) std::cout << "  [" << kind << "]";
+        std::cout << "\n";
+    }
+    if (json) PrintJson({{"schema", 1}, {"records", std::move(records)}});
+    if (headers.size() == expected) return kDone;
+    Complain(GroupForPeople(group) + ": damaged: " + std::to_string(headers.size()) + " of " +
+             std::to_string(expected) + " records can be read");
+    return kRefusedOrDiffers;
+}
+
+} // namespace
+
+int RunList(const ListOptions& options) {
+    Session session;
+    if (!session.ok()) return kRefusedOrDiffers;
+    std::string error;
+    if (!session.OpenDatabase(options.database, false, &error)) {
+        Complain(error);
+        return kFileTrouble;
+    }
+    const SuitesHeld held(session.host());
+    if (options.group.empty()) return ListGroupsOf(options.json);
+    const auto group = GroupNameOfUtf8(options.group, &error);
+    if (!group) {
+        Complain(options.group + ": " + error);
+        return kRefusedOrDiffers;
+    }
+    return ListRecords(*group, options.json);
+}

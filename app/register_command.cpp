@@ -1,0 +1,105 @@
+#include <filesystem>
+#include <iostream>
+
+#include "app/commands.h"
+#include "app/database_view.h"
+#include "app/documents.h"
+#include "app/exit_code.h"
+#include "app/registration.h"
+#include "app/texts.h"
+#include "plugin/store/record_layout.h"
+
+namespace {
+
+/// A text that was asked for must fit whole: a cut could change what it says.
+bool TextFor(const std::string& what, const std::string& utf8, size_t capacity, std::string* out) {
+    std::string error;
+    const auto text = Cp932OfUtf8(utf8, &error);
+    if (!text) {
+        Complain(what + ": " + error);
+        return false;
+    }
+    if (text->size() > capacity - 1) {
+        Complain(what + " is longer than " + std::to_string(capacity - 1) + " bytes");
+        return false;
+    }
+    *out = *text;
+    return true;
+}
+
+/// Selects the art that bears `id`, or all art.
+bool SelectArt(workbench::Document& document, const std::string& id) {
+    if (id.empty()) {
+        document.SelectAll();
+        return true;
+    }
+    for (size_t i = 0; i < document.LayerCount(); ++i) {
+        ArtHandle found = nullptr;
+        workbench::ForEachArt(*document.LayerAt(i).root, [&](const workbench::Art& art) {
+            if (!found && art.name == id) found = art.handle;
+        });
+        if (!found) continue;
+        document.Select(*document.Find(found), true);
+        return true;
+    }
+    return false;
+}
+
+int RegisterFile(Session& session, const RegisterOptions& options, const std::string& file,
+                 const std::string& group, RecordTexts texts) {
+    workbench::ReadReport report;
+    std::string error;
+    auto document = OpenDocument(file, &report, &error);
+    if (!document) {
+        Complain(error);
+        return std::filesystem::exists(file) ? kRefusedOrDiffers : kFileTrouble;
+    }
+    if (!SelectArt(*document, options.select)) {
+        Complain(file + ": no art bears the name '" + options.select + "'");
+        return kRefusedOrDiffers;
+    }
+    if (options.name.empty()) texts.name = CutCp932(Cp932OfUtf8OrMark(document->title), kRecordNameBytes - 1);
+    session.host().Open(std::move(document));
+    Registered registered;
+    if (!RegisterFrontDocument(session, group, texts, &registered, &error)) {
+        Complain(file + ": " + error);
+        return kRefusedOrDiffers;
+    }
+    const std::string losses = LossesLine(report.losses);
+    if (!losses.empty()) Complain(file + ": not taken from the file: " + losses);
+    std::cout << GroupForPeople(group) << "\t" << registered.number << "\t" << Utf8OfCp932(texts.name) << "\t"
+              << registered.objects << " objects\t" << registered.bytes << " bytes\n";
+    return kDone;
+}
+
+} // namespace
+
+int RunRegister(const RegisterOptions& options) {
+    Session session;
+    if (!session.ok()) return kRefusedOrDiffers;
+    if (options.trace) session.Trace();
+    std::string error;
+    if (!session.OpenDatabase(options.database, true, &error)) {
+        Complain(error);
+        return kFileTrouble;
+    }
+    const auto group = GroupNameOfUtf8(options.group, &error);
+    if (!group) {
+        Complain(options.group + ": " + error);
+        return kRefusedOrDiffers;
+    }
+    RecordTexts texts;
+    if (!TextFor("--name", options.name, kRecordNameBytes, &texts.name) ||
+        !TextFor("--kind", options.kind, kRecordNameBytes, &texts.kind) ||
+        !TextFor("--comment", options.comment, kRecordCommentBytes, &texts.comment))
+        return kRefusedOrDiffers;
+    if (!session.MakeFolders(*group, &error)) {
+        Complain(options.group + ": " + error);
+        return kFileTrouble;
+    }
+    int worst = kDone;
+    for (const std::string& file : options.files) {
+        worst = std::max(worst, RegisterFile(session, options, file, *group, texts));
+    }
+    return session.faulty() ? std::max<int>(worst, kRefusedOrDiffers) : worst;
+}
