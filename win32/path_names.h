@@ -25,6 +25,9 @@ std::string DiskNameOfStoreName(std::string_view cp932Name);
 /// The cp932 bytes of a name on disk; nothing if it has none.
 std::optional<std::string> StoreNameOfDiskName(std::string_view diskName);
 
+/// False for a name that the file calls refuse: it consists of dots and blanks, or holds '/'.
+bool IsAllowedStoreName(std::string_view cp932Name);
+
 /// A path of the plug-in as a path on disk.  Nothing, with GetLastError set, if a rule of <windows.h> refuses
 /// it or if it is empty.
 std::optional<std::string> DiskPathOfStorePath(const char* cp932Path);

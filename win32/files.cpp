@@ -1,0 +1,184 @@
+#include <windows.h>
+
+#include <cerrno>
+
+#include "win32/file_handles.h"
+#include "win32/last_error.h"
+#include "win32/path_names.h"
+#include "win32/share_locks.h"
+#include "win32/system_calls.h"
+
+namespace {
+
+constexpr int kNewFileMode = 0666; // less what the user's umask takes away
+constexpr int kOpenTries = 10;
+
+HFILE Fail(DWORD code) {
+    SetLastError(code);
+    return HFILE_ERROR;
+}
+
+bool FailOfErrno(int error) {
+    SetLastError(ErrorCodeOfErrno(error));
+    return false;
+}
+
+// Closes a descriptor that is of no use after a failure, which stays the one that is reported.
+void CloseAfterFailure(int file) {
+    const int error = errno;
+    systemCalls->close(file);
+    errno = error;
+}
+
+// Another program may replace the file between its opening and its locks: the descriptor then belongs to a
+// file without a name, and what is written there is lost.  EAGAIN says so.
+int CheckNameOfDescriptor(int file, const char* path) {
+    struct stat opened, named;
+    if (systemCalls->fileStatus(file, &opened) != 0) return errno;
+    if (S_ISDIR(opened.st_mode)) return EISDIR;
+    if (systemCalls->status(path, &named) != 0) return errno == ENOENT ? EAGAIN : errno;
+    return opened.st_dev == named.st_dev && opened.st_ino == named.st_ino ? 0 : EAGAIN;
+}
+
+// A descriptor with its locks, or -1 with errno.
+int OpenShared(const char* path, int flags, FileAccess access, FileAccess denied) {
+    for (int tries = 0;; ++tries) {
+        const int file = systemCalls->open(path, flags | O_NONBLOCK | O_CLOEXEC, kNewFileMode);
+        if (file < 0) return -1;
+        const int lockError = LockForOpening(file, access, denied);
+        const int error = lockError != 0 ? lockError : CheckNameOfDescriptor(file, path);
+        if (error == 0) return file;
+        systemCalls->close(file);
+        errno = error;
+        if (lockError != 0 || error != EAGAIN || tries == kOpenTries) return -1;
+    }
+}
+
+bool SharingOfMode(int mode, FileAccess* denied) {
+    switch (mode & 0x70) {
+        case OF_SHARE_COMPAT:
+        case OF_SHARE_DENY_NONE:
+            return true;
+        case OF_SHARE_EXCLUSIVE:
+            *denied = {.reads = true, .writes = true};
+            return true;
+        case OF_SHARE_DENY_WRITE:
+            denied->writes = true;
+            return true;
+        case OF_SHARE_DENY_READ:
+            denied->reads = true;
+            return true;
+        default:
+            return false;
+    }
+}
+
+off_t Position(int file) {
+    return systemCalls->seek(file, 0, SEEK_CUR);
+}
+
+bool CutAtPosition(int file) {
+    const off_t position = Position(file);
+    if (position < 0 || systemCalls->truncate(file, position) != 0) return FailOfErrno(errno);
+    return true;
+}
+
+} // namespace
+
+HFILE _lopen(LPCSTR path, int mode) {
+    FileAccess denied;
+    const int accessMode = mode & 3;
+    if ((mode & ~0x73) != 0 || accessMode == 3 || !SharingOfMode(mode, &denied)) {
+        return Fail(ERROR_INVALID_PARAMETER);
+    }
+    const auto diskPath = DiskPathOfStorePath(path);
+    if (!diskPath) return HFILE_ERROR;
+    const FileAccess access = {.reads = accessMode != OF_WRITE, .writes = accessMode != OF_READ};
+    // Shared locks need a descriptor that can read.
+    const int file = OpenShared(diskPath->c_str(), access.writes ? O_RDWR : O_RDONLY, access, denied);
+    if (file < 0) {
+        SetErrorOfPath(errno, diskPath->c_str());
+        return HFILE_ERROR;
+    }
+    return HandleOfDescriptor(file);
+}
+
+HFILE _lcreat(LPCSTR path, int attributes) {
+    if (attributes != 0) {
+        RefuseLoudly("_lcreat with attributes");
+        return HFILE_ERROR;
+    }
+    const auto diskPath = DiskPathOfStorePath(path);
+    if (!diskPath) return HFILE_ERROR;
+    // Emptied only when the locks are held: another program may deny it.
+    const int file = OpenShared(diskPath->c_str(), O_RDWR | O_CREAT, {.reads = true, .writes = true}, {});
+    if (file < 0) {
+        SetErrorOfPath(errno, diskPath->c_str());
+        return HFILE_ERROR;
+    }
+    if (systemCalls->truncate(file, 0) != 0) {
+        CloseAfterFailure(file);
+        return Fail(ErrorCodeOfErrno(errno));
+    }
+    return HandleOfDescriptor(file);
+}
+
+UINT _lread(HFILE handle, LPVOID buffer, UINT bytes) {
+    const int file = DescriptorOfHandle(handle);
+    UINT done = 0;
+    while (done < bytes) {
+        const ssize_t part = systemCalls->read(file, static_cast<char*>(buffer) + done, bytes - done);
+        if (part < 0 && errno == EINTR) continue;
+        if (part < 0) return static_cast<UINT>(Fail(ErrorCodeOfErrno(errno)));
+        if (part == 0) break;
+        done += static_cast<UINT>(part);
+    }
+    return done;
+}
+
+UINT _lwrite(HFILE handle, LPCCH buffer, UINT bytes) {
+    const int file = DescriptorOfHandle(handle);
+    if (bytes == 0) return CutAtPosition(file) ? 0 : static_cast<UINT>(HFILE_ERROR);
+    UINT done = 0;
+    while (done < bytes) {
+        const ssize_t part = systemCalls->write(file, buffer + done, bytes - done);
+        if (part < 0 && errno == EINTR) continue;
+        if (part <= 0) {
+            SetLastError(part < 0 ? ErrorCodeOfErrno(errno) : ERROR_DISK_FULL);
+            return done > 0 ? done : static_cast<UINT>(HFILE_ERROR);
+        }
+        done += static_cast<UINT>(part);
+    }
+    return done;
+}
+
+LONG _llseek(HFILE handle, LONG offset, int origin) {
+    const int file = DescriptorOfHandle(handle);
+    if (origin < FILE_BEGIN || origin > FILE_END) return Fail(ERROR_INVALID_PARAMETER);
+    const off_t before = Position(file);
+    if (before < 0) return Fail(ErrorCodeOfErrno(errno));
+    const int origins[] = {SEEK_SET, SEEK_CUR, SEEK_END};
+    const off_t position = systemCalls->seek(file, offset, origins[origin]);
+    if (position < 0) return Fail(errno == EINVAL ? ERROR_NEGATIVE_SEEK : ErrorCodeOfErrno(errno));
+    if (position > INT32_MAX) {
+        systemCalls->seek(file, before, SEEK_SET);
+        return Fail(ERROR_INVALID_PARAMETER);
+    }
+    return static_cast<LONG>(position);
+}
+
+HFILE _lclose(HFILE handle) {
+    const int file = DescriptorOfHandle(handle);
+    // After EINTR the descriptor is gone all the same on Linux.
+    if (systemCalls->close(file) == 0 || errno == EINTR) return 0;
+    return Fail(ErrorCodeOfErrno(errno));
+}
+
+BOOL FlushFileBuffers(HANDLE handle) {
+    const int file = DescriptorOfHandle(reinterpret_cast<intptr_t>(handle));
+    return systemCalls->flush(file) == 0 ? TRUE : FailOfErrno(errno);
+}
+
+BOOL SetEndOfFile(HANDLE handle) {
+    return CutAtPosition(DescriptorOfHandle(reinterpret_cast<intptr_t>(handle))) ? TRUE : FALSE;
+}

@@ -1,0 +1,128 @@
+#include <windows.h>
+
+#include <cerrno>
+
+#include "win32/disk_entry.h"
+#include "win32/last_error.h"
+#include "win32/path_names.h"
+#include "win32/share_locks.h"
+#include "win32/system_calls.h"
+
+namespace {
+
+BOOL Fail(DWORD code) {
+    SetLastError(code);
+    return FALSE;
+}
+
+BOOL FailOnPath(const std::string& diskPath) {
+    SetErrorOfPath(errno, diskPath.c_str());
+    return FALSE;
+}
+
+bool LeadsToDirectory(const std::string& diskPath) {
+    struct stat target;
+    return systemCalls->status(diskPath.c_str(), &target) == 0 && S_ISDIR(target.st_mode);
+}
+
+bool IsLink(const std::string& diskPath) {
+    struct stat link;
+    return systemCalls->linkStatus(diskPath.c_str(), &link) == 0 && S_ISLNK(link.st_mode);
+}
+
+std::string FolderOf(const std::string& diskPath) {
+    const size_t slash = diskPath.rfind('/');
+    if (slash == std::string::npos) return ".";
+    return slash == 0 ? "/" : diskPath.substr(0, slash);
+}
+
+int FlushFoldersOf(const std::string& from, const std::string& to) {
+    const std::string target = FolderOf(to);
+    if (systemCalls->flushDirectory(target.c_str()) != 0) return -1;
+    const std::string source = FolderOf(from);
+    return source == target ? 0 : systemCalls->flushDirectory(source.c_str());
+}
+
+} // namespace
+
+DWORD GetFileAttributesA(LPCSTR path) {
+    const auto diskPath = DiskPathOfStorePath(path);
+    if (!diskPath) return INVALID_FILE_ATTRIBUTES;
+    DiskEntry entry;
+    if (!ReadDiskEntry(diskPath->c_str(), &entry)) {
+        FailOnPath(*diskPath);
+        return INVALID_FILE_ATTRIBUTES;
+    }
+    return entry.attributes;
+}
+
+BOOL CreateDirectoryA(LPCSTR path, SECURITY_ATTRIBUTES* security) {
+    if (security != nullptr) {
+        RefuseLoudly("CreateDirectoryA with security attributes");
+        return FALSE;
+    }
+    const auto diskPath = DiskPathOfStorePath(path);
+    if (!diskPath) return FALSE;
+    if (systemCalls->makeDirectory(diskPath->c_str(), 0777) == 0) return TRUE;
+    return errno == ENOENT ? Fail(ERROR_PATH_NOT_FOUND) : FailOnPath(*diskPath);
+}
+
+BOOL RemoveDirectoryA(LPCSTR path) {
+    const auto diskPath = DiskPathOfStorePath(path);
+    if (!diskPath) return FALSE;
+    if (systemCalls->removeDirectory(diskPath->c_str()) == 0) return TRUE;
+    if (errno == EEXIST) return Fail(ERROR_DIR_NOT_EMPTY);
+    if (errno != ENOTDIR) return FailOnPath(*diskPath);
+    if (!IsLink(*diskPath) || !LeadsToDirectory(*diskPath)) return Fail(ERROR_DIRECTORY);
+    return systemCalls->remove(diskPath->c_str()) == 0 ? TRUE : FailOnPath(*diskPath);
+}
+
+BOOL DeleteFileA(LPCSTR path) {
+    const auto diskPath = DiskPathOfStorePath(path);
+    if (!diskPath) return FALSE;
+    if (IsLink(*diskPath) && LeadsToDirectory(*diskPath)) return Fail(ERROR_ACCESS_DENIED);
+    const RemovalLock lock(diskPath->c_str());
+    if (!lock.granted()) return Fail(ERROR_SHARING_VIOLATION);
+    return systemCalls->remove(diskPath->c_str()) == 0 ? TRUE : FailOnPath(*diskPath);
+}
+
+BOOL MoveFileA(LPCSTR from, LPCSTR to) {
+    return MoveFileExA(from, to, MOVEFILE_COPY_ALLOWED);
+}
+
+BOOL MoveFileExA(LPCSTR from, LPCSTR to, DWORD flags) {
+    constexpr DWORD kOffered = MOVEFILE_REPLACE_EXISTING | MOVEFILE_COPY_ALLOWED | MOVEFILE_WRITE_THROUGH;
+    if ((flags & ~kOffered) != 0 || to == nullptr) {
+        RefuseLoudly("MoveFileExA with other flags or without a target");
+        return FALSE;
+    }
+    const auto source = DiskPathOfStorePath(from);
+    if (!source) return FALSE;
+    const auto target = DiskPathOfStorePath(to);
+    if (!target) return FALSE;
+    const bool replaces = (flags & MOVEFILE_REPLACE_EXISTING) != 0;
+    // As on Windows only files are replaced.
+    if (replaces && *source != *target && LeadsToDirectory(*target)) return Fail(ERROR_ACCESS_DENIED);
+    const RemovalLock sourceLock(source->c_str());
+    if (!sourceLock.granted()) return Fail(ERROR_SHARING_VIOLATION);
+    if (*source == *target) return GetFileAttributesA(from) == INVALID_FILE_ATTRIBUTES ? FALSE : TRUE;
+    const RemovalLock targetLock(target->c_str());
+    if (replaces && !targetLock.granted()) return Fail(ERROR_ACCESS_DENIED);
+    const auto move = replaces ? systemCalls->replace : systemCalls->rename;
+    if (move(source->c_str(), target->c_str()) != 0) {
+        const int error = errno;
+        if (error == ENOENT && GetFileAttributesA(from) != INVALID_FILE_ATTRIBUTES)
+            return Fail(ERROR_PATH_NOT_FOUND);
+        if (error != EXDEV) {
+            SetErrorOfPath(error, source->c_str());
+            return FALSE;
+        }
+        if ((flags & MOVEFILE_COPY_ALLOWED) == 0 || LeadsToDirectory(*source))
+            return Fail(ERROR_NOT_SAME_DEVICE);
+        if (!CopyFileA(from, to, replaces ? FALSE : TRUE)) return FALSE;
+        if (systemCalls->remove(source->c_str()) != 0) return FailOnPath(*source);
+    }
+    if ((flags & MOVEFILE_WRITE_THROUGH) != 0 && FlushFoldersOf(*source, *target) != 0)
+        return FailOnPath(*target);
+    return TRUE;
+}

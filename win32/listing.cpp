@@ -1,0 +1,136 @@
+#include <windows.h>
+
+#include <cerrno>
+#include <cstring>
+#include <string>
+
+#include "win32/codepage_932.h"
+#include "win32/disk_entry.h"
+#include "win32/last_error.h"
+#include "win32/path_names.h"
+#include "win32/system_calls.h"
+
+namespace {
+
+struct Search {
+    DIR* directory; // null: there was one entry, and it has been given
+    std::string folder;
+};
+
+Search* SearchOfHandle(HANDLE handle) {
+    return handle == nullptr || handle == INVALID_HANDLE_VALUE ? nullptr : static_cast<Search*>(handle);
+}
+
+HANDLE Fail(DWORD code) {
+    SetLastError(code);
+    return INVALID_HANDLE_VALUE;
+}
+
+void FillEntry(const DiskEntry& entry, const std::string& name, WIN32_FIND_DATAA* data) {
+    *data = {};
+    data->dwFileAttributes = entry.attributes;
+    data->ftCreationTime = entry.created;
+    data->ftLastAccessTime = entry.accessed;
+    data->ftLastWriteTime = entry.written;
+    data->nFileSizeHigh = static_cast<DWORD>(entry.bytes >> 32);
+    data->nFileSizeLow = static_cast<DWORD>(entry.bytes);
+    if ((entry.attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) data->dwReserved0 = IO_REPARSE_TAG_SYMLINK;
+    std::memcpy(data->cFileName, name.c_str(), name.size() + 1);
+}
+
+// False if the entry has no name that the plug-in could write, or is gone again.
+bool DescribeEntry(const std::string& folder, const char* diskName, WIN32_FIND_DATAA* data) {
+    const auto name = StoreNameOfDiskName(diskName);
+    if (!name || name->size() >= MAX_PATH) return false;
+    if (!IsAllowedStoreName(*name) && *name != "." && *name != "..") return false;
+    DiskEntry entry;
+    if (!ReadDiskEntry((folder + "/" + diskName).c_str(), &entry)) return false;
+    FillEntry(entry, *name, data);
+    return true;
+}
+
+// False with GetLastError set, at the end or when the directory can't be read on.
+bool NextListed(Search& search, WIN32_FIND_DATAA* data) {
+    while (search.directory != nullptr) {
+        const dirent* entry = systemCalls->nextEntry(search.directory);
+        if (entry == nullptr) {
+            SetLastError(errno == 0 ? ERROR_NO_MORE_FILES : ErrorCodeOfErrno(errno));
+            return false;
+        }
+        if (DescribeEntry(search.folder, entry->d_name, data)) return true;
+    }
+    SetLastError(ERROR_NO_MORE_FILES);
+    return false;
+}
+
+HANDLE ListFolder(const std::string& folder, WIN32_FIND_DATAA* data) {
+    const auto diskPath = folder.empty() ? std::string(".") : DiskPathOfStorePath(folder.c_str());
+    if (!diskPath) return INVALID_HANDLE_VALUE;
+    DIR* directory = systemCalls->openDirectory(diskPath->c_str());
+    if (directory == nullptr) {
+        return Fail(errno == ENOENT || errno == ENOTDIR ? ERROR_PATH_NOT_FOUND : ErrorCodeOfErrno(errno));
+    }
+    auto* search = new Search{directory, *diskPath};
+    if (NextListed(*search, data)) return search;
+    const DWORD error = GetLastError();
+    FindClose(search);
+    return Fail(error == ERROR_NO_MORE_FILES ? ERROR_FILE_NOT_FOUND : error);
+}
+
+HANDLE DescribeOne(const char* path, WIN32_FIND_DATAA* data) {
+    const auto diskPath = DiskPathOfStorePath(path);
+    if (!diskPath) return INVALID_HANDLE_VALUE;
+    DiskEntry entry;
+    if (!ReadDiskEntry(diskPath->c_str(), &entry)) {
+        SetErrorOfPath(errno, diskPath->c_str());
+        return INVALID_HANDLE_VALUE;
+    }
+    const auto name = StoreNameOfDiskName(diskPath->substr(diskPath->rfind('/') + 1));
+    if (!name || name->size() >= MAX_PATH) return Fail(ERROR_FILE_NOT_FOUND);
+    FillEntry(entry, *name, data);
+    return new Search{nullptr, ""};
+}
+
+// Where the last component begins.
+size_t LastComponent(std::string_view path) {
+    size_t last = 0;
+    for (size_t i = 0; i < path.size(); i += Cp932UnitBytes(path.substr(i))) {
+        if (path[i] == '\\') last = i + 1;
+    }
+    return last;
+}
+
+} // namespace
+
+HANDLE FindFirstFileA(LPCSTR pattern, WIN32_FIND_DATAA* data) {
+    const std::string path = pattern != nullptr ? pattern : "";
+    const size_t last = LastComponent(path);
+    const std::string component = path.substr(last);
+    if (component == "*" || component == "*.*") return ListFolder(path.substr(0, last), data);
+    if (component.empty()) return Fail(ERROR_FILE_NOT_FOUND);
+    if (component.find_first_of("*?") != std::string::npos) {
+        RefuseLoudly("FindFirstFileA with a pattern other than * and *.*");
+        return INVALID_HANDLE_VALUE;
+    }
+    return DescribeOne(path.c_str(), data);
+}
+
+BOOL FindNextFileA(HANDLE handle, WIN32_FIND_DATAA* data) {
+    Search* search = SearchOfHandle(handle);
+    if (search == nullptr) {
+        SetLastError(ERROR_INVALID_HANDLE);
+        return FALSE;
+    }
+    return NextListed(*search, data) ? TRUE : FALSE;
+}
+
+BOOL FindClose(HANDLE handle) {
+    Search* search = SearchOfHandle(handle);
+    if (search == nullptr) {
+        SetLastError(ERROR_INVALID_HANDLE);
+        return FALSE;
+    }
+    if (search->directory != nullptr) systemCalls->closeDirectory(search->directory);
+    delete search;
+    return TRUE;
+}

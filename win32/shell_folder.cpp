@@ -1,0 +1,106 @@
+#include "win32/shell_folder.h"
+
+#include <pwd.h>
+#include <shlobj.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+
+#include "win32/path_names.h"
+#include "win32/system_calls.h"
+
+struct ITEMIDLIST {
+    char path[MAX_PATH]; // cp932; empty if the folder has no such path
+};
+
+namespace {
+
+std::string& ChosenFolder() {
+    static std::string folder;
+    return folder;
+}
+
+std::string Environment(const char* name) {
+    const char* value = std::getenv(name);
+    return value != nullptr ? value : "";
+}
+
+std::string HomeFolder() {
+    const std::string home = Environment("HOME");
+    if (!home.empty()) return home;
+    const passwd* user = ::getpwuid(::getuid());
+    return user != nullptr && user->pw_dir != nullptr ? user->pw_dir : "/";
+}
+
+// The value of `XDG_DOCUMENTS_DIR="$HOME/..."`, a line in the manner of the shell: a backslash takes the next
+// character as it is, and $HOME stands at the beginning alone.
+std::string UnquotedFolder(const std::string& line, const std::string& home) {
+    const size_t open = line.find('"');
+    if (open == std::string::npos) return "";
+    std::string value;
+    size_t i = open + 1;
+    if (line.compare(i, 5, "$HOME") == 0) {
+        value = home;
+        i += 5;
+    }
+    for (; i < line.size() && line[i] != '"'; ++i) {
+        if (line[i] == '\\' && i + 1 < line.size()) ++i;
+        value.push_back(line[i]);
+    }
+    if (i >= line.size() || value.empty() || value[0] != '/') return "";
+    return value;
+}
+
+std::string FolderOfDesktop(const std::string& home) {
+    std::string configuration = Environment("XDG_CONFIG_HOME");
+    if (configuration.empty() || configuration[0] != '/') configuration = home + "/.config";
+    std::ifstream file(configuration + "/user-dirs.dirs");
+    std::string found;
+    for (std::string line; std::getline(file, line);) {
+        const size_t start = line.find_first_not_of(" \t");
+        if (start == std::string::npos || line.compare(start, 18, "XDG_DOCUMENTS_DIR=") != 0) continue;
+        const std::string folder = UnquotedFolder(line, home);
+        if (!folder.empty()) found = folder;
+    }
+    return found;
+}
+
+} // namespace
+
+std::string DocumentsFolder() {
+    if (!ChosenFolder().empty()) return ChosenFolder();
+    const std::string home = HomeFolder();
+    const std::string folder = FolderOfDesktop(home);
+    return folder.empty() ? home + "/Documents" : folder;
+}
+
+void SetDocumentsFolder(const char* utf8Path) {
+    ChosenFolder() = utf8Path != nullptr ? utf8Path : "";
+}
+
+HRESULT SHGetSpecialFolderLocation(HWND /*owner*/, int folder, LPITEMIDLIST* list) {
+    *list = nullptr;
+    if (folder != CSIDL_PERSONAL) return E_INVALIDARG;
+    auto* result = static_cast<ITEMIDLIST*>(std::calloc(1, sizeof(ITEMIDLIST)));
+    if (result == nullptr) return E_OUTOFMEMORY;
+    const std::string documents = DocumentsFolder();
+    // On Windows the folder is always there.  If it can't be made, who uses it finds out.
+    systemCalls->makeDirectory(documents.c_str(), 0777);
+    const std::string path = StorePathOfUtf8(documents).path;
+    if (path.size() < MAX_PATH) std::memcpy(result->path, path.c_str(), path.size());
+    *list = result;
+    return S_OK;
+}
+
+BOOL SHGetPathFromIDListA(LPCITEMIDLIST list, LPSTR path) {
+    *path = '\0';
+    if (list == nullptr || list->path[0] == '\0') return FALSE;
+    std::memcpy(path, list->path, sizeof list->path);
+    return TRUE;
+}
+
+void CoTaskMemFree(LPVOID block) {
+    std::free(block);
+}
