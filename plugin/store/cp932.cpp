@@ -1,0 +1,22 @@
+#include "plugin/store/cp932.h"
+
+#include <cstring>
+
+size_t CharacterBytes(const char* text) {
+    if (text[0] == '\0') return 0;
+    return IsLeadByte(static_cast<uint8_t>(text[0])) && text[1] != '\0' ? 2 : 1;
+}
+
+const char* FindText(const char* text, const char* part) {
+    const size_t length = std::strlen(part);
+    for (; *text != '\0'; text += CharacterBytes(text)) {
+        if (std::strncmp(text, part, length) == 0) return text;
+    }
+    return length == 0 ? text : nullptr;
+}
+
+void CopyText(char* out, size_t capacity, const char* text) {
+    const size_t length = strnlen(text, capacity - 1);
+    std::memmove(out, text, length);
+    out[length] = '\0';
+}

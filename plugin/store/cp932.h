@@ -1,0 +1,22 @@
+/// Texts in cp932, character by character.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+/// A byte that begins a double-byte character.
+constexpr bool IsLeadByte(uint8_t byte) {
+    return (byte >= 0x81 && byte <= 0x9F) || (byte >= 0xE0 && byte <= 0xFC);
+}
+
+/// Bytes of the character at `text`: 2 for a lead byte with any byte behind it, 1 for any other and for a
+/// lead byte that dangles in front of the NUL, 0 at the NUL.
+size_t CharacterBytes(const char* text);
+
+/// The first place where `part`, single-byte characters alone, stands in `text`; null if nowhere.  A
+/// double-byte character's second byte is part of no match.
+const char* FindText(const char* text, const char* part);
+
+/// Copies a text to `out` of `capacity` bytes, cut to fit with a NUL.  The cut is made between bytes, also in
+/// the middle of a double-byte character.
+void CopyText(char* out, size_t capacity, const char* text);
