@@ -1,0 +1,165 @@
+#include "plugin/capture/linked_names.h"
+
+#include <cstring>
+
+#include "plugin/objects/object_stream.h"
+#include "tests/plugin/capture/capture_fixture.h"
+
+using ::testing::ElementsAre;
+
+namespace {
+
+class LinkedNamesTest : public CaptureTest {
+protected:
+    static std::string Register(const std::string& path) {
+        char text[kLinkPathBytes] = {};
+        path.copy(text, sizeof text - 1);
+        RegisterLinkedFile(text);
+        return text;
+    }
+    static Strings RegisterAll(const Strings& paths) {
+        Strings names;
+        for (const std::string& path : paths) names.push_back(Register(path));
+        return names;
+    }
+};
+
+TEST_F(LinkedNamesTest, AFileUsedTwiceIsStoredOnce) {
+    EXPECT_THAT(RegisterAll({"C:\\a\\x.tif", "C:\\a\\x.tif"}), ElementsAre("x.tif", "x.tif"));
+    EXPECT_EQ(globals->linkCount, 1);
+    EXPECT_STREQ(reinterpret_cast<char*>(BlockBytes(globals->linkPaths)), "C:\\a\\x.tif");
+    EXPECT_STREQ(reinterpret_cast<char*>(BlockBytes(globals->linkNames)), "x.tif");
+}
+
+TEST_F(LinkedNamesTest, FilesOfTheSameNameAreNumbered) {
+    EXPECT_THAT(RegisterAll({"C:\\a\\x.tif", "C:\\b\\x.tif", "C:\\c\\x.tif", "\\a\\y", "\\b\\y"}),
+                ElementsAre("x.tif", "x1.tif", "x2.tif", "y", "y1"));
+}
+
+// On Windows these would overwrite each other, or each other's notes.
+TEST_F(LinkedNamesTest, CaseAndExtensionDontKeepNamesApart) {
+    EXPECT_THAT(RegisterAll({"\\a\\A.tif", "\\a\\a.tif", "\\a\\a.eps", "\\a\\A"}),
+                ElementsAre("A.tif", "a1.tif", "a2.eps", "A3"));
+}
+
+// ア is 83 41, メ 83 61: bytes that are "A" and "a" only where they are characters by themselves.
+TEST_F(LinkedNamesTest, SecondBytesHaveNoCase) {
+    EXPECT_THAT(RegisterAll({"\\a\\ア.tif", "\\a\\メ.tif"}), ElementsAre("ア.tif", "メ.tif"));
+}
+
+TEST_F(LinkedNamesTest, ANumberGoesBeforeTheFirstPointOfTheBase) {
+    EXPECT_THAT(RegisterAll({"\\a\\x.v2.tif", "\\b\\x.v2.tif", "\\a\\.tif", "\\b\\.tif", "\\a\\.x.tif"}),
+                ElementsAre("x.v2.tif", "x1.v2.tif", "1.tif", "2.tif", "3.x.tif"));
+}
+
+TEST_F(LinkedNamesTest, NamesFitTheirBlockAtAnyNumber) {
+    const std::string base(63, 'b');
+    EXPECT_THAT(RegisterAll({"\\a\\" + base + ".tif", "\\b\\" + base + ".tif"}),
+                ElementsAre(base.substr(0, 59) + ".tif", base.substr(0, 58) + "1.tif"));
+    EXPECT_EQ(Register("\\a\\" + std::string(200, 'c') + "." + std::string(40, 'e')),
+              std::string(48, 'c') + "." + std::string(14, 'e'));
+}
+
+TEST_F(LinkedNamesTest, CutsLeaveWholeCharacters) {
+    std::string base = "a";
+    for (int i = 0; i < 40; ++i) base += "図";
+    // 63 bytes less ".tif" are 59: one and 29 characters of two bytes.
+    EXPECT_EQ(Register("\\" + base + ".tif"), base.substr(0, 59) + ".tif");
+    // With a digit there is room for 58, and the half character goes.
+    EXPECT_EQ(Register("\\b\\" + base + ".tif"), base.substr(0, 57) + "1.tif");
+}
+
+// The second byte of 表 is a backslash, of ア a letter; neither ends a folder's name or starts an extension.
+TEST_F(LinkedNamesTest, SecondBytesSeparateNothing) {
+    EXPECT_EQ(Register("C:\\図.d\\表紙"), "表紙");
+    EXPECT_EQ(Register("C:\\図\\見表.tif"), "見表.tif");
+}
+
+TEST_F(LinkedNamesTest, ManyFilesOfOneName) {
+    for (int i = 0; i < 600; ++i) Register("\\" + std::to_string(i) + "\\x.tif");
+    EXPECT_EQ(globals->linkCount, 600);
+    EXPECT_EQ(Register("\\599\\x.tif"), "x599.tif");
+}
+
+class PlacedNoteTest : public CaptureTest {
+protected:
+    workbench::Art& AddPlaced(workbench::Art& parent) {
+        workbench::Art& placed = *document().AppendArt(kArtPlaced, &parent);
+        auto& data = std::get<workbench::PlacedData>(placed.data);
+        data.file = "/pics/photo.tif";
+        data.matrix = {2, 0, 0, 0.5, 30, 40};
+        data.width = 10;
+        data.height = 20;
+        data.method = 1;
+        data.alignment = 4;
+        data.clip = 1;
+        return placed;
+    }
+};
+
+TEST_F(PlacedNoteTest, FileMatrixAndOptions) {
+    AddPlaced(root());
+    CaptureAll();
+    // The translation is the centre of the picture, which covers 30 to 50 and 40 to 50.
+    EXPECT_THAT(Stream(), ElementsAre("PlacedFile = \"photo.tif\"\rPlacedMatrix = 2, 0, 0, 0.5, 10, 5\r"
+                                      "PlaceOptions = 1, 4, 1\r"));
+    EXPECT_EQ(globals->linkCount, 1);
+}
+
+TEST_F(PlacedNoteTest, StyleFollowsTheText) {
+    HostPathStyle paint{};
+    paint.fillPaint = 1;
+    paint.fill = PaintOf(AddPattern());
+    paint.strokePaint = 1;
+    paint.stroke = PaintOf(document().NewCustomColor("Ink", {kCustomFour, {0, 0, 0, 1}, 0}));
+    workbench::Art& placed = AddPlaced(root());
+    placed.artStyle = document().NewArtStyle(paint).handle;
+    placed.blend.opacity = 0.5;
+    CaptureAll();
+
+    auto note = ObjectsOf(globals->curRecord).at(0);
+    EXPECT_EQ(note.size(), StreamOf(globals->curRecord).at(0).size() + 29 + 5084);
+    const AidbNoteStyle* style = FindNoteStyle(note);
+    ASSERT_NE(style, nullptr);
+    EXPECT_EQ(style->opacity, Fix(0.5));
+    EXPECT_EQ(style->style.fill.kind, kStoredGray);
+    EXPECT_EQ(style->style.stroke.kind, kStoredFour);
+    EXPECT_EQ(style->style.stroke.reference, 0x0100);
+    EXPECT_THAT(Stream(),
+                ElementsAre(::testing::StartsWith("PlacedFile"), ::testing::StartsWith("CustomColor")));
+}
+
+TEST_F(PlacedNoteTest, AStyleThatPaintsNothingLeavesNoBlock) {
+    workbench::Art& placed = AddPlaced(root());
+    placed.artStyle = document().NewArtStyle({}).handle;
+    CaptureAll();
+    auto note = ObjectsOf(globals->curRecord).at(0);
+    EXPECT_EQ(note.size(), Stream().at(0).size() + 29);
+}
+
+TEST_F(PlacedNoteTest, LinkedRastersAreNotesEmbeddedOnesAreNot) {
+    workbench::Art& linked = *document().AppendArt(kArtRaster, &root());
+    auto& data = std::get<workbench::RasterData>(linked.data);
+    data.file = "/pics/scan.png";
+    data.matrix = {1, 0, 0, 1, 0, 8};
+    data.width = data.height = 8;
+    workbench::Art& embedded = *document().AppendArt(kArtRaster, &root());
+    auto& pixels = std::get<workbench::RasterData>(embedded.data);
+    pixels.width = pixels.height = 1;
+    pixels.pixels.assign(4, 0xFF);
+    CaptureAll();
+    EXPECT_THAT(Stream(),
+                ElementsAre(::testing::StartsWith("PlacedFile = \"scan.png\"\rPlacedMatrix = 1, 0, 0, 1, ")));
+}
+
+// A placed file in a pattern couldn't be found again: only what is selected itself is taken.
+TEST_F(PlacedNoteTest, PlacedArtInPatternsIsDropped) {
+    auto& pattern = AddPattern();
+    AddPlaced(*pattern.art);
+    Fill(AddLine(root()), PaintOf(pattern));
+    CaptureAll();
+    EXPECT_THAT(Stream(), ElementsAre("path", "PatternArt00001 /", "path", "/ PatternArt00001"));
+    EXPECT_EQ(globals->linkCount, 0);
+}
+
+} // namespace

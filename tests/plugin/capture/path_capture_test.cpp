@@ -1,0 +1,256 @@
+#include "plugin/capture/path_capture.h"
+
+#include <cstring>
+
+#include "tests/plugin/capture/capture_fixture.h"
+
+using ::testing::ElementsAre;
+using workbench::Art;
+
+namespace {
+
+class PathCaptureTest : public CaptureTest {
+protected:
+    static HostColor PaintOf(const workbench::Gradient& gradient) {
+        HostColor color{};
+        color.kind = kColorGradient;
+        color.u.gradient = {};
+        color.u.gradient.gradient = gradient.handle;
+        color.u.gradient.matrix = {1, 0, 0, 1, 0, 0};
+        return color;
+    }
+    using CaptureTest::PaintOf;
+
+    static HostGradientStop StopOf(double location, const HostColor& color) {
+        return {50, location, color, 1};
+    }
+};
+
+TEST_F(PathCaptureTest, GeometryStyleAndBlend) {
+    Art& path = *document().AppendArt(kArtPath, &root());
+    path.path()->segments = {{{10, 10}, {10, 10}, {10, 30}, 1}, {{50, 10}, {50, 30}, {50, 10}, 0}};
+    path.path()->closed = true;
+    HostPathStyle& style = path.path()->style;
+    style.fillPaint = 1;
+    style.fill = workbench::ThreeColor(0.5, 0.25, 1);
+    style.fillOverprint = 1;
+    style.strokePaint = 1;
+    style.stroke = workbench::FourColor(0, 1, 0, 0.5);
+    style.lineWidth = 2.5;
+    style.dash = {2, 1.5, {3, 4}};
+    style.lineCap = 2;
+    style.lineJoin = 1;
+    style.miterLimit = 8;
+    style.clip = 1;
+    style.evenOdd = 1;
+    style.resolution = 800;
+    path.blend = {workbench::kBlendMultiply, 0.75, 1, 2, 1};
+    CaptureAll();
+
+    const AidbPathObject stored = PathAt(0);
+    EXPECT_EQ(stored.header.size, 5160u);
+    EXPECT_EQ(stored.header.blendMode, 1u);
+    EXPECT_EQ(stored.header.opacity, Fix(0.75));
+    EXPECT_EQ(stored.header.isolated, 1);
+    EXPECT_EQ(stored.header.knockout, 2);
+    EXPECT_EQ(stored.header.alphaIsShape, 1);
+    EXPECT_EQ(stored.closed, 1);
+    EXPECT_EQ(stored.segmentCount, 2);
+    EXPECT_EQ(stored.style.fill.kind, kStoredThree);
+    EXPECT_EQ(stored.style.fill.u.three.green, Fix(0.25));
+    EXPECT_EQ(stored.style.fillOverprint, 1);
+    EXPECT_EQ(stored.style.stroke.u.four.black, Fix(0.5));
+    EXPECT_EQ(stored.style.lineWidth, Fix(2.5));
+    EXPECT_EQ(stored.style.dashCount, 2);
+    EXPECT_EQ(stored.style.dashes[1], Fix(4));
+    EXPECT_EQ(stored.style.lineCap, 2);
+    EXPECT_EQ(stored.style.lineJoin, 1);
+    EXPECT_EQ(stored.style.miterLimit, Fix(8));
+    EXPECT_EQ(stored.style.clip, 1);
+    EXPECT_EQ(stored.style.evenOdd, 1);
+    EXPECT_EQ(stored.style.resolution, Fix(800));
+    EXPECT_EQ(stored.block.ramp.type, 0);
+    EXPECT_EQ(stored.block.ramp.stopCount, 0);
+    const auto segments = SegmentsAt(0);
+    EXPECT_EQ(segments[0].corner, 1);
+    EXPECT_EQ(segments[0].out.y, Fix(20));
+    EXPECT_EQ(segments[1].anchor.x, Fix(40));
+    EXPECT_EQ(segments[1].in.y, Fix(20));
+}
+
+// Between two paths the block that they are made in must be clean again: the second, shorter one would
+// otherwise carry what the first one left.
+TEST_F(PathCaptureTest, NothingOfALongPathIsLeftInTheNext) {
+    const auto& gradient = document().NewGradient("");
+    std::vector<HostPoint> points(7000, HostPoint{1, 2});
+    Fill(AddPath(root(), points), PaintOf(gradient));
+    AddPath(root(), {{0, 0}, {5, 5}});
+    CaptureAll();
+    EXPECT_EQ(PathAt(0).header.size, 5104u + 28 * 7000);
+    EXPECT_EQ(PathAt(1).header.size, 5160u);
+    EXPECT_EQ(PathAt(1).block.ramp.stopCount, 0);
+    EXPECT_EQ(PathAt(1).style.fillFlag, 0);
+}
+
+// A count of more than 16 signed bits would make all segments unreadable.
+TEST_F(PathCaptureTest, SegmentsBeyondTheCountsRangeAreLeftOutAndReported) {
+    const Art& path = AddPath(root(), std::vector<HostPoint>(40000, HostPoint{1, 2}));
+    MemoryHandle object = NewHandle(kOneSegmentPathBytes, kSmallGrain);
+    const HostPoint origin{0, 0};
+    EXPECT_EQ(PostArtPathProcess(path.handle, object, &origin), kHostBadParameter);
+    AidbPathObject stored;
+    std::memcpy(&stored, BlockBytes(object), sizeof stored);
+    EXPECT_EQ(stored.segmentCount, 32767);
+    EXPECT_EQ(stored.header.size, 5104u + 28 * 32767);
+    FreeHandle(object);
+}
+
+TEST_F(PathCaptureTest, GradientMovesIntoTheRecordsFrame) {
+    document().hardOrigin = {1000, 2000};
+    auto& gradient = document().NewGradient("");
+    gradient.type = kGradientRadial;
+    Art& path = AddPath(root(), {{100, 50}, {200, 90}});
+    HostColor fill = PaintOf(gradient);
+    fill.u.gradient.origin = {60, 40};
+    fill.u.gradient.angle = 30;
+    fill.u.gradient.length = 25;
+    fill.u.gradient.matrix = {2, 0, 0, 4, 10, 20};
+    fill.u.gradient.highlightAngle = 15;
+    fill.u.gradient.highlightLength = 0.5;
+    Fill(path, fill);
+    CaptureAll();
+
+    const AidbPathObject stored = PathAt(0);
+    ASSERT_EQ(stored.style.fill.kind, kStoredGradient);
+    const AidbGradientUse& use = stored.style.fill.u.gradient;
+    EXPECT_EQ(use.number, 0u);
+    // The record's origin is (100, 50): less 100/2 and 50/4 in the gradient's own space.
+    EXPECT_EQ(use.origin.x, Fix(10));
+    EXPECT_EQ(use.origin.y, Fix(27.5));
+    EXPECT_EQ(use.angle, Fix(30));
+    EXPECT_EQ(use.length, Fix(25));
+    EXPECT_EQ(use.matrix.a, Fix(2));
+    EXPECT_EQ(use.matrix.tx, Fix(10 + 1000));
+    EXPECT_EQ(use.matrix.ty, Fix(20 - 2000));
+    EXPECT_EQ(use.highlightAngle, Fix(15));
+    EXPECT_EQ(use.highlightLength, Fix(0.5));
+    EXPECT_EQ(use.translation.x, Fix(10));
+    EXPECT_EQ(use.translation.y, Fix(20));
+    EXPECT_EQ(stored.block.ramp.type, kGradientRadial);
+    EXPECT_EQ(stored.block.ramp.stopCount, 2);
+    EXPECT_EQ(stored.block.ramp.stops[1].location, Fix(100));
+    EXPECT_EQ(stored.block.ramp.stops[1].color.u.gray, Fix(1));
+}
+
+TEST_F(PathCaptureTest, StopsThatDontFitAreLeftOutAndTheRestClosesUp) {
+    auto& gradient = document().NewGradient("");
+    const auto& ink = document().NewCustomColor("Ink", {kCustomFour, {1, 0, 0, 0}, 0});
+    gradient.stops = {StopOf(0, workbench::GrayColor(0)), StopOf(1, PaintOf(AddPattern())),
+                      StopOf(2, PaintOf(ink, 0.5))};
+    for (int i = 3; i < 40; ++i) gradient.stops.push_back(StopOf(i, workbench::ThreeColor(1, 0, 0)));
+    Fill(AddLine(root()), PaintOf(gradient));
+    CaptureAll();
+
+    const AidbGradientRamp ramp = PathAt(0).block.ramp;
+    EXPECT_EQ(ramp.stopCount, 32);
+    EXPECT_EQ(ramp.stops[1].location, Fix(2));
+    EXPECT_EQ(ramp.stops[1].color.kind, kStoredFour);
+    EXPECT_EQ(ramp.stops[1].color.u.four.cyan, Fix(0.5));
+    EXPECT_EQ(ramp.stops[1].color.reference, 0x0164);
+    EXPECT_EQ(ramp.stops[31].location, Fix(32));
+    EXPECT_THAT(Stream(), ElementsAre("path", "CustomColor001 = \"Ink\", 4, 0, 100, 0, 0, 0"));
+}
+
+TEST_F(PathCaptureTest, AGradientOnAStrokeBecomesGray) {
+    Art& path = AddLine(root());
+    HostColor gradient = PaintOf(document().NewGradient(""));
+    Stroke(path, gradient);
+    CaptureAll();
+    const AidbStyle style = PathAt(0).style;
+    EXPECT_EQ(style.strokeFlag, 1);
+    EXPECT_EQ(style.stroke.kind, kStoredGray);
+    EXPECT_EQ(style.stroke.u.gray, 0);
+    EXPECT_EQ(PathAt(0).block.ramp.stopCount, 0);
+}
+
+// A handle that paints nothing would make two captures of the same art differ.
+TEST_F(PathCaptureTest, UnpaintedPatternsAndGradientsLeaveNoHandle) {
+    Art& path = AddLine(root());
+    path.path()->style.fill = PaintOf(AddPattern());
+    path.path()->style.fillPaint = 0;
+    path.path()->style.stroke = PaintOf(document().NewGradient(""));
+    path.path()->style.strokePaint = 0;
+    CaptureAll();
+    EXPECT_THAT(Stream(), ElementsAre("path"));
+    EXPECT_EQ(PathAt(0).style.fill.u.pattern.number, 0u);
+    EXPECT_EQ(PathAt(0).style.stroke.u.gradient.number, 0u);
+}
+
+TEST_F(PathCaptureTest, EachUseOfAPatternIsARunOfItsOwn) {
+    const auto& pattern = AddPattern();
+    Art& path = AddLine(root());
+    Fill(path, PaintOf(pattern));
+    Stroke(path, PaintOf(pattern));
+    CaptureAll();
+    EXPECT_EQ(PathAt(0).style.fill.u.pattern.number, 1u);
+    EXPECT_EQ(PathAt(0).style.stroke.u.pattern.number, 2u);
+    EXPECT_THAT(Stream(), ElementsAre("path", "PatternArt00001 /", "path", "/ PatternArt00001",
+                                      "PatternArt00002 /", "path", "/ PatternArt00002"));
+    // The pattern's own lower left corner is its origin.
+    EXPECT_EQ(SegmentsAt(1)[0].anchor.x, 0);
+    EXPECT_EQ(SegmentsAt(1)[0].anchor.y, 0);
+}
+
+// Runs never lie within each other: a load that meets a run's notes takes all between them as one pattern.
+TEST_F(PathCaptureTest, PatternsWithinPatternsLieFlatInTheOrderOfTheirNumbers) {
+    const auto& innermost = AddPattern();
+    auto& inner = AddPattern();
+    Fill(*inner.art->firstChild, PaintOf(innermost));
+    auto& outer = AddPattern();
+    Fill(*outer.art->firstChild, PaintOf(inner));
+    Stroke(*outer.art->firstChild, PaintOf(innermost));
+    AddLine(*outer.art);
+    Fill(AddLine(root()), PaintOf(outer));
+    Fill(AddLine(root()), PaintOf(innermost));
+    CaptureAll();
+    EXPECT_THAT(Stream(),
+                ElementsAre("path", "path", "PatternArt00001 /", "path", "path", "/ PatternArt00001",
+                            "PatternArt00002 /", "path", "/ PatternArt00002", "PatternArt00003 /", "path",
+                            "/ PatternArt00003", "PatternArt00004 /", "path", "/ PatternArt00004",
+                            "PatternArt00005 /", "path", "/ PatternArt00005"));
+    EXPECT_EQ(PathAt(2).style.fill.u.pattern.number, 2u);
+    EXPECT_EQ(PathAt(2).style.stroke.u.pattern.number, 4u);
+    EXPECT_EQ(PathAt(4).style.fill.u.pattern.number, 3u);
+    EXPECT_EQ(PathAt(1).style.fill.u.pattern.number, 5u);
+}
+
+TEST_F(PathCaptureTest, NumbersEndAt1023) {
+    const auto& pattern = AddPattern();
+    for (int i = 0; i < 1030; ++i) Fill(AddLine(root()), PaintOf(pattern));
+    CaptureAll();
+    EXPECT_EQ(Stream().size(), 1030u + 1023 * 3);
+    EXPECT_EQ(PathAt(1022).style.fill.u.pattern.number, 1023u);
+    EXPECT_EQ(PathAt(1023).style.fill.u.pattern.number, 0u);
+    EXPECT_EQ(PathAt(1029).style.fill.kind, kStoredPattern);
+}
+
+TEST_F(PathCaptureTest, APatternWithinItselfEndsWithTheNumbers) {
+    auto& pattern = AddPattern();
+    Fill(*pattern.art->firstChild, PaintOf(pattern));
+    Fill(AddLine(root()), PaintOf(pattern));
+    CaptureAll();
+    EXPECT_EQ(Stream().size(), 1u + 1023 * 3);
+    EXPECT_EQ(PathAt(1022).style.fill.u.pattern.number, 1023u);
+    EXPECT_EQ(PathAt(1023).style.fill.u.pattern.number, 0u);
+}
+
+TEST_F(PathCaptureTest, APatternWithoutArtHasNoRun) {
+    const auto& pattern = document().NewPattern("empty");
+    Fill(AddLine(root()), PaintOf(pattern));
+    CaptureAll();
+    EXPECT_THAT(Stream(), ElementsAre("path"));
+    EXPECT_EQ(PathAt(0).style.fill.u.pattern.number,
+              static_cast<uint32_t>(reinterpret_cast<uintptr_t>(pattern.handle)));
+}
+
+} // namespace

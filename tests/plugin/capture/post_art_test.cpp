@@ -1,0 +1,260 @@
+#include <algorithm>
+#include <ctime>
+
+#include "tests/plugin/capture/capture_fixture.h"
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using workbench::Art;
+
+namespace {
+
+class PostArtTest : public CaptureTest {};
+
+// The order that a load relies on when it reads from the end: patterns, colours, art.
+TEST_F(PostArtTest, ArtThenColorNotesThenPatterns) {
+    const auto& ink = document().NewCustomColor("Ink", {kCustomFour, {0.25, 0, 0, 1}, 0});
+    const auto& pattern = AddPattern();
+    Art& group = AddGroup(root());
+    group.group()->clipped = true;
+    group.blend.opacity = 0.5;
+    Art& first = AddLine(group);
+    Fill(first, PaintOf(ink));
+    Art& second = AddLine(group);
+    Fill(second, PaintOf(pattern));
+    second.tags.push_back({"part", "string", "lid"});
+    CaptureAll();
+
+    EXPECT_THAT(Stream(), ElementsAre("GroupArt / Clipped=TRUE Opacity=50", "path", "path",
+                                      "Tag = \"lid\", string, part\r", "/ GroupArt",
+                                      "CustomColor001 = \"Ink\", 4, 0, 25, 0, 0, 100", "PatternArt00001 /",
+                                      "path", "/ PatternArt00001"));
+    EXPECT_EQ(PathAt(0).style.fill.reference, 0x0100);
+    EXPECT_EQ(PathAt(1).style.fill.u.pattern.number, 1u);
+}
+
+TEST_F(PostArtTest, HeaderHoldsSizeAndStamps) {
+    AddPath(root(), {{10, 20}, {110, 70.5}});
+    const auto before = static_cast<uint32_t>(std::time(nullptr) + 2082844800);
+    CaptureAll();
+    const RecordHeader header = Header().header;
+    EXPECT_EQ(header.objectCount, 1u);
+    EXPECT_EQ(header.size, 65964u + 5160u);
+    EXPECT_EQ(header.boundsLeft, 0);
+    EXPECT_EQ(header.boundsTop, Fix(50.5));
+    EXPECT_EQ(header.boundsRight, Fix(100));
+    EXPECT_EQ(header.boundsBottom, 0);
+    EXPECT_GE(header.created, before);
+    EXPECT_LE(header.created, before + 60);
+    EXPECT_EQ(header.modified, header.created);
+    EXPECT_STREQ(header.name, "");
+}
+
+// The stored point of the lower left corner is (0, 0), wherever the art lies on its page.
+TEST_F(PostArtTest, CoordinatesAreRelativeToTheLowerLeftCorner) {
+    AddPath(root(), {{-300, 500}, {-290, 450}});
+    AddPath(root(), {{-310, 470}, {-250, 480}});
+    CaptureAll();
+    EXPECT_EQ(SegmentsAt(0)[0].anchor.x, Fix(10));
+    EXPECT_EQ(SegmentsAt(0)[0].anchor.y, Fix(50));
+    EXPECT_EQ(SegmentsAt(0)[1].anchor.y, 0);
+    EXPECT_EQ(SegmentsAt(1)[0].anchor.x, 0);
+}
+
+TEST_F(PostArtTest, LayersComeTopmostFirst) {
+    document().InsertLayer(0, "Top");
+    AddPath(*document().LayerAt(0).root, {{0, 0}});
+    AddPath(*document().LayerAt(1).root, {{0, 0}, {1, 1}});
+    CaptureAll();
+    EXPECT_EQ(PathAt(0).segmentCount, 1);
+    EXPECT_EQ(PathAt(1).segmentCount, 2);
+}
+
+TEST_F(PostArtTest, OnlySelectedArtIsTaken) {
+    Art& group = AddGroup(root());
+    document().Select(AddLine(group), true);
+    AddPath(group, {{0, 0}});
+    Art& compound = AddCompoundPath(root());
+    document().Select(AddLine(compound), true);
+    AddPath(compound, {{0, 0}});
+    AddLine(root());
+    Capture();
+    EXPECT_THAT(Stream(), ElementsAre("path", "path"));
+}
+
+TEST_F(PostArtTest, GuidesAreNeitherMeasuredNorTaken) {
+    AddPath(root(), {{0, 0}, {1, 1}});
+    AddPath(root(), {{-500, -500}, {900, 900}}).path()->guide = true;
+    CaptureAll();
+    EXPECT_THAT(Stream(), ElementsAre("path"));
+    EXPECT_EQ(Header().header.boundsRight, Fix(1));
+}
+
+TEST_F(PostArtTest, ThePreviewLayerOfOthersIsPassedOver) {
+    document().LayerAt(0).title = "<<Sorvenna Preview>>";
+    AddLine(root());
+    CaptureAll();
+    EXPECT_THAT(Stream(), IsEmpty());
+    EXPECT_EQ(Header().header.boundsTop, 0);
+    EXPECT_EQ(Header().header.boundsRight, 0);
+}
+
+TEST_F(PostArtTest, AnEmptyPathGivesNoObjectAndNoTags) {
+    AddPath(root(), {}).tags.push_back({"part", "string", "lid"});
+    AddLine(root());
+    CaptureAll();
+    EXPECT_THAT(Stream(), ElementsAre("path"));
+    EXPECT_EQ(Header().header.boundsRight, Fix(100));
+}
+
+TEST_F(PostArtTest, TagsOfAContainerFollowItsClosingNote) {
+    Art& group = AddGroup(root());
+    group.tags.push_back({"a", "string", "1"});
+    Art& compound = AddCompoundPath(group);
+    compound.tags.push_back({"b", "string", "2"});
+    AddLine(compound);
+    CaptureAll();
+    EXPECT_THAT(Stream(), ElementsAre("GroupArt /", "CompoundPathArt /", "path", "/ CompoundPathArt",
+                                      "Tag = \"2\", string, b\r", "/ GroupArt", "Tag = \"1\", string, a\r"));
+}
+
+// The layer's own group has brackets only to carry the layer's title.
+TEST_F(PostArtTest, LayerOptionBracketsTheLayerAndKeepsItsTitle) {
+    document().LayerAt(0).title = "\xE5\x9B\xB3"; // 図 in UTF-8
+    AddLine(AddGroup(root()));
+    CaptureAll();
+    EXPECT_THAT(Stream(), ElementsAre("GroupArt /", "path", "/ GroupArt"));
+
+    globals->layerOption = 1;
+    Capture();
+    EXPECT_THAT(Stream(), ElementsAre("GroupArt /", "GroupArt /", "path", "/ GroupArt", "/ GroupArt",
+                                      "Tag = \"図\", string, aidb_layer_title\r"));
+}
+
+TEST_F(PostArtTest, LayerOptionNeedsTheWholeLayer) {
+    globals->layerOption = 1;
+    document().Select(AddLine(root()), true);
+    AddLine(root());
+    Capture();
+    EXPECT_THAT(Stream(), ElementsAre("path"));
+}
+
+struct OpacityCase {
+    double opacity;
+    const char* note;
+};
+class GroupOpacityTest : public PostArtTest, public ::testing::WithParamInterface<OpacityCase> {};
+
+TEST_P(GroupOpacityTest, IsATruncatedPercentageOfTwoDigits) {
+    Art& group = AddGroup(root());
+    AddLine(group);
+    group.blend.opacity = GetParam().opacity;
+    CaptureAll();
+    EXPECT_EQ(Stream().at(0), GetParam().note);
+}
+INSTANTIATE_TEST_SUITE_P(Opacities, GroupOpacityTest,
+                         ::testing::Values(OpacityCase{1.0, "GroupArt /"}, OpacityCase{0.99, "GroupArt /"},
+                                           OpacityCase{0.989, "GroupArt / Opacity=99"},
+                                           OpacityCase{0.98, "GroupArt / Opacity=98"},
+                                           OpacityCase{0.554, "GroupArt / Opacity=55"},
+                                           OpacityCase{0.05, "GroupArt / Opacity=05"},
+                                           OpacityCase{0.0, "GroupArt / Opacity=00"}));
+
+// What a style draws is taken whole, though nobody can select it.
+TEST_F(PostArtTest, StyledArtStandsForItsPath) {
+    Art& path = AddPath(root(), {{0, 0}, {100, 100}, {200, 0}});
+    path.tags.push_back({"part", "string", "lid"});
+    Art& produced = FreeGroup();
+    AddLine(produced);
+    path.styledArt = produced.handle;
+    AddLine(root());
+    document().Select(path, true);
+    Capture();
+    EXPECT_THAT(Stream(), ElementsAre("StyledArt /", "GroupArt /", "path", "path", "/ GroupArt",
+                                      "/ StyledArt", "Tag = \"lid\", string, part\r"));
+
+    path.blend.opacity = 0.5;
+    Capture();
+    EXPECT_THAT(Stream(), ElementsAre("path", "Tag = \"lid\", string, part\r"));
+    EXPECT_EQ(PathAt(0).segmentCount, 3);
+}
+
+TEST_F(PostArtTest, APathThatStylesItselfIsAPath) {
+    Art& path = AddLine(root());
+    path.styledArt = path.handle;
+    CaptureAll();
+    EXPECT_THAT(Stream(), ElementsAre("path"));
+}
+
+// Art that a broken style draws in its own place must not keep the host busy for ever.
+TEST_F(PostArtTest, AStyleThatLeadsInACircleEnds) {
+    Art& path = AddLine(root());
+    Art& produced = FreeGroup();
+    produced.firstChild->styledArt = path.handle;
+    path.styledArt = produced.handle;
+    CaptureAll();
+    const Strings stream = Stream();
+    EXPECT_EQ(std::count(stream.begin(), stream.end(), "path"), 1);
+    EXPECT_EQ(std::count(stream.begin(), stream.end(), "StyledArt /"),
+              std::count(stream.begin(), stream.end(), "/ StyledArt"));
+}
+
+TEST_F(PostArtTest, PluginArtIsItsResultWithoutBrackets) {
+    Art& plugin = *document().AppendArt(kArtPlugin, &root());
+    plugin.tags.push_back({"part", "string", "lid"});
+    Art& result = *document().AppendArt(kArtGroup, &plugin);
+    AddLine(result);
+    std::get<workbench::PluginArtData>(plugin.data).result = result.handle;
+    AddPath(root(), {{0, 0}});
+    document().Select(plugin, true);
+    Capture();
+    EXPECT_THAT(Stream(), ElementsAre("GroupArt /", "path", "/ GroupArt"));
+}
+
+// A pattern that is met within styled art must not put an end to "everything counts as selected" there.
+TEST_F(PostArtTest, ArtBehindAPatternInStyledArtIsStillTaken) {
+    Art& path = AddLine(root());
+    Art& produced = FreeGroup();
+    Fill(*produced.firstChild, PaintOf(AddPattern()));
+    AddLine(produced);
+    path.styledArt = produced.handle;
+    document().Select(path, true);
+    Capture();
+    EXPECT_THAT(Stream(), ElementsAre("StyledArt /", "GroupArt /", "path", "path", "/ GroupArt",
+                                      "/ StyledArt", "PatternArt00001 /", "path", "/ PatternArt00001"));
+}
+
+TEST_F(PostArtTest, ArtBehindStyledArtInPluginArtIsStillTaken) {
+    Art& plugin = *document().AppendArt(kArtPlugin, &root());
+    Art& result = *document().AppendArt(kArtGroup, &plugin);
+    AddLine(result).styledArt = FreeGroup().handle;
+    AddLine(result);
+    std::get<workbench::PluginArtData>(plugin.data).result = result.handle;
+    plugin.selected = true;
+    Capture();
+    EXPECT_THAT(Stream(), ElementsAre("GroupArt /", "StyledArt /", "GroupArt /", "path", "/ GroupArt",
+                                      "/ StyledArt", "path", "/ GroupArt"));
+}
+
+// Beyond 1023 levels the brackets end, the art doesn't.
+TEST_F(PostArtTest, VeryDeepArtIsTakenWithoutBrackets) {
+    constexpr int kLevels = 100000;
+    Art* group = &root();
+    for (int level = 0; level < kLevels; ++level) group = &AddGroup(*group);
+    AddLine(*group);
+    CaptureAll();
+    const Strings stream = Stream();
+    EXPECT_EQ(stream.size(), 2 * 1023u + 1);
+    EXPECT_EQ(stream[1023], "path");
+}
+
+TEST_F(PostArtTest, TwoCapturesOfTheSameArtAreTheSame) {
+    Fill(AddLine(root()), PaintOf(AddPattern()));
+    Stroke(AddLine(AddGroup(root())), PaintOf(document().NewCustomColor("Ink", {kCustomOne, {0.5}, 0})));
+    CaptureAll();
+    const auto once = ObjectsOf(globals->curRecord);
+    Capture();
+    EXPECT_EQ(ObjectsOf(globals->curRecord), once);
+}
+
+} // namespace
