@@ -1,0 +1,232 @@
+#include "plugin/objects/object_stream.h"
+
+#include <string>
+
+#include "tests/plugin/objects/golden_objects.h"
+
+namespace {
+
+class ObjectStreamTest : public ObjectsTest {
+protected:
+    void SetUp() override {
+        ObjectsTest::SetUp();
+        globals->curRecord = EmptyRecord(kEmptyRecordBytes, kRecordGrain);
+    }
+    static MemoryHandle& record() { return globals->curRecord; }
+    static RecordHeader& header() { return StartOf(record())->header; }
+
+    static std::vector<Bytes> Objects() {
+        std::vector<Bytes> objects;
+        ObjectWalk walk(record());
+        for (auto object = walk.Next(); !object.empty(); object = walk.Next())
+            objects.emplace_back(object.begin(), object.end());
+        return objects;
+    }
+};
+
+TEST_F(ObjectStreamTest, AppendedObjectsLieOneBehindTheOther) {
+    const std::vector<Bytes> objects = {HostMesh(), HostNote(), HostPath(), HostRaster(17)};
+    uint64_t bytes = kEmptyRecordBytes;
+    for (const Bytes& object : objects) {
+        ASSERT_EQ(AddAIDBObj(record(), object.data()), 0);
+        bytes += object.size();
+        EXPECT_EQ(header().size, bytes);
+    }
+    EXPECT_EQ(header().objectCount, 4u);
+    EXPECT_EQ(Objects(), objects);
+}
+
+TEST_F(ObjectStreamTest, RecordGrowsBeyondItsBlockAndKeepsWhatItHolds) {
+    std::memset(BlockBytes(record()) + kPreviewOffset, 0x77, kPreviewBytes);
+    const Bytes raster = HostRaster(18);
+    while (BlockSize(record()) == kRecordGrain) ASSERT_EQ(AddAIDBObj(record(), raster.data()), 0);
+    EXPECT_EQ(BlockBytes(record())[kPreviewOffset + kPreviewBytes - 1], 0x77);
+    const auto objects = Objects();
+    EXPECT_EQ(objects.size(), header().objectCount);
+    for (const Bytes& object : objects) EXPECT_EQ(object, raster);
+}
+
+// The four bytes behind the stream of a stored record hold whatever its writer left there.
+TEST_F(ObjectStreamTest, FillerOfARecordThatWasReadIsOverwrittenAndTheNewOneIsZero) {
+    std::memset(BlockBytes(record()) + kObjectsOffset, 0xEE, 60);
+    ASSERT_EQ(AddNote("Tag"), 0);
+    EXPECT_EQ(Objects(), std::vector<Bytes>{StoredBytes().Hex("07000000 20000000").Fill(16).Text("Tag", 8).bytes()});
+    EXPECT_EQ(0, std::memcmp(BlockBytes(record()) + kObjectsOffset + 32, "\0\0\0", 4));
+}
+
+TEST_F(ObjectStreamTest, NotesAreAsLongAsTheirTextAsksFor) {
+    ASSERT_EQ(AddNote("GroupArt /"), 0);
+    const uint8_t content[] = {'A', 0, 'r', 's', 'o', 'p'};
+    ASSERT_EQ(AddNoteBytes(content, sizeof content), 0);
+    const auto objects = Objects();
+    ASSERT_EQ(objects.size(), 2u);
+    EXPECT_EQ(objects[0], StoredBytes().Hex("07000000 27000000").Fill(16).Text("GroupArt /", 15).bytes());
+    EXPECT_EQ(objects[1],
+              StoredBytes().Hex("07000000 22000000").Fill(16).Hex("41 00 72 73 6F 70").Fill(4).bytes());
+}
+
+TEST_F(ObjectStreamTest, RefusesToAppendWhereTheEndIsNotKnown) {
+    const Bytes object = HostMesh();
+    const auto refused = [&](MemoryHandle& handle) {
+        const Bytes before = handle ? AllBytes(handle) : Bytes();
+        const bool same = AddAIDBObj(handle, object.data()) == -1 && (!handle || AllBytes(handle) == before);
+        return same;
+    };
+    MemoryHandle none = nullptr;
+    EXPECT_TRUE(refused(none));
+    header().size = kEmptyRecordBytes - 1;
+    EXPECT_TRUE(refused(record()));
+    header().size = 0x7FFFFF00; // beyond the block
+    EXPECT_TRUE(refused(record()));
+    header().size = kEmptyRecordBytes;
+    StartOf(record())->packedPreview = 100; // a file image
+    EXPECT_TRUE(refused(record()));
+    StartOf(record())->packedPreview = 0;
+    const AidbObjectHeader tooShort = {kNoteObject, 23, 0, 0, 0, 0, 0, 0};
+    EXPECT_EQ(AddAIDBObj(record(), reinterpret_cast<const uint8_t*>(&tooShort)), -1);
+    EXPECT_EQ(header().objectCount, 0u);
+    EXPECT_EQ(AddAIDBObj(record(), object.data()), 0);
+}
+
+TEST_F(ObjectStreamTest, FetchedObjectIsACopyInABlockThatGrows) {
+    HandleOwner fetched;
+    ASSERT_EQ(AddAIDBObj(record(), HostMesh().data()), 0);
+    const Bytes big = HostRaster(18);
+    Bytes huge = big;
+    huge.resize(0x20001);
+    reinterpret_cast<AidbObjectHeader*>(huge.data())->size = 0x20001;
+    ASSERT_EQ(AddAIDBObj(record(), huge.data()), 0);
+
+    ASSERT_EQ(GetAIDBObj(record(), 0, fetched.get()), 0);
+    EXPECT_EQ(BlockSize(fetched.get()), kSmallGrain);
+    EXPECT_EQ(Bytes(fetched.bytes(), fetched.bytes() + 280), HostMesh());
+    ASSERT_EQ(GetAIDBObj(record(), 1, fetched.get()), 0);
+    EXPECT_EQ(BlockSize(fetched.get()), 2 * kSmallGrain);
+    EXPECT_EQ(Bytes(fetched.bytes(), fetched.bytes() + huge.size()), huge);
+    EXPECT_EQ(GetAIDBObj(record(), 2, fetched.get()), -1);
+    EXPECT_EQ(GetAIDBObj(record(), -1, fetched.get()), -1);
+    EXPECT_EQ(GetAIDBObj(nullptr, 0, fetched.get()), -1);
+}
+
+TEST_F(ObjectStreamTest, OffsetsFindTheObjectsThatTheWalkFinds) {
+    for (int i = 0; i < 50; ++i) ASSERT_EQ(AddNote(std::string(static_cast<size_t>(i), 'x').c_str()), 0);
+    const ObjectOffsets offsets(record());
+    const auto objects = Objects();
+    ASSERT_EQ(offsets.count(), 50u);
+    for (uint32_t i = 0; i < 50; ++i) {
+        const auto object = offsets.Object(record(), i);
+        EXPECT_EQ(Bytes(object.begin(), object.end()), objects[i]);
+    }
+    EXPECT_TRUE(offsets.Object(record(), 50).empty());
+
+    // A record that changed under the offsets gives no objects instead of bytes beyond its end.
+    header().size = kEmptyRecordBytes;
+    EXPECT_TRUE(offsets.Object(record(), 49).empty());
+    EXPECT_TRUE(offsets.Object(nullptr, 0).empty());
+}
+
+// ---- Damage ----
+
+TEST_F(ObjectStreamTest, DamagedSizeEndsTheStreamForGood) {
+    for (const uint32_t size : {0u, 23u, 33u, 0x80000000u, 0xFFFFFFFFu}) {
+        SCOPED_TRACE(size);
+        HandleOwner damaged(RecordOf({HostMesh(), Bytes(32), HostMesh()}));
+        std::memcpy(damaged.bytes() + kObjectsOffset + 280 + 4, &size, 4);
+        StartOf(damaged.get())->header.size -= size == 33 ? 280 : 0; // 33 bytes in a rest of 32
+        ObjectWalk walk(damaged.get());
+        EXPECT_EQ(walk.Next().size(), 280u);
+        EXPECT_FALSE(walk.damaged());
+        EXPECT_TRUE(walk.Next().empty());
+        EXPECT_TRUE(walk.damaged());
+        EXPECT_TRUE(walk.Next().empty());
+        EXPECT_EQ(ObjectOffsets(damaged.get()).count(), 1u);
+        HandleOwner object;
+        EXPECT_EQ(GetAIDBObj(damaged.get(), 0, object.get()), 0);
+        EXPECT_EQ(GetAIDBObj(damaged.get(), 1, object.get()), -1);
+        EXPECT_EQ(GetAIDBObj(damaged.get(), 2, object.get()), -1);
+    }
+}
+
+TEST_F(ObjectStreamTest, StreamEndsWhereRecordOrBlockEnds) {
+    HandleOwner damaged(RecordOf({HostMesh()}));
+    RecordHeader& start = StartOf(damaged.get())->header;
+    const uint32_t size = start.size;
+    start.size = 0xFFFFFFFF;
+    EXPECT_EQ(ObjectStream(damaged.get()).size(), 280u);
+    start.size = kEmptyRecordBytes - 1;
+    EXPECT_TRUE(ObjectStream(damaged.get()).empty());
+    start.size = size;
+    start.objectCount = 0xFFFFFFFF;
+    EXPECT_EQ(ObjectOffsets(damaged.get()).count(), 1u);
+}
+
+// ---- Looking into one object ----
+
+TEST_F(ObjectStreamTest, NoteGivesItsTextAndThePaintBehindIt) {
+    Bytes note = HostNote();
+    EXPECT_EQ(NoteText(note), "PlacedFile = \"a.tif\"\r");
+    ASSERT_NE(FindNoteStyle(note), nullptr);
+    EXPECT_EQ(FindNoteStyle(note)->opacity + 0, 0x0000C000);
+    note.resize(24 + 22 + 5083); // the last byte of the paint is missing
+    EXPECT_EQ(FindNoteStyle(note), nullptr);
+    Bytes endless(30, 'x');
+    EXPECT_EQ(NoteText(endless), "xxxxxx");
+    EXPECT_EQ(FindNoteStyle(endless), nullptr);
+    EXPECT_EQ(NoteText(std::span(endless).first(24)), "");
+}
+
+TEST_F(ObjectStreamTest, PluginNoteIsFoundWholeOrNotAtAll) {
+    AidbPluginNote note = {};
+    std::memcpy(note.text, kPluginNoteText, sizeof kPluginNoteText);
+    note.major = 3;
+    ASSERT_EQ(AddNoteBytes(&note, sizeof note), 0);
+    ASSERT_EQ(AddNote(kPluginNoteText), 0);
+    auto objects = Objects();
+    ASSERT_NE(FindPluginNote(objects[0]), nullptr);
+    EXPECT_EQ(FindPluginNote(objects[0])->major + 0, 3u);
+    EXPECT_EQ(FindPluginNote(objects[1]), nullptr);
+    std::memcpy(note.text, "Tag", 4);
+    ASSERT_EQ(AddNoteBytes(&note, sizeof note), 0);
+    EXPECT_EQ(FindPluginNote(Objects()[2]), nullptr);
+}
+
+TEST_F(ObjectStreamTest, CountsAreClippedToWhatTheObjectHolds) {
+    Bytes path = HostPath();
+    auto* fixed = reinterpret_cast<AidbPathObject*>(path.data());
+    EXPECT_EQ(PathSegments(path).size(), 2u);
+    fixed->segmentCount = 1;
+    EXPECT_EQ(PathSegments(path).size(), 1u);
+    fixed->segmentCount = 0x7FFF;
+    EXPECT_EQ(PathSegments(path).size(), 2u);
+    fixed->segmentCount = -1;
+    EXPECT_TRUE(PathSegments(path).empty());
+    EXPECT_TRUE(PathSegments(std::span(path).first(5103)).empty());
+
+    Bytes raster = HostRaster(18);
+    auto* image = reinterpret_cast<AidbRasterObject*>(raster.data());
+    EXPECT_EQ(RasterTiles(raster).size(), 5120u);
+    EXPECT_NE(FindRasterStyle(raster), nullptr);
+    image->info.colorSpace = 17; // now the marker isn't where the tiles end
+    EXPECT_EQ(FindRasterStyle(raster), nullptr);
+    image->tileCount = 0xFFFFFFFF;
+    EXPECT_EQ(RasterTiles(raster).size(), 2 * 4096u);
+    EXPECT_EQ(FindRasterStyle(raster), nullptr);
+}
+
+TEST_F(ObjectStreamTest, FreeStandingObjectGrowsByZeroBytes) {
+    HandleOwner object;
+    uint64_t used = 0;
+    uint8_t* first = GrowObject(object.get(), used, 40, kSmallGrain);
+    ASSERT_NE(first, nullptr);
+    std::memset(first, 0xAB, 40);
+    std::memset(object.bytes() + 40, 0xCD, 10); // left from an earlier, longer object
+    uint8_t* more = GrowObject(object.get(), used, kSmallGrain, kSmallGrain);
+    ASSERT_NE(more, nullptr);
+    EXPECT_EQ(used, 40 + kSmallGrain);
+    EXPECT_EQ(object.bytes()[39], 0xAB);
+    EXPECT_EQ(more[0], 0);
+    EXPECT_EQ(GrowObject(object.get(), used, 0x7FFFFFFF, kSmallGrain), nullptr);
+    EXPECT_EQ(used, 40 + kSmallGrain);
+}
+
+} // namespace
