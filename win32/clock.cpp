@@ -1,5 +1,6 @@
 #include <windows.h>
 
+#include <cerrno>
 #include <ctime>
 
 #include "win32/disk_entry.h"
@@ -64,6 +65,13 @@ FILETIME FileTimeOfTimespec(const timespec& time) {
     if (seconds < 0) return {};
     return FileTimeOfSteps(static_cast<uint64_t>(seconds) * kStepsPerSecond +
                            static_cast<uint64_t>(time.tv_nsec) / 100);
+}
+
+void Sleep(DWORD milliseconds) {
+    timespec rest = {static_cast<time_t>(milliseconds / 1000),
+                     static_cast<long>(milliseconds % 1000) * 1000000};
+    while (nanosleep(&rest, &rest) != 0 && errno == EINTR) {
+    }
 }
 
 void GetSystemTime(SYSTEMTIME* utc) {

@@ -1,16 +1,18 @@
 #include "plugin/store/clock_1904.h"
 
-#include <chrono>
-
 namespace {
 
 constexpr double kTicksInSecond = 10000000.0; ///< of 100 nanoseconds, as a file time counts them
 constexpr double kTicksInHigh = 4294967296.0;
 
+double TicksOf(const FILETIME& time) {
+    return time.dwHighDateTime * kTicksInHigh + time.dwLowDateTime;
+}
+
 double TicksOf(const SYSTEMTIME& time) {
     FILETIME file = {};
     SystemTimeToFileTime(&time, &file);
-    return file.dwHighDateTime * kTicksInHigh + file.dwLowDateTime;
+    return TicksOf(file);
 }
 
 double TicksOf1904() {
@@ -21,19 +23,22 @@ double TicksOf1904() {
     return TicksOf(start);
 }
 
+uint32_t SecondsFrom1904(double ticks) {
+    return static_cast<uint32_t>(static_cast<int64_t>((ticks - TicksOf1904()) / kTicksInSecond));
+}
+
 } // namespace
 
 uint32_t StampOfNewRecord() {
-    const auto since1970 = std::chrono::system_clock::now().time_since_epoch();
-    const int64_t seconds = std::chrono::duration_cast<std::chrono::seconds>(since1970).count();
-    return static_cast<uint32_t>(seconds + kSeconds1904To1970);
+    FILETIME now = {};
+    GetSystemTimeAsFileTime(&now);
+    return SecondsFrom1904(TicksOf(now));
 }
 
 void NowIn1904Seconds(uint32_t* seconds) {
     SYSTEMTIME now = {};
     GetLocalTime(&now);
-    const double since1904 = (TicksOf(now) - TicksOf1904()) / kTicksInSecond;
-    *seconds = static_cast<uint32_t>(static_cast<int64_t>(since1904));
+    *seconds = SecondsFrom1904(TicksOf(now));
 }
 
 void TimeFrom1904Seconds(uint32_t seconds, SYSTEMTIME* time) {

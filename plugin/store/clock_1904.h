@@ -8,8 +8,6 @@
 
 #include <cstdint>
 
-constexpr uint32_t kSeconds1904To1970 = 2082844800;
-
 /// The system clock, UTC: what a new record gets as created and modified.
 uint32_t StampOfNewRecord();
 

@@ -253,6 +253,7 @@ SIZE_T GlobalSize(HGLOBAL block);
 
 // ---- Time -----------------------------------------------------------------------------------------------
 
+void Sleep(DWORD milliseconds);
 void GetSystemTime(SYSTEMTIME* utc);
 void GetLocalTime(SYSTEMTIME* local);
 void GetSystemTimeAsFileTime(FILETIME* utc);
