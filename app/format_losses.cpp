@@ -1,0 +1,176 @@
+#include "app/format_losses.h"
+
+#include <algorithm>
+#include <cmath>
+#include <set>
+
+using workbench::Art;
+using workbench::Document;
+
+namespace {
+
+constexpr size_t kStopsKept = 32;
+constexpr size_t kAnchorsKept = 32767;
+
+class Losses {
+public:
+    Losses(Document& document, const RecordFrame& frame) : document_(document), frame_(frame) {}
+
+    std::map<std::string, int> Apply() {
+        for (size_t i = 0; i < document_.LayerCount(); ++i) {
+            workbench::Layer& layer = document_.LayerAt(i);
+            if (!layer.visible) ++counts_["hidden layer"];
+            layer.visible = true;
+            if (i > 0) ++counts_["layer"];
+            // A layer's own group is never part of a record, so its blending isn't either.
+            if (!(layer.root->blend == workbench::Blend{})) ++counts_["layer blending"];
+            layer.root->blend = {};
+            layer.root->hidden = false;
+            ApplyToMembers(*layer.root, frame_.origin);
+        }
+        return counts_;
+    }
+
+private:
+    void ApplyToMembers(Art& container, const HostPoint& origin) {
+        for (Art* member = container.firstChild; member;) {
+            Art* next = member->below;
+            if (Kept(*member)) {
+                ApplyTo(*member, origin);
+            } else {
+                document_.DisposeArt(member);
+            }
+            member = next;
+        }
+    }
+
+    bool Kept(const Art& art) {
+        if (art.kind == kArtGroup || art.kind == kArtCompoundPath) return true;
+        const workbench::PathData* path = art.path();
+        if (!path) {
+            ++counts_["art of another kind"];
+            return false;
+        }
+        if (path->segments.empty()) ++counts_["empty path"];
+        if (path->segments.size() > kAnchorsKept) ++counts_["path of more than 32767 anchors"];
+        return !path->guide && !path->segments.empty() && path->segments.size() <= kAnchorsKept;
+    }
+
+    void ApplyTo(Art& art, const HostPoint& origin) {
+        if (art.hidden) ++counts_["hidden art"];
+        art.hidden = false;
+        if (art.kind == kArtPath) return ApplyToPath(art, origin);
+        ApplyToContainerBlend(art);
+        ApplyToMembers(art, origin);
+    }
+
+    void ApplyToContainerBlend(Art& art) {
+        workbench::Blend kept;
+        if (art.kind == kArtGroup && art.blend.opacity < 0.99 && art.blend.opacity >= 0) {
+            const auto opacity = static_cast<float>(art.blend.opacity);
+            kept.opacity = static_cast<int>(static_cast<double>(opacity) * 100 + 0.5) / 100.0;
+        }
+        if (std::abs(kept.opacity - art.blend.opacity) > 1e-9)
+            ++counts_[art.kind == kArtGroup ? "group opacity in parts of a percent"
+                                            : "compound path opacity"];
+        if (art.blend.mode != kept.mode) ++counts_["group blending mode"];
+        if (art.blend.isolated != kept.isolated) ++counts_["group isolation"];
+        if (art.blend.knockout != kept.knockout || art.blend.alphaIsShape != kept.alphaIsShape)
+            ++counts_["group knockout"];
+        art.blend = kept;
+    }
+
+    void ApplyToPath(Art& art, const HostPoint& origin) {
+        workbench::PathData& path = *art.path();
+        for (HostPathSegment& segment : path.segments) {
+            for (HostPoint* point : {&segment.anchor, &segment.in, &segment.out}) Clamp(point, origin);
+        }
+        HostPathStyle& style = path.style;
+        if (style.fillPaint) {
+            if (style.fill.kind == kColorGradient) ApplyToGradient(style.fill.u.gradient);
+            if (style.fill.kind == kColorPattern) ApplyToPattern(style.fill.u.pattern);
+        }
+        if (style.strokePaint) {
+            if (style.stroke.kind == kColorPattern) ApplyToPattern(style.stroke.u.pattern);
+            if (style.stroke.kind == kColorGradient) {
+                ++counts_["gradient on a stroke"];
+                style.stroke = workbench::GrayColor(0);
+            }
+        }
+        ClampNumber(&style.lineWidth);
+        ClampNumber(&style.miterLimit);
+        ClampNumber(&style.dash.offset);
+        for (double& length : style.dash.lengths) ClampNumber(&length);
+    }
+
+    void Clamp(HostPoint* point, const HostPoint& origin) {
+        double x = point->x - origin.x, y = point->y - origin.y;
+        if (std::abs(x) < kLargestFixed && std::abs(y) < kLargestFixed) return;
+        ClampNumber(&x);
+        ClampNumber(&y);
+        *point = {origin.x + x, origin.y + y};
+    }
+
+    void ClampNumber(double* number) {
+        if (std::abs(*number) < kLargestFixed) return;
+        ++counts_["number beyond Fixed"];
+        *number = std::isnan(*number) ? 0 : std::clamp(*number, -kLargestFixed, kLargestFixed);
+    }
+
+    void ApplyToGradient(HostGradientUse& use) {
+        if (inPattern_) {
+            // A load moves gradients with the drop also where a pattern's paths stay.
+            ++counts_["gradient in a pattern"];
+            MoveGradient(use, frame_.origin);
+        }
+        workbench::Gradient* gradient = document_.Find(use.gradient);
+        if (!gradient || !gradients_.insert(use.gradient).second) return;
+        auto& stops = gradient->stops;
+        std::erase_if(stops, [&](const HostGradientStop& stop) {
+            const bool plain = stop.color.kind != kColorPattern && stop.color.kind != kColorGradient;
+            if (!plain) ++counts_["gradient stop of another colour"];
+            return !plain;
+        });
+        if (stops.size() > kStopsKept) {
+            counts_["gradient stop beyond 32"] += static_cast<int>(stops.size() - kStopsKept);
+            stops.resize(kStopsKept);
+        }
+        for (HostGradientStop& stop : stops) {
+            if (stop.opacity == 1) continue;
+            ++counts_["stop opacity"];
+            stop.opacity = 1;
+        }
+    }
+
+    static void MoveGradient(HostGradientUse& use, const HostPoint& offset) {
+        const HostMatrix& m = use.matrix;
+        const double determinant = m.a * m.d - m.b * m.c;
+        if (determinant == 0) return;
+        use.origin.x += (m.d * offset.x - m.c * offset.y) / determinant;
+        use.origin.y += (m.a * offset.y - m.b * offset.x) / determinant;
+    }
+
+    void ApplyToPattern(const HostPatternUse& use) {
+        workbench::Pattern* pattern = document_.Find(use.pattern);
+        if (!pattern || !pattern->art || !patterns_.insert(use.pattern).second) return;
+        HostRect bounds{};
+        document_.Bounds(*pattern->art, &bounds);
+        const bool outer = inPattern_;
+        inPattern_ = true;
+        ApplyToMembers(*pattern->art, {bounds.left, bounds.bottom});
+        inPattern_ = outer;
+    }
+
+    Document& document_;
+    const RecordFrame& frame_;
+    std::map<std::string, int> counts_;
+    std::set<GradientHandle> gradients_;
+    std::set<PatternHandle> patterns_;
+    bool inPattern_ = false;
+};
+
+} // namespace
+
+std::map<std::string, int> ApplyFormatLosses(Document& document, const RecordFrame& frame) {
+    return Losses(document, frame).Apply();
+}
