@@ -1,0 +1,219 @@
+#include "plugin/frame/plugin_main.h"
+
+#include <cstring>
+
+#include "plugin/frame/start_up.h"
+#include "plugin/host/suite_table.h"
+#include "tests/support/plugin_fixture.h"
+#include "tests/support/recording_basic.h"
+
+namespace {
+
+using workbench::Alert;
+
+/// Messages to a plug-in that is not up yet, through a basic interface that records.
+class PluginMainTest : public ::testing::Test {
+protected:
+    void TearDown() override {
+        if (slot) {
+            EXPECT_EQ(Send(HOST_CALLER_INTERFACE, HOST_SELECTOR_SHUTDOWN), kHostNoError);
+        }
+        EXPECT_EQ(suiteUseCount, 0);
+        host.CheckBalance(true);
+        for (const std::string& fault : host.faults()) ADD_FAILURE() << fault;
+    }
+
+    HostError Send(const char* caller, const char* selector) {
+        return SendAny(caller, selector, HostMessage{});
+    }
+
+    template <typename Message>
+    HostError SendAny(const char* caller, const char* selector, Message message) {
+        auto* head = reinterpret_cast<HostMessage*>(&message);
+        head->self = self;
+        head->globals = slot;
+        head->basic = recording.basic();
+        recording.acquired.clear();
+        recording.released.clear();
+        const HostError error = PluginMain(caller, selector, head);
+        slot = head->globals;
+        return error;
+    }
+
+    HostError Notify(const char* selector, const char* type) {
+        HostNotifierMessage message{};
+        message.type = type;
+        return SendAny(HOST_CALLER_NOTIFIER, selector, message);
+    }
+
+    void StartUpPlugin() { ASSERT_EQ(Send(HOST_CALLER_INTERFACE, HOST_SELECTOR_STARTUP), kHostNoError); }
+
+    workbench::Host host;
+    RecordingBasic recording{host.basic()};
+    PluginHandle self = reinterpret_cast<PluginHandle>(this);
+    void* slot = nullptr;
+};
+
+TEST_F(PluginMainTest, StartUpGivesTheHostABlockOfDefaults) {
+    StartUpPlugin();
+    ASSERT_EQ(slot, globals);
+    EXPECT_EQ(globals->pluginRef, self);
+    EXPECT_EQ(globals->toolMode, 1);
+    EXPECT_EQ(globals->sortMode, 0);
+    EXPECT_EQ(globals->expandedCount, -1);
+    EXPECT_EQ(globals->fixedAspect, 1);
+    EXPECT_EQ(globals->browseMode, 1);
+    EXPECT_EQ(globals->browseWidth, 0.3f);
+    EXPECT_EQ(globals->placePoint.x, 2097152000.0);
+    EXPECT_EQ(globals->placePoint.y, 2097152000.0);
+    EXPECT_EQ(globals->snapKind, -1);
+    EXPECT_EQ(globals->curRecordNo, -1);
+    EXPECT_EQ(globals->flUseGrid + globals->flUseFcur + globals->flUseFcrs + globals->flUseFops, 4);
+    EXPECT_EQ(globals->flGrWidth, 14.17323);
+    EXPECT_EQ(globals->flGrHeight, 14.17323);
+    EXPECT_EQ(globals->nameLimit, 63);
+    EXPECT_EQ(globals->swapBytes, 1);
+    EXPECT_STREQ(globals->product, "Velquorne");
+    EXPECT_STREQ(globals->version, "2.0.4.0");
+    EXPECT_EQ(globals->lastHasFolders, -1);
+    EXPECT_EQ(globals->hasFolders, -1);
+    EXPECT_EQ(globals->cubicWeightEnd[32], 0.125);
+}
+
+// A start over a block that holds something else must leave nothing of it.
+TEST_F(PluginMainTest, DefaultsCoverTheWholeBlock) {
+    StartUpPlugin();
+    std::vector<uint8_t> first(sizeof(Globals)), second(sizeof(Globals));
+    std::memcpy(first.data(), globals, sizeof(Globals));
+    std::memset(static_cast<void*>(globals), 0xA5, sizeof(Globals));
+    HostMessage message{};
+    message.self = self;
+    EXPECT_EQ(StartUp(&message), kHostNoError);
+    std::memcpy(second.data(), globals, sizeof(Globals));
+    EXPECT_EQ(first, second);
+}
+
+TEST_F(PluginMainTest, WithoutMemoryThereIsNoBlockAndTheUserIsTold) {
+    host.FailAllocations(true);
+    EXPECT_EQ(Send(HOST_CALLER_INTERFACE, HOST_SELECTOR_STARTUP), kHostOutOfMemory);
+    EXPECT_EQ(slot, nullptr);
+    EXPECT_EQ(globals, nullptr);
+    ASSERT_EQ(host.alerts().size(), 1u);
+    EXPECT_TRUE(host.alerts()[0].error);
+    EXPECT_EQ(host.alerts()[0].text, "Error=4d454d21, !MEM (caller : SP Interface, selector : Startup)");
+}
+
+TEST_F(PluginMainTest, ShutDownEmptiesTheSlot) {
+    StartUpPlugin();
+    globals->curRecord = NewHandle(1, kSmallGrain);
+    globals->rihList = NewHandle(1, kSmallGrain);
+    EXPECT_EQ(Send(HOST_CALLER_INTERFACE, HOST_SELECTOR_SHUTDOWN), kHostNoError);
+    EXPECT_EQ(slot, nullptr);
+    EXPECT_EQ(globals, nullptr);
+    EXPECT_EQ(host.BlockCount(), 0u);
+}
+
+struct Call {
+    const char* caller;
+    const char* selector;
+};
+
+class QuietCallTest : public PluginMainTest, public ::testing::WithParamInterface<Call> {};
+
+// What the plug-in doesn't know costs one walk over the suites and nothing else, before start-up too.
+TEST_P(QuietCallTest, HoldsTheSuitesOnceAndGivesZero) {
+    for (const bool started : {false, true}) {
+        if (started) StartUpPlugin();
+        EXPECT_EQ(Send(GetParam().caller, GetParam().selector), kHostNoError);
+        EXPECT_EQ(recording.acquired.size(), kSuiteCount);
+        EXPECT_EQ(recording.released.size(), kSuiteCount);
+        EXPECT_TRUE(host.alerts().empty());
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Calls, QuietCallTest,
+    ::testing::Values(Call{"Nobody", "Nothing"}, Call{"", ""}, Call{HOST_CALLER_INTERFACE, "Nothing"},
+                      Call{HOST_CALLER_INTERFACE, HOST_SELECTOR_ABOUT}, Call{HOST_CALLER_MENU, "Nothing"},
+                      Call{HOST_CALLER_MENU, HOST_SELECTOR_GO}, Call{HOST_CALLER_MENU, HOST_SELECTOR_UPDATE},
+                      Call{HOST_CALLER_TIMER, "Nothing"}, Call{HOST_CALLER_TIMER, HOST_SELECTOR_NOTIFY},
+                      Call{HOST_CALLER_NOTIFIER, HOST_SELECTOR_GO}, Call{HOST_CALLER_ACTION, "Nothing"},
+                      Call{HOST_CALLER_ACTION, HOST_SELECTOR_DO_ACTION}));
+
+TEST_F(PluginMainTest, RunningCallsBeforeStartUpDoNothing) {
+    EXPECT_EQ(SendAny(HOST_CALLER_TIMER, HOST_SELECTOR_GO, HostTimerMessage{}), kHostNoError);
+    EXPECT_EQ(Notify(HOST_SELECTOR_NOTIFY, "AI Application Started Notifier"), kHostNoError);
+    EXPECT_EQ(Send(HOST_CALLER_INTERFACE, HOST_SELECTOR_SHUTDOWN), kHostNoError);
+    EXPECT_EQ(Send(HOST_CALLER_ACCESS, HOST_SELECTOR_UNLOAD), kHostNoError);
+    EXPECT_EQ(Send(HOST_CALLER_ACCESS, HOST_SELECTOR_RELOAD), kHostNoError);
+    EXPECT_EQ(slot, nullptr);
+}
+
+// Callbacks outside of a message acquire the suites with what a message brought last.
+TEST_F(PluginMainTest, TimerAndNotifierNoteTheBasicInterface) {
+    StartUpPlugin();
+    EXPECT_EQ(Notify(HOST_SELECTOR_NOTIFY, "AI Selection Changed Notifier"), kHostNoError);
+    EXPECT_EQ(Notify(HOST_SELECTOR_GO, "AI Application Started Notifier"), kHostNoError);
+    EXPECT_EQ(globals->hostBasic, nullptr);
+    EXPECT_EQ(Notify(HOST_SELECTOR_NOTIFY, "AI Application Started Notifier"), kHostNoError);
+    EXPECT_EQ(globals->hostBasic, recording.basic());
+    globals->hostBasic = nullptr;
+    EXPECT_EQ(SendAny(HOST_CALLER_TIMER, HOST_SELECTOR_GO, HostTimerMessage{}), kHostNoError);
+    EXPECT_EQ(globals->hostBasic, recording.basic());
+}
+
+TEST_F(PluginMainTest, AccessCallsTouchNoSuite) {
+    StartUpPlugin();
+    for (const char* selector : {"Lock", HOST_SELECTOR_UNLOAD, HOST_SELECTOR_RELOAD}) {
+        EXPECT_EQ(Send(HOST_CALLER_ACCESS, selector), kHostNoError);
+        EXPECT_TRUE(recording.acquired.empty());
+        EXPECT_EQ(slot, globals);
+    }
+    suiteUseCount = 3;
+    EXPECT_EQ(Send(HOST_CALLER_ACCESS, "Lock"), kHostNoError);
+    EXPECT_EQ(suiteUseCount, 3);
+    EXPECT_EQ(Send(HOST_CALLER_ACCESS, HOST_SELECTOR_RELOAD), kHostNoError);
+    EXPECT_EQ(suiteUseCount, 0);
+}
+
+struct Report {
+    HostError error;
+    const char* text; ///< of the error alert; null: none is shown
+};
+
+class ReportTest : public PluginMainTest, public ::testing::WithParamInterface<Report> {};
+
+// A suite that can't be had brings any error code out of a call.
+TEST_P(ReportTest, ShowsWhatTheUserDoesNotKnowAndReturnsIt) {
+    recording.failAcquire[SuiteTable()[49].name] = GetParam().error;
+    EXPECT_EQ(Send("Nobody", "Nothing"), GetParam().error);
+    ASSERT_EQ(host.alerts().size(), GetParam().text ? 2u : 1u);
+    EXPECT_FALSE(host.alerts()[0].error);
+    if (!GetParam().text) return;
+    EXPECT_TRUE(host.alerts()[1].error);
+    EXPECT_EQ(host.alerts()[1].text, GetParam().text);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Codes, ReportTest,
+    ::testing::Values(Report{kHostSilent, nullptr}, Report{kHostStopped, nullptr},
+                      Report{kHostSuiteNotFound, nullptr},
+                      Report{2, "Error=2, \x02 (caller : Nobody, selector : Nothing)"},
+                      Report{0x41424344, "Error=41424344, DCBA (caller : Nobody, selector : Nothing)"},
+                      Report{0x41420044, "Error=41420044, D (caller : Nobody, selector : Nothing)"}));
+
+TEST_F(PluginMainTest, WithoutTheAlertSuiteNothingIsShown) {
+    recording.failAcquire["AI User Suite"] = 4711;
+    recording.failAcquire["AI Unicode String Suite"] = 4711;
+    EXPECT_EQ(Send("Nobody", "Nothing"), 4711);
+    EXPECT_TRUE(host.alerts().empty());
+}
+
+TEST_F(PluginMainTest, ReportFitsItsBuffer) {
+    recording.failAcquire[SuiteTable()[49].name] = 0x41424344;
+    EXPECT_EQ(Send(std::string(2000, 'c').c_str(), "Nothing"), 0x41424344);
+    ASSERT_EQ(host.alerts().size(), 2u);
+    EXPECT_EQ(host.alerts()[1].text.size(), 1023u);
+}
+
+} // namespace

@@ -1,0 +1,92 @@
+#include "workbench/module/plugin_module.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "plugin/frame/globals.h"
+
+namespace {
+
+using workbench::Host;
+using workbench::Library;
+using workbench::PluginModule;
+using Bytes = std::vector<uint8_t>;
+
+constexpr char kFile[] = VELQUORNE_MODULE_FILE;
+
+class PluginModuleTest : public ::testing::Test {
+protected:
+    void TearDown() override {
+        host.CheckBalance(true);
+        for (const std::string& fault : host.faults()) ADD_FAILURE() << fault;
+        EXPECT_FALSE(Library::IsInProcess(kFile));
+    }
+
+    static Bytes StateOf(const PluginModule& plugin) {
+        const auto* bytes = static_cast<const uint8_t*>(plugin.state());
+        return Bytes(bytes, bytes + sizeof(Globals));
+    }
+
+    Host host;
+};
+
+TEST_F(PluginModuleTest, BuiltModuleComesUpAndGoesDown) {
+    PluginModule plugin(host, kFile);
+    ASSERT_TRUE(plugin.ready()) << plugin.error();
+    EXPECT_TRUE(Library::IsInProcess(kFile));
+    ASSERT_EQ(plugin.StartUp(), kHostNoError);
+    EXPECT_TRUE(plugin.running());
+    EXPECT_EQ(host.BlockCount(), 1u);
+    EXPECT_EQ(static_cast<Globals*>(plugin.state())->pluginRef, plugin.self());
+    EXPECT_EQ(plugin.Send("Nobody", "Nothing"), kHostNoError);
+    EXPECT_EQ(plugin.ShutDown(), kHostNoError);
+    EXPECT_FALSE(plugin.running());
+    EXPECT_EQ(host.BlockCount(), 0u);
+}
+
+// The module's own variables are gone after an unload; all that counts has to be in the block.
+TEST_F(PluginModuleTest, EveryByteOfTheStateSurvivesAnUnload) {
+    PluginModule plugin(host, kFile);
+    ASSERT_EQ(plugin.StartUp(), kHostNoError) << plugin.error();
+    const Bytes started = StateOf(plugin);
+    auto* state = static_cast<uint8_t*>(plugin.state());
+    for (size_t i = 0; i < sizeof(Globals); ++i) state[i] = static_cast<uint8_t>(i * 31 + i / 256);
+    const Bytes before = StateOf(plugin);
+
+    ASSERT_EQ(plugin.Unload(), kHostNoError);
+    EXPECT_FALSE(plugin.ready());
+    EXPECT_FALSE(Library::IsInProcess(kFile));
+    EXPECT_EQ(plugin.Send("Nobody", "Nothing"), kHostRefused);
+    EXPECT_EQ(StateOf(plugin), before);
+
+    ASSERT_EQ(plugin.Reload(), kHostNoError) << plugin.error();
+    EXPECT_EQ(plugin.state(), state);
+    EXPECT_EQ(StateOf(plugin), before);
+
+    // The fresh module holds the suites anew and finds its state by itself.
+    std::memcpy(state, started.data(), started.size());
+    ASSERT_EQ(plugin.Tick(nullptr), kHostNoError);
+    EXPECT_EQ(reinterpret_cast<Globals*>(state)->hostBasic, host.basic());
+    EXPECT_EQ(plugin.ShutDown(), kHostNoError);
+}
+
+TEST_F(PluginModuleTest, UnloadsAndReloadsManyTimes) {
+    PluginModule plugin(host, kFile);
+    ASSERT_EQ(plugin.StartUp(), kHostNoError) << plugin.error();
+    for (int i = 0; i < 10; ++i) {
+        ASSERT_EQ(plugin.Unload(), kHostNoError);
+        ASSERT_EQ(plugin.Reload(), kHostNoError);
+        ASSERT_EQ(plugin.Tick(nullptr), kHostNoError);
+    }
+}
+
+TEST_F(PluginModuleTest, MissingFileSaysWhy) {
+    PluginModule missing(host, std::string(kFile) + ".missing");
+    EXPECT_FALSE(missing.ready());
+    EXPECT_NE(missing.error(), "");
+    EXPECT_EQ(missing.StartUp(), kHostRefused);
+    EXPECT_EQ(missing.Reload(), kHostNotFound);
+}
+
+} // namespace
