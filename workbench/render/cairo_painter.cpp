@@ -4,7 +4,7 @@
 
 #include "workbench/render/art_renderer.h"
 #include "workbench/render/cairo_pixels.h"
-#include "workbench/render/color.h"
+#include "workbench/document/color.h"
 
 namespace workbench {
 namespace {

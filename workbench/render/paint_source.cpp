@@ -7,7 +7,8 @@
 
 #include "workbench/render/art_renderer.h"
 #include "workbench/render/cairo_handle.h"
-#include "workbench/render/color.h"
+#include "workbench/document/color.h"
+#include "workbench/document/pattern_space.h"
 
 namespace workbench {
 namespace {
@@ -74,35 +75,6 @@ bool SetGradientSource(cairo_t* context, const Document& document, const HostGra
     return true;
 }
 
-/// Pattern space to art coordinates.
-cairo_matrix_t PatternMatrix(const HostPatternUse& use) {
-    cairo_matrix_t whole, part;
-    cairo_matrix_init_identity(&whole);
-    if (use.scale.x != 0 && use.scale.y != 0) cairo_matrix_init_scale(&whole, use.scale.x, use.scale.y);
-    if (use.reflect) {
-        const double twice = 2 * use.reflectAngle * kDegree;
-        cairo_matrix_init(&part, std::cos(twice), std::sin(twice), std::sin(twice), -std::cos(twice), 0, 0);
-        cairo_matrix_multiply(&whole, &whole, &part);
-    }
-    if (use.shearAngle != 0) {
-        cairo_matrix_t turn, shear, back;
-        cairo_matrix_init_rotate(&turn, -use.shearAxis * kDegree);
-        cairo_matrix_init(&shear, 1, 0, std::tan(use.shearAngle * kDegree), 1, 0, 0);
-        cairo_matrix_init_rotate(&back, use.shearAxis * kDegree);
-        cairo_matrix_multiply(&whole, &whole, &turn);
-        cairo_matrix_multiply(&whole, &whole, &shear);
-        cairo_matrix_multiply(&whole, &whole, &back);
-    }
-    cairo_matrix_init_rotate(&part, use.rotation * kDegree);
-    cairo_matrix_multiply(&whole, &whole, &part);
-    cairo_matrix_init_translate(&part, use.shiftDistance * std::cos(use.shiftAngle * kDegree),
-                                use.shiftDistance * std::sin(use.shiftAngle * kDegree));
-    cairo_matrix_multiply(&whole, &whole, &part);
-    part = CairoMatrix(use.matrix);
-    cairo_matrix_multiply(&whole, &whole, &part);
-    return whole;
-}
-
 /// One tile of a pattern and the cells of its lattice that a paint touches.
 struct Tiling {
     const Art* art = nullptr;
@@ -119,7 +91,7 @@ bool FindTiling(const Document& document, const HostPatternUse& use, const HostR
     tiling->art = pattern->art;
     tiling->width = tiling->tile.right - tiling->tile.left;
     tiling->height = tiling->tile.top - tiling->tile.bottom;
-    tiling->toArt = PatternMatrix(use);
+    tiling->toArt = CairoMatrix(PatternToArt(use));
     cairo_matrix_t toPattern = tiling->toArt;
     if (!(tiling->width > 0) || !(tiling->height > 0) ||
         cairo_matrix_invert(&toPattern) != CAIRO_STATUS_SUCCESS)

@@ -1,4 +1,4 @@
-#include "workbench/render/color.h"
+#include "workbench/document/color.h"
 
 #include <algorithm>
 #include <cmath>
