@@ -166,6 +166,11 @@ Art* Document::PrependArt(int32_t kind, Art* parent) {
     return art;
 }
 
+void Document::AdoptArt(Art& art, Art& parent) {
+    Unlink(art);
+    Link(art, parent, parent.lastChild);
+}
+
 HostError Document::DisposeArt(Art* art) {
     if (!art) return kHostBadHandle;
     if (art->layer) return kHostBadPlace;

@@ -100,6 +100,9 @@ public:
     Art* AppendArt(int32_t kind, Art* parent);
     Art* PrependArt(int32_t kind, Art* parent);
 
+    /// Hangs free-standing art into a container, at the bottom.
+    void AdoptArt(Art& art, Art& parent);
+
     /// Also what hangs on it out of the tree: styled art, a text's path.  kHostBadPlace for a layer's root.
     HostError DisposeArt(Art* art);
 

@@ -3,8 +3,9 @@
 /// The host is strict.  What a real host would forgive now and crash on later is recorded as a fault: stale
 /// handles, handles of another kind, art of a kind that an operation doesn't take, missing out pointers,
 /// art made where none may be, suites used while they aren't acquired, uses never given back, host strings,
-/// paths and ports never disposed of, blocks freed twice.  A call that fails for a good reason (no such
-/// name, no document, a locked layer, a refusal on request) is no fault.
+/// paths and ports never disposed of, blocks freed twice.  A call that fails for a good reason is no fault:
+/// no such name, no document, a locked layer, a value out of range (stored data brings those), a refusal
+/// on request and, once there was one, a missing handle or an index that follows from it.
 ///
 /// The suites' tables are plain functions, so there is one current host for each process, used by one
 /// thread.
@@ -47,7 +48,8 @@ public:
     std::unique_ptr<Document> Close(); ///< null if none was open
     Document* front();                 ///< null if none is open
 
-    /// Draws for AI Draw Art Suite; not owned.  Without one, ports and drawing are refused.
+    /// Draws for AI Draw Art Suite; not owned.  Without one, ports can be filled and read, and drawing is
+    /// refused.
     void SetPainter(Painter* painter);
 
     /// Another plug-in's kind of plug-in art, as AI Plugin Group Suite lists it.

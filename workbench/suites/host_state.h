@@ -1,0 +1,92 @@
+/// What the host knows; for this room alone.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+#include "workbench/document/handle_table.h"
+#include "workbench/suites/host.h"
+
+namespace workbench {
+
+struct HostText {
+    UnicodeStringHandle handle = nullptr;
+    std::string utf8;
+    uint64_t madeBy = 0; ///< number of the call
+};
+
+struct HostFilePath {
+    FilePathHandle handle = nullptr;
+    std::string utf8;
+    uint64_t madeBy = 0;
+};
+
+struct HostPort {
+    PortHandle handle = nullptr;
+    int32_t width = 0, height = 0;
+    std::unique_ptr<PaintSurface> surface;
+    bool canDraw = false; ///< a painter made the surface
+    uint64_t madeBy = 0;
+};
+
+struct HostPluginGroup {
+    PluginGroupHandle handle = nullptr;
+    std::string name;
+};
+
+struct HostState {
+    HostState();
+    ~HostState();
+
+    std::unique_ptr<Document> document;
+    Painter* painter = nullptr;
+    HandleTable handles; ///< texts, paths, ports, plug-in groups
+    size_t loaned = 0;   ///< texts, paths and ports that the plug-in has to dispose of
+    std::vector<std::unique_ptr<HostPluginGroup>> pluginGroups;
+    std::vector<Alert> alerts;
+
+    std::vector<int64_t> uses; ///< by suite number
+    int64_t allUses = 0;
+    std::unordered_set<void*> blocks;
+
+    std::vector<std::string> faults;
+    uint64_t faultCount = 0;
+
+    uint64_t calls = 0;
+    uint64_t refuseFirst = 0, refuseLast = 0; ///< numbers of calls; none while the first is 0
+    bool refused = false;
+    std::string failingSuite;
+    bool failAllocations = false;
+
+    std::function<void(const std::string&)> trace;
+    std::vector<std::unique_ptr<char[]>> lentTexts; ///< by suite number: valid until the suite's next call
+
+    void Fault(std::string line);
+
+    /// Makes or ends an object that the plug-in has to dispose of.
+    template <typename Handle, typename Object>
+    Handle Lend(HandleType type, std::unique_ptr<Object> object) {
+        object->madeBy = calls;
+        object->handle = reinterpret_cast<Handle>(handles.Add(type, object.get()));
+        ++loaned;
+        return object.release()->handle;
+    }
+    template <typename Object>
+    void TakeBack(Object& object) {
+        handles.Remove(reinterpret_cast<uintptr_t>(object.handle));
+        --loaned;
+        delete &object;
+    }
+
+    /// Frees what was never disposed of; with a fault for each unless `silent`.
+    void TakeBackAll(bool silent);
+};
+
+/// The current host's state; null if there is no host.
+HostState* CurrentState();
+
+} // namespace workbench

@@ -1,0 +1,39 @@
+/// The tables of the suites, as far as there is something behind them; for this room alone.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace workbench {
+
+const void* ArtSuiteTable();
+const void* GroupSuiteTable();
+const void* PathSuiteTable();
+const void* BlendStyleSuiteTable();
+const void* ArtStyleSuiteTable();
+const void* PluginGroupSuiteTable();
+const void* PlacedSuiteTable();
+const void* RasterSuiteTable();
+const void* TagSuiteTable();
+const void* PathStyleSuiteTable();
+const void* GradientSuiteTable();
+const void* PatternSuiteTable();
+const void* CustomColorSuiteTable();
+const void* SwatchListSuiteTable();
+const void* LayerSuiteTable();
+const void* DocumentViewSuiteTable();
+const void* UndoSuiteTable();
+const void* HardSoftSuiteTable();
+const void* DrawArtSuiteTable();
+const void* RealMathSuiteTable();
+const void* UserSuiteTable();
+const void* UnicodeStringSuiteTable();
+const void* FilePathSuiteTable();
+
+/// Position in SuppliedSuites, or its size if there is no suite of that name.
+size_t SuiteNumber(std::string_view name);
+
+/// The suite's functions; a table of null pointers for a suite that nobody calls.
+const void* SuiteTable(size_t suite);
+
+} // namespace workbench
