@@ -1,3 +1,4 @@
+#include <cmath>
 #include <iomanip>
 #include <iostream>
 #include <nlohmann/json.hpp>
@@ -56,7 +57,9 @@ int ListRecords(const std::string& group, bool json) {
             continue;
         }
         std::cout << std::setw(6) << record.number << "  " << std::setw(9) << record.header.size << " bytes  "
-                  << std::setw(6) << record.header.objectCount << " objects  "
+                  << std::setw(6) << record.header.objectCount << " objects  " << std::setw(5)
+                  << std::lround(WidthOf(record.header)) << " x " << std::setw(4) << std::left
+                  << std::lround(HeightOf(record.header)) << std::right << "  "
                   << FieldText(record.header.name, sizeof record.header.name);
         const std::string kind = FieldText(record.header.kind, sizeof record.header.kind);
         if (!kind.empty()) std::cout << "  [" << kind << "]";
