@@ -1,3 +1,5 @@
+#include "win32/copy_file.h"
+
 #include <windows.h>
 
 #include <unistd.h>
@@ -61,12 +63,14 @@ int FillWorkFile(int from, const std::string& workPath) {
     return result;
 }
 
-int CopyThroughWorkFile(int from, const std::string& target, bool replaces) {
-    const std::string workPath = WorkPathBeside(target);
+} // namespace
+
+int CopyToDiskPath(int from, const std::string& diskPath, bool replaces) {
+    const std::string workPath = WorkPathBeside(diskPath);
     int result = FillWorkFile(from, workPath);
     if (result == 0) {
         const auto move = replaces ? systemCalls->replace : systemCalls->rename;
-        result = move(workPath.c_str(), target.c_str());
+        result = move(workPath.c_str(), diskPath.c_str());
     }
     if (result != 0) {
         const int error = errno;
@@ -75,8 +79,6 @@ int CopyThroughWorkFile(int from, const std::string& target, bool replaces) {
     }
     return result;
 }
-
-} // namespace
 
 BOOL CopyFileA(LPCSTR from, LPCSTR to, BOOL failIfExists) {
     const auto source = DiskPathOfStorePath(from);
@@ -98,7 +100,7 @@ BOOL CopyFileA(LPCSTR from, LPCSTR to, BOOL failIfExists) {
         SetLastError(ERROR_SHARING_VIOLATION);
         return FALSE;
     }
-    const int result = CopyThroughWorkFile(DescriptorOfHandle(file), *target, !failIfExists);
+    const int result = CopyToDiskPath(DescriptorOfHandle(file), *target, !failIfExists);
     const int error = errno;
     _lclose(file);
     if (result == 0) return TRUE;

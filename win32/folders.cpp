@@ -2,6 +2,7 @@
 
 #include <cerrno>
 
+#include "win32/copy_file.h"
 #include "win32/disk_entry.h"
 #include "win32/last_error.h"
 #include "win32/path_names.h"
@@ -41,6 +42,19 @@ int FlushFoldersOf(const std::string& from, const std::string& to) {
     if (systemCalls->flushDirectory(target.c_str()) != 0) return -1;
     const std::string source = FolderOf(from);
     return source == target ? 0 : systemCalls->flushDirectory(source.c_str());
+}
+
+bool MoveByCopy(const std::string& from, const std::string& to, bool replaces) {
+    const int file = systemCalls->open(from.c_str(), O_RDONLY | O_CLOEXEC, 0);
+    if (file < 0) return FailOnPath(from);
+    const int result = CopyToDiskPath(file, to, replaces);
+    const int error = errno;
+    systemCalls->close(file);
+    if (result != 0) {
+        SetErrorOfPath(error, to.c_str());
+        return false;
+    }
+    return systemCalls->remove(from.c_str()) == 0 || FailOnPath(from);
 }
 
 } // namespace
@@ -119,8 +133,7 @@ BOOL MoveFileExA(LPCSTR from, LPCSTR to, DWORD flags) {
         }
         if ((flags & MOVEFILE_COPY_ALLOWED) == 0 || LeadsToDirectory(*source))
             return Fail(ERROR_NOT_SAME_DEVICE);
-        if (!CopyFileA(from, to, replaces ? FALSE : TRUE)) return FALSE;
-        if (systemCalls->remove(source->c_str()) != 0) return FailOnPath(*source);
+        if (!MoveByCopy(*source, *target, replaces)) return FALSE;
     }
     if ((flags & MOVEFILE_WRITE_THROUGH) != 0 && FlushFoldersOf(*source, *target) != 0)
         return FailOnPath(*target);

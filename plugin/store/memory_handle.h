@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
-struct MemoryBlock;              ///< never defined: only BlockBytes gives its bytes
+struct MemoryBlock;                ///< never defined: only BlockBytes gives its bytes
 using MemoryHandle = MemoryBlock*; ///< null is no block
 
 constexpr uint64_t kRecordGrain = 0x200000; ///< records and raster objects

@@ -1,0 +1,9 @@
+/// Copying under the names on disk, for the calls that copy and that move to another file system.
+#pragma once
+
+#include <string>
+
+/// Copies what `from`, a descriptor, holds, with its times, and flushes it.  The copy appears under its name
+/// in one step, in the place of an existing file only if it `replaces`.  -1 with errno set on failure, EEXIST
+/// among them; nothing is then left behind.
+int CopyToDiskPath(int from, const std::string& diskPath, bool replaces);
