@@ -76,8 +76,10 @@ TEST_F(ObjectStreamTest, RefusesToAppendWhereTheEndIsNotKnown) {
     EXPECT_TRUE(refused(none));
     header().size = kEmptyRecordBytes - 1;
     EXPECT_TRUE(refused(record()));
-    header().size = 0x7FFFFF00; // beyond the block
-    EXPECT_TRUE(refused(record()));
+    for (const uint32_t beyondTheBlock : {0x00400000u, 0x7FFFFF00u, 0xFFFFFFFFu}) {
+        header().size = beyondTheBlock;
+        EXPECT_TRUE(refused(record()));
+    }
     header().size = kEmptyRecordBytes;
     StartOf(record())->packedPreview = 100; // a file image
     EXPECT_TRUE(refused(record()));
