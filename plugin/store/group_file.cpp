@@ -16,12 +16,12 @@ constexpr uint32_t kCopyBytes = 0x100000;
 constexpr int kWaits = 50;
 constexpr DWORD kWaitMilliseconds = 20;
 
-// Repeats a call as long as it fails because another program has the file, for a second at most.
+// Repeats a call as long as it fails for the reason that another program has the file, for a second at most.
 template <typename Call>
-bool WaitForOthers(Call call) {
+bool WaitForOthers(DWORD reason, Call call) {
     for (int waits = 0;; ++waits) {
         if (call()) return true;
-        if (GetLastError() != ERROR_SHARING_VIOLATION || waits == kWaits) return false;
+        if (GetLastError() != reason || waits == kWaits) return false;
         Sleep(kWaitMilliseconds);
     }
 }
@@ -58,7 +58,7 @@ void GroupFilePath(const char* groupName, char* out) {
 
 bool GroupFile::Open(const char* path, int accessAndSharing) {
     Close();
-    const bool opened = WaitForOthers([&] {
+    const bool opened = WaitForOthers(ERROR_SHARING_VIOLATION, [&] {
         file_ = _lopen(path, accessAndSharing);
         return file_ != HFILE_ERROR;
     });
@@ -299,8 +299,10 @@ bool WriteWithout(GroupFile& group, const CutOut& cut, const char* workPath) {
 
 // Puts a complete file in the place of another in one step.
 bool TakePlaceOf(const char* from, const char* to) {
-    const bool moved = WaitForOthers(
-        [&] { return MoveFileExA(from, to, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE; });
+    // A reader that has the target open makes the move fail with this very reason.
+    const bool moved = WaitForOthers(ERROR_ACCESS_DENIED, [&] {
+        return MoveFileExA(from, to, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE;
+    });
     if (moved) return true;
     const DWORD reason = GetLastError();
     // A move that took place and only could not be flushed has taken place.
