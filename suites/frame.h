@@ -26,7 +26,7 @@ typedef struct AIUnicodeStringSuite {
                           uint64_t* length);
 } AIUnicodeStringSuite;
 
-/* AI File Path Suite, version 8. */
+/* AI File Path Suite, version 5. */
 typedef struct AIFilePathSuite {
     HostError (*New)(UnicodeStringHandle text, FilePathHandle* path); /* the caller's until Dispose */
     HostError (*Dispose)(FilePathHandle path);

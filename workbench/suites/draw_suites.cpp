@@ -2,9 +2,9 @@
 
 #include "suites/draw.h"
 
-#include <algorithm>
 #include <cmath>
 
+#include "workbench/document/color.h"
 #include "workbench/suites/suite_call.h"
 
 namespace workbench {
@@ -22,22 +22,12 @@ public:
     BlankSurface(int32_t width, int32_t height)
         : width_(width), pixels_(static_cast<size_t>(width) * static_cast<size_t>(height) * 4) {}
 
-    void Fill(const Document&, const HostColor& color) override {
-        double red = 0, green = 0, blue = 0;
-        if (color.kind == kColorGray) {
-            red = green = blue = 1 - color.u.gray.gray;
-        } else if (color.kind == kColorThree) {
-            red = color.u.three.red, green = color.u.three.green, blue = color.u.three.blue;
-        } else if (color.kind == kColorFour) {
-            const auto& four = color.u.four;
-            red = (1 - four.cyan) * (1 - four.black);
-            green = (1 - four.magenta) * (1 - four.black);
-            blue = (1 - four.yellow) * (1 - four.black);
-        }
+    void Fill(const Document& document, const HostColor& color) override {
+        const Light light = LightOf(document, color);
         for (size_t i = 0; i < pixels_.size(); i += 4) {
-            pixels_[i + 1] = Byte(red);
-            pixels_[i + 2] = Byte(green);
-            pixels_[i + 3] = Byte(blue);
+            pixels_[i + 1] = Byte(light.red);
+            pixels_[i + 2] = Byte(light.green);
+            pixels_[i + 3] = Byte(light.blue);
         }
     }
     void Draw(const Document&, const Art&, const HostMatrix&) override {}
@@ -47,9 +37,7 @@ public:
     }
 
 private:
-    static uint8_t Byte(double light) {
-        return static_cast<uint8_t>(std::lround(std::clamp(light, 0.0, 1.0) * 255));
-    }
+    static uint8_t Byte(double light) { return static_cast<uint8_t>(std::lround(light * 255)); }
 
     int32_t width_;
     std::vector<uint8_t> pixels_;
