@@ -266,5 +266,6 @@ HostError AidbLoadArt(const char* groupPath, int32_t recordNumber) {
     // The holders lie in the layer too and would count as its objects.
     DisposePatternHolders(load);
     if (load.scratchGroup) TransferTags(load.scratchGroup, globals->trackTarget);
+    DisposeScratchGroup(load);
     return load.lastResult;
 }

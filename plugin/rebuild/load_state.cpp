@@ -57,16 +57,16 @@ LoadGuard::~LoadGuard() {
     DisposeScratchGroup(load_);
 }
 
+/// Clears the handle unless the host keeps the art: the end of the load then tries once more.
+static void Dispose(ArtHandle& art) {
+    if (art && ArtSuite().DisposeArt(art) == kHostNoError) art = nullptr;
+}
+
 void DisposePatternHolders(LoadState& load) {
-    for (ArtHandle& holder : load.patternHolders) {
-        if (holder) ArtSuite().DisposeArt(holder);
-        holder = nullptr;
-    }
-    for (const ArtHandle holder : load.replacedHolders) ArtSuite().DisposeArt(holder);
-    load.replacedHolders.clear();
+    for (ArtHandle& holder : load.patternHolders) Dispose(holder);
+    for (ArtHandle& holder : load.replacedHolders) Dispose(holder);
 }
 
 void DisposeScratchGroup(LoadState& load) {
-    if (load.scratchGroup) ArtSuite().DisposeArt(load.scratchGroup);
-    load.scratchGroup = nullptr;
+    Dispose(load.scratchGroup);
 }

@@ -1,0 +1,312 @@
+#include <gmock/gmock.h>
+
+#include "plugin/rebuild/tag_rebuild.h"
+#include "tests/plugin/rebuild/load_fixture.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+// ---- Notes ----
+
+class TagNoteTest : public LoadFixture {
+protected:
+    std::vector<std::string> Pending() {
+        std::vector<std::string> lines;
+        const auto* tags = reinterpret_cast<const pendingTag*>(BlockBytes(globals->pendingTags));
+        for (int32_t i = 0; i < globals->pendingTagCount; ++i)
+            lines.push_back(std::string(tags[i].name) + "|" + tags[i].type + "|" + tags[i].value);
+        return lines;
+    }
+};
+
+TEST_F(TagNoteTest, OneTagALine) {
+    LoadArtTagProcess("Tag = \"a = b, c\\d\", string, one\rTag = 2, other, two\r'Tag = 3, string, three\r\r");
+    EXPECT_THAT(Pending(), ElementsAre("one|string|a = b, c\\d", "two|other|2"));
+}
+
+TEST_F(TagNoteTest, LinesThatAreNoTagsAreIgnored) {
+    LoadArtTagProcess(
+        "tag = \"1\", string, a\rTags = \"2\", string, b\rTag = \"3\", string\rTag\rTag = \"\", string, c");
+    EXPECT_THAT(Pending(), ElementsAre("c|string|"));
+}
+
+TEST_F(TagNoteTest, ANoteWithoutAGoodLineEmptiesThePendingTags) {
+    LoadArtTagProcess("Tag = 1, string, a\r");
+    LoadArtTagProcess("Tag = 1, string\r");
+    EXPECT_THAT(Pending(), IsEmpty());
+    EXPECT_EQ(globals->pendingTags, nullptr);
+}
+
+TEST_F(TagNoteTest, FieldsAreCutToTheirRoom) {
+    const std::string value(300, 'v'), type(70, 't'), name(80, 'n');
+    LoadArtTagProcess("Tag = \"" + value + "\", " + type + ", " + name + "\r");
+    EXPECT_THAT(Pending(),
+                ElementsAre(name.substr(0, 63) + "|" + type.substr(0, 63) + "|" + value.substr(0, 255)));
+}
+
+TEST_F(TagNoteTest, AtMostFiveHundredTags) {
+    std::string note;
+    for (int i = 0; i < 501; ++i) note += "Tag = 1, string, n" + std::to_string(i) + "\r";
+    LoadArtTagProcess(note);
+    EXPECT_EQ(Pending().size(), 500u);
+    EXPECT_EQ(Pending().back(), "n499|string|1");
+}
+
+// ---- From notes to art ----
+
+class TagLoadTest : public LoadFixture {
+protected:
+    /// The current layer is the lowest of "Top", "Twin", "Twin", "Base".
+    void MakeLayers() {
+        document().LayerAt(0).title = "Base";
+        document().InsertLayer(0, "Twin");
+        document().InsertLayer(0, "Twin");
+        document().InsertLayer(0, "Top");
+        document().SetCurrentLayer(3);
+    }
+    std::string LayerText(size_t index) {
+        const workbench::Layer& layer = document().LayerAt(index);
+        return layer.title + ": " + Describe(*layer.root);
+    }
+};
+
+TEST_F(TagLoadTest, TagsGoToTheGroupCompoundPathOrPathBeforeThem) {
+    Note("GroupArt /");
+    Note("CompoundPathArt /");
+    Path(1);
+    Note("Tag = \"p\", string, n\r");
+    Note("/ CompoundPathArt");
+    Note("Tag = \"c\", string, n\r");
+    Path(2);
+    Note("/ GroupArt");
+    Note("Tag = \"g\", string, n\rTag = \"x\", number, m\r");
+    Load();
+    ASSERT_EQ(Page(), "g(c(p1) p2)");
+    EXPECT_THAT(TagsOf(First()), ElementsAre("n=g"));
+    EXPECT_THAT(TagsOf(*First().firstChild), ElementsAre("n=c"));
+    EXPECT_THAT(TagsOf(*First().firstChild->firstChild), ElementsAre("n=p"));
+    EXPECT_THAT(TagsOf(*First().lastChild), IsEmpty());
+}
+
+TEST_F(TagLoadTest, WithoutTheOptionALayerTitleNeitherMovesArtNorBecomesATag) {
+    MakeLayers();
+    Path(1);
+    Note("Tag = \"v\", string, n\rTag = \"Top\", string, aidb_layer_title\r");
+    Load();
+    EXPECT_EQ(LayerText(0), "Top: g()");
+    EXPECT_THAT(TagsOf(First()), ElementsAre("n=v"));
+}
+
+TEST_F(TagLoadTest, WithTheOptionAGroupMovesWithAllThatIsBuiltInIt) {
+    MakeLayers();
+    document().AppendArt(kArtGroup, document().LayerAt(1).root);
+    globals->layerOption = 1;
+    Path(1);
+    Note("GroupArt / Clipped=TRUE");
+    Path(2);
+    Note("/ GroupArt");
+    Note("Tag = \"Twin\", string, aidb_layer_title\r");
+    Path(3);
+    EXPECT_EQ(Load(), kHostNoError);
+    EXPECT_EQ(LayerText(1), "Twin: g(g!(p2) g())");
+    EXPECT_EQ(LayerText(2), "Twin: g()");
+    EXPECT_EQ(LayerText(3), "Base: g(p1 p3)");
+}
+
+TEST_F(TagLoadTest, AnUnknownTitleMakesALayerAboveAllOthers) {
+    MakeLayers();
+    globals->layerOption = 1;
+    Path(1);
+    Note("Tag = \"背景\", string, aidb_layer_title\r");
+    Path(2);
+    Note("Tag = \"背景\", string, aidb_layer_title\r");
+    Path(3);
+    Load();
+    ASSERT_EQ(document().LayerCount(), 5u);
+    EXPECT_EQ(LayerText(0), std::string(reinterpret_cast<const char*>(u8"背景")) + ": g(p1 p2)");
+    EXPECT_EQ(LayerText(4), "Base: g(p3)");
+}
+
+TEST_F(TagLoadTest, ALockedLayerTakesNothingAndTheArtStays) {
+    MakeLayers();
+    document().LayerAt(0).locked = true;
+    globals->layerOption = 1;
+    Path(1);
+    Note("Tag = \"Top\", string, aidb_layer_title\r");
+    EXPECT_EQ(Load(), kHostNoError);
+    EXPECT_EQ(LayerText(0), "Top: g()");
+    EXPECT_EQ(LayerText(3), "Base: g(p1)");
+}
+
+// ---- From art to art ----
+
+class TagTreeTest : public LoadFixture {
+protected:
+    static void Tag(workbench::Art* art, const char* name, const char* value, const char* type = "string") {
+        art->tags.push_back({name, type, value});
+    }
+};
+
+TEST_F(TagTreeTest, CopiedTagsReplaceStringsAndLeaveOtherTypes) {
+    workbench::Art* target = AddArt(kArtPath, nullptr);
+    workbench::Art* source = AddArt(kArtPath, nullptr);
+    Tag(target, "old", "1");
+    Tag(target, "number", "2", "real");
+    Tag(target, "both", "3");
+    Tag(source, "both", "4");
+    Tag(source, "hidden", "5", "real");
+    Tag(source, "new", "6");
+    CopyStringTags(target->handle, source->handle);
+    EXPECT_THAT(TagsOf(*target), ElementsAre("number:real=2", "both=4", "new=6"));
+}
+
+TEST_F(TagTreeTest, TreesAreCountedByGroupsAloneInOrder) {
+    workbench::Art* root = AddArt(kArtGroup, nullptr);
+    workbench::Art* compound = AddArt(kArtCompoundPath, root);
+    AddArt(kArtPath, compound);
+    workbench::Art* inner = AddArt(kArtGroup, root);
+    workbench::Art* path = AddArt(kArtPath, inner);
+    workbench::Art* top = AddArt(kArtPath, root);
+    AddArt(kArtPath, nullptr); // a sibling of the root is no part of its tree
+    EXPECT_THAT(ListArtTree(root->handle, nullptr),
+                ElementsAre(root->handle, top->handle, inner->handle, path->handle, compound->handle));
+    EXPECT_EQ(CountArtTree(root->handle, nullptr), 5u);
+    EXPECT_EQ(CountArtTree(root->handle, inner->handle), 3u);
+    EXPECT_EQ(CountArtTree(root->handle, root->handle), 0u);
+}
+
+TEST_F(TagTreeTest, ATreeOfAnyDepthIsWalked) {
+    // Free-standing, from the inside out, so that no step of the test itself walks up a long way.
+    constexpr int kDepth = 20000;
+    workbench::Art* art = document().AppendArt(kArtGroup, &const_cast<workbench::Art&>(Root()));
+    workbench::Art* root = art;
+    for (int i = 1; i < kDepth; ++i) art = document().AppendArt(kArtGroup, art);
+    EXPECT_EQ(CountArtTree(root->handle, nullptr), static_cast<size_t>(kDepth));
+}
+
+// ---- The drop onto existing art ----
+
+class TagTransferTest : public LoadFixture {
+protected:
+    void Drop(workbench::Art* target) {
+        globals->trackState = 2;
+        globals->trackTarget = target->handle;
+        before_ = Page();
+        EXPECT_EQ(Load(), kHostNoError);
+        EXPECT_EQ(Page(), before_);
+    }
+    std::vector<std::string> Alerts() {
+        std::vector<std::string> texts;
+        for (const auto& alert : host().alerts()) texts.push_back(alert.text);
+        return texts;
+    }
+    void TaggedPath(int id, const char* value) {
+        Path(id);
+        Note(std::string("Tag = \"") + value + "\", string, n\r");
+    }
+    /// A group of a path and a compound path, with tags.
+    void TaggedGroup() {
+        Note("GroupArt /");
+        TaggedPath(1, "first");
+        Note("CompoundPathArt /");
+        Path(2);
+        Note("/ CompoundPathArt");
+        Note("Tag = \"second\", string, n\r");
+        Note("/ GroupArt");
+        Note("Tag = \"whole\", string, n\r");
+    }
+
+private:
+    std::string before_;
+};
+
+TEST_F(TagTransferTest, OneObjectGivesItsTagsToTheTarget) {
+    workbench::Art* target = AddArt(kArtPath, nullptr);
+    target->tags.push_back({"old", "string", "x"});
+    TaggedPath(1, "v");
+    Drop(target);
+    EXPECT_THAT(TagsOf(*target), ElementsAre("n=v"));
+    EXPECT_THAT(Alerts(), IsEmpty());
+}
+
+TEST_F(TagTransferTest, AGroupIsLaidAgainstTheNearestAncestorOfItsSize) {
+    workbench::Art* outer = AddArt(kArtGroup, nullptr);
+    workbench::Art* group = AddArt(kArtGroup, outer);
+    workbench::Art* compound = AddArt(kArtCompoundPath, group);
+    workbench::Art* member = AddArt(kArtPath, compound);
+    workbench::Art* path = AddArt(kArtPath, group);
+    TaggedGroup();
+    Drop(member);
+    EXPECT_THAT(TagsOf(*group), ElementsAre("n=whole"));
+    EXPECT_THAT(TagsOf(*path), ElementsAre("n=first"));
+    EXPECT_THAT(TagsOf(*compound), ElementsAre("n=second"));
+    EXPECT_THAT(TagsOf(*outer), IsEmpty());
+    EXPECT_THAT(Alerts(), IsEmpty());
+}
+
+// The layer's group is an ancestor too.  The record's own art and its pattern holders lie in it during the
+// load and must not be counted: the layer's group, the scratch group and the path are three.
+TEST_F(TagTransferTest, HoldersDontCountAsArtOfTheLayer) {
+    workbench::Art* path = AddArt(kArtPath, nullptr);
+    Note("GroupArt /");
+    Path(1);
+    PatternPath(2, 1);
+    Note("Tag = \"a\", string, n\r");
+    Note("/ GroupArt");
+    Note("PatternArt00001 /");
+    Path(4);
+    Note("/ PatternArt00001");
+    Drop(path);
+    EXPECT_THAT(TagsOf(*path), ElementsAre("n=a"));
+}
+
+TEST_F(TagTransferTest, NoAncestorOfThatSizeIsSaidInBothLanguages) {
+    workbench::Art* target = AddArt(kArtPath, AddArt(kArtGroup, nullptr));
+    TaggedGroup();
+    globals->language = 1;
+    Drop(target);
+    globals->language = 0;
+    Drop(target);
+    EXPECT_THAT(Alerts(), ElementsAre("The number of objects does not accord.",
+                                      reinterpret_cast<const char*>(u8"オブジェクトの個数が一致しません。")));
+    EXPECT_THAT(TagsOf(*target), IsEmpty());
+}
+
+TEST_F(TagTransferTest, PairsOfDifferentKindAreLeftAloneAndSaidOnce) {
+    workbench::Art* group = AddArt(kArtGroup, nullptr);
+    workbench::Art* lower = AddArt(kArtPath, group);
+    workbench::Art* upper = AddArt(kArtCompoundPath, group);
+    TaggedGroup();
+    globals->language = 1;
+    Drop(lower);
+    EXPECT_THAT(TagsOf(*group), ElementsAre("n=whole"));
+    EXPECT_THAT(TagsOf(*lower), IsEmpty());
+    EXPECT_THAT(TagsOf(*upper), IsEmpty());
+    host().ClearAlerts();
+    globals->language = 0;
+    Drop(lower);
+    EXPECT_THAT(Alerts(),
+                ElementsAre(reinterpret_cast<const char*>(u8"オブジェクトのタイプが一致しません。")));
+}
+
+TEST_F(TagTransferTest, ArtThatATitleMovesToAnotherLayerStays) {
+    workbench::Art* target = AddArt(kArtPath, nullptr);
+    globals->layerOption = 1;
+    Path(1);
+    Note("Tag = \"Elsewhere\", string, aidb_layer_title\r");
+    Drop(target);
+    ASSERT_EQ(document().LayerCount(), 2u);
+    EXPECT_EQ(Describe(*document().LayerAt(0).root), "g(p1)");
+}
+
+TEST_F(TagTransferTest, WithoutATargetTheArtIsPlaced) {
+    globals->trackState = 2;
+    globals->trackTarget = nullptr;
+    TaggedPath(1, "v");
+    Load();
+    EXPECT_EQ(Page(), "p1");
+}
+
+} // namespace
