@@ -1,16 +1,14 @@
 #include "plugin/capture/path_capture.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <limits>
 #include <span>
 
 #include "plugin/capture/art_walk.h"
 #include "plugin/capture/custom_colors.h"
-#include "plugin/capture/post_art.h"
+#include "plugin/capture/pattern_capture.h"
 #include "plugin/objects/conversions.h"
 #include "plugin/objects/object_stream.h"
-#include "plugin/store/record.h"
 #include "plugin/store/trace.h"
 
 namespace {
@@ -148,48 +146,4 @@ HostError PostArtPathProcess(ArtHandle path, MemoryHandle& object, const HostPoi
     const HostError last = PathSuite().GetPathClosed(path, &closed);
     if (!last) stored->closed = static_cast<uint16_t>(closed);
     return kept < count ? kHostBadParameter : last;
-}
-
-bool AppendObjects(MemoryHandle& record, MemoryHandle from) {
-    ObjectWalk walk(from);
-    for (auto object = walk.Next(); !object.empty(); object = walk.Next()) {
-        if (AddAIDBObj(record, object.data())) return false;
-    }
-    return true;
-}
-
-// The runs of all patterns lie flat in one buffer.  While a pattern is walked, the buffer is the current
-// record, and a buffer of its own takes the runs of the patterns within; they go behind this run, so that
-// runs stand in the order of their numbers.
-PatternHandle CapturePatternPaint(PatternHandle pattern) {
-    const TraceScope trace("CapturePatternPaint");
-    ArtHandle art = nullptr;
-    HostRect bounds{};
-    if (!pattern || PatternSuite().GetPatternArt(pattern, &art) || !art) return pattern;
-    if (ArtSuite().GetArtBounds(art, &bounds)) return pattern;
-    if (globals->patternCount + 1 >= kPatternNumberEnd) return nullptr;
-    if (!globals->sideObjects) globals->sideObjects = NewRecord();
-    if (!globals->sideObjects) return nullptr;
-
-    const MemoryHandle outerRecord = globals->curRecord;
-    const int16_t outerCaptureAll = globals->captureAll;
-    globals->curRecord = globals->sideObjects;
-    globals->sideObjects = nullptr;
-    globals->captureAll = 1;
-
-    const int32_t number = ++globals->patternCount;
-    char note[32];
-    std::snprintf(note, sizeof note, "PatternArt%.5d /", number);
-    AddNote(note);
-    const HostPoint origin{bounds.left, bounds.bottom};
-    PostArtProcess(art, &origin, 0);
-    std::snprintf(note, sizeof note, "/ PatternArt%.5d", number);
-    AddNote(note);
-
-    const bool whole = AppendObjects(globals->curRecord, globals->sideObjects);
-    FreeHandle(globals->sideObjects);
-    globals->captureAll = outerCaptureAll;
-    globals->sideObjects = globals->curRecord;
-    globals->curRecord = outerRecord;
-    return whole ? reinterpret_cast<PatternHandle>(static_cast<uintptr_t>(number)) : nullptr;
 }

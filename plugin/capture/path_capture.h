@@ -12,9 +12,6 @@ static_assert(kOneSegmentPathBytes == 5132);
 /// The stored count is a signed 16-bit number.
 constexpr int32_t kMaxPathSegments = INT16_MAX;
 
-/// Pattern numbers end here: a load knows the numbers from 1 to 1023.
-constexpr int32_t kPatternNumberEnd = 1024;
-
 /// Writes the path object of `path` into `object`, a zeroed block of at least kOneSegmentPathBytes, which is
 /// enlarged for more than one segment.  The fill's gradient goes into the object, a gradient on the stroke
 /// becomes gray 0, custom colours go into the custom colour table, the art of patterns into `sideObjects`.
@@ -29,14 +26,3 @@ HostError PostArtPathProcess(ArtHandle path, MemoryHandle& object, const HostPoi
 /// Makes an unfilled or unstroked paint independent of the document: the handle of a pattern or gradient
 /// that paints nothing means nothing in a record.
 void ForgetHandle(HostColor& color);
-
-/// Captures the art of a pattern into `sideObjects`, between two notes with the pattern's number, with the
-/// lower left corner of its own bounds as origin.  Each use of a pattern makes a run of its own.  Patterns
-/// within the pattern's art get the numbers that follow, and runs behind this one.
-/// @return the number, as the value of a handle; none if the numbers are used up or memory ran out; `pattern`
-///         itself if it has no art or its art can't be read
-PatternHandle CapturePatternPaint(PatternHandle pattern);
-
-/// Appends copies of all objects of `from`, which may be null, to `record`; false if memory ran out or the
-/// record would become too long.
-[[nodiscard]] bool AppendObjects(MemoryHandle& record, MemoryHandle from);

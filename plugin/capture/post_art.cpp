@@ -9,6 +9,7 @@
 #include "plugin/capture/art_walk.h"
 #include "plugin/capture/custom_colors.h"
 #include "plugin/capture/path_capture.h"
+#include "plugin/capture/pattern_capture.h"
 #include "plugin/capture/placed_capture.h"
 #include "plugin/capture/preview.h"
 #include "plugin/frame/globals.h"
@@ -69,7 +70,7 @@ void OpenMembers(CaptureWalk& walk, ArtHandle art, int32_t depth, const char* cl
 void OpenProduced(CaptureWalk& walk, ArtHandle art, ArtHandle produced, int32_t depth, const char* closing) {
     walk.open.push_back({art, produced, depth, closing, false, true, globals->captureAll});
     ++walk.producedDepth;
-    globals->captureAll = 1;
+    if (!globals->captureAll) globals->captureAll = 1;
 }
 
 void Close(CaptureWalk& walk) {
@@ -271,7 +272,7 @@ HostError AidbPostArt() {
         return walked;
     });
     WriteCustomColorNotes();
-    complete = complete && AppendObjects(globals->curRecord, globals->sideObjects);
+    complete = complete && AppendPatternRuns(globals->curRecord, globals->sideObjects);
     if (!complete) return GiveUp();
     FreeHandle(globals->sideObjects);
     return error;

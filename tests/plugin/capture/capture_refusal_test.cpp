@@ -63,20 +63,20 @@ protected:
 // nothing improper of the host and gives everything back.
 TEST_F(CaptureRefusalTest, AnyRefusedCallCostsOnlyWhatItWasFor) {
     BuildDocument();
+    const uint64_t before = host().callCount();
     Capture();
+    const uint64_t calls = host().callCount() - before;
     ExpectSoundStream();
     const size_t objects = Stream().size();
     ASSERT_GT(objects, 20u);
 
     uint64_t refused = 0;
-    for (uint64_t n = 1;; ++n) {
+    for (uint64_t n = 1; n <= calls; ++n) {
         SCOPED_TRACE("call " + std::to_string(n));
         host().RefuseCall(n);
         AidbPostArt();
-        const bool reached = host().refused();
+        refused += host().refused() ? 1 : 0;
         host().RefuseNone();
-        if (!reached) break;
-        ++refused;
         ASSERT_NE(globals->curRecord, nullptr);
         EXPECT_EQ(globals->captureAll, 0);
         EXPECT_EQ(globals->sideObjects, nullptr);
@@ -84,7 +84,8 @@ TEST_F(CaptureRefusalTest, AnyRefusedCallCostsOnlyWhatItWasFor) {
         ExpectSoundStream();
         ASSERT_TRUE(host().faults().empty()) << host().faults().front();
     }
-    EXPECT_GT(refused, 200u);
+    // Only mathematics has no result to refuse with.
+    EXPECT_GT(refused, calls - calls / 20);
 }
 
 TEST_F(CaptureRefusalTest, AHostThatRefusesEverythingGivesAnEmptyRecord) {

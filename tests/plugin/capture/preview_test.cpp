@@ -39,6 +39,7 @@ private:
 class TestPainter : public workbench::Painter {
 public:
     std::unique_ptr<workbench::PaintSurface> NewSurface(int32_t width, int32_t height) override {
+        if (broken) return nullptr;
         EXPECT_EQ(width, 256);
         EXPECT_EQ(height, 256);
         return std::make_unique<TestSurface>(drawn, pixels);
@@ -46,6 +47,7 @@ public:
     void Set(int x, int y, std::vector<uint8_t> bytes) {
         std::copy(bytes.begin(), bytes.end(), pixels.begin() + (y * kRowPixels + x) * 4);
     }
+    bool broken = false;
     std::vector<Drawn> drawn; // in the order of drawing
     std::vector<uint8_t> pixels = std::vector<uint8_t>(kRowPixels * 256 * 4, 0xFF);
 };
@@ -181,7 +183,7 @@ TEST_F(PreviewTest, PackedPixelsFollowTheByteOrder) {
 }
 
 TEST_F(PreviewTest, WithoutAPictureThePreviewStaysZero) {
-    host().SetPainter(nullptr);
+    painter_.broken = true;
     AddLine(root());
     CaptureAll();
     EXPECT_THAT(painter_.drawn, IsEmpty());
