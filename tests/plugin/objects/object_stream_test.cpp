@@ -50,7 +50,8 @@ TEST_F(ObjectStreamTest, RecordGrowsBeyondItsBlockAndKeepsWhatItHolds) {
 TEST_F(ObjectStreamTest, FillerOfARecordThatWasReadIsOverwrittenAndTheNewOneIsZero) {
     std::memset(BlockBytes(record()) + kObjectsOffset, 0xEE, 60);
     ASSERT_EQ(AddNote("Tag"), 0);
-    EXPECT_EQ(Objects(), std::vector<Bytes>{StoredBytes().Hex("07000000 20000000").Fill(16).Text("Tag", 8).bytes()});
+    EXPECT_EQ(Objects(),
+              std::vector<Bytes>{StoredBytes().Hex("07000000 20000000").Fill(16).Text("Tag", 8).bytes()});
     EXPECT_EQ(0, std::memcmp(BlockBytes(record()) + kObjectsOffset + 32, "\0\0\0", 4));
 }
 
