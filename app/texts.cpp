@@ -27,7 +27,7 @@ size_t CharacterLength(std::string_view utf8) {
 }
 
 std::optional<std::string> Cp932OfCharacter(std::string_view character) {
-    std::array<wchar_t, 4> wide;
+    std::array<WCHAR, 4> wide;
     const int units = MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, character.data(),
                                           static_cast<int>(character.size()), wide.data(), 4);
     if (units <= 0) return std::nullopt;
@@ -104,7 +104,7 @@ std::string Cp932OfUtf8OrMark(std::string_view utf8, size_t* replaced) {
 
 std::string Utf8OfCp932(std::string_view cp932) {
     if (cp932.empty()) return {};
-    std::vector<wchar_t> wide(cp932.size() + 1);
+    std::vector<WCHAR> wide(cp932.size() + 1);
     const int units = MultiByteToWideChar(kCp932, 0, cp932.data(), static_cast<int>(cp932.size()),
                                           wide.data(), static_cast<int>(wide.size()));
     std::string utf8(static_cast<size_t>(units > 0 ? units : 0) * 4, '\0');

@@ -1,0 +1,148 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "tests/app/run_command.h"
+#include "tests/support/temporary_folder.h"
+
+namespace {
+
+using nlohmann::json;
+using testing::HasSubstr;
+namespace fs = std::filesystem;
+
+class ImportTest : public testing::Test {
+protected:
+    ImportTest() { setenv("XDG_DATA_HOME", (folder.path() / "data").c_str(), 1); }
+
+    void Draw(const std::string& name, const std::string& title = "", const std::string& extra = "") {
+        WriteText((folder.path() / "art" / name).string(),
+                  "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"10pt\" height=\"10pt\">" +
+                      (title.empty() ? "" : "<title>" + title + "</title>") +
+                      "<rect width=\"5\" height=\"5\"/>" + extra + "</svg>");
+    }
+
+    CommandResult Import(std::vector<std::string> more = {}) {
+        std::vector<std::string> words = {"import", (folder.path() / "art").string(), "--db", Database()};
+        words.insert(words.end(), more.begin(), more.end());
+        return RunCommand(words);
+    }
+
+    std::string Database() const { return (folder.path() / "db").string(); }
+
+    std::map<std::string, int> Counts() {
+        std::map<std::string, int> counts;
+        for (const json& group :
+             json::parse(RunCommand({"list", "--db", Database(), "--json"}).out)["groups"]) {
+            counts[group["group"]] = group["count"];
+        }
+        return counts;
+    }
+
+    std::vector<std::string> Names(const std::string& group) {
+        std::vector<std::string> names;
+        const std::string out = RunCommand({"list", "--db", Database(), group, "--json"}).out;
+        for (const json& record : json::parse(out)["records"]) names.push_back(record["name"]);
+        return names;
+    }
+
+    fs::path OnlyJournal() const {
+        return fs::directory_iterator(folder.path() / "db/.velquorne-import")->path();
+    }
+
+    TemporaryFolder folder;
+};
+
+using Counted = std::map<std::string, int>;
+
+TEST_F(ImportTest, FoldersBecomeFoldersAndGroupsByTheRule) {
+    for (const char* name : {"top.svg", "a/1.svg", "a/2.svg", "a/b/1.svg", "a/b/c/1.svg", "a/b/c/d/e/1.svg"})
+        Draw(name);
+    ASSERT_EQ(Import().code, 0);
+    EXPECT_EQ(Counts(),
+              (Counted{{"\\art", 1}, {"\\a", 2}, {"\\a\\b", 1}, {"\\a\\b\\c", 1}, {"\\a\\b\\c - d - e", 1}}));
+}
+
+TEST_F(ImportTest, IntoAFolderEverythingLiesOneLevelDeeper) {
+    for (const char* name : {"top.svg", "a/1.svg", "a/b/1.svg", "a/b/c/1.svg"}) Draw(name);
+    ASSERT_EQ(Import({"--into", "New"}).code, 0);
+    EXPECT_EQ(Counts(),
+              (Counted{{"\\New\\art", 1}, {"\\New\\a", 1}, {"\\New\\a\\b", 1}, {"\\New\\a\\b - c", 1}}));
+}
+
+TEST_F(ImportTest, TitleSubjectAndDescriptionBecomeTheRecordsTexts) {
+    Draw("g/file name.svg");
+    Draw("g/other.svg", "A title");
+    ASSERT_EQ(Import().code, 0);
+    EXPECT_EQ(Names("g"), (std::vector<std::string>{"file name", "A title"}));
+}
+
+TEST_F(ImportTest, SeveralProcessesStoreTheSameAsOne) {
+    for (int group = 0; group < 5; ++group) {
+        for (int i = 0; i < 4; ++i)
+            Draw("g" + std::to_string(group) + "/" + std::to_string(i) + ".svg", "n" + std::to_string(i));
+    }
+    ASSERT_EQ(Import({"--jobs", "3"}).code, 0);
+    for (int group = 0; group < 5; ++group) {
+        EXPECT_EQ(Names("g" + std::to_string(group)), (std::vector<std::string>{"n0", "n1", "n2", "n3"}));
+    }
+}
+
+TEST_F(ImportTest, ADryRunStoresNothing) {
+    Draw("g/1.svg");
+    const CommandResult result = Import({"--dry-run"});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_THAT(result.out, HasSubstr("\\g\tg/1.svg"));
+    EXPECT_FALSE(fs::exists(Database()));
+}
+
+TEST_F(ImportTest, FilesThatLoseSomethingOrAreRefusedAreReported) {
+    Draw("g/1.svg");
+    Draw("g/2.svg", "", "<filter id=\"f\"/><rect filter=\"url(#f)\" width=\"3\" height=\"3\"/>");
+    WriteText((folder.path() / "art/g/3.svg").string(), "no drawing");
+    const CommandResult result = Import();
+    EXPECT_EQ(result.code, 1);
+    EXPECT_THAT(result.out, HasSubstr("g/2.svg\tlost: filter 1"));
+    EXPECT_THAT(result.out, HasSubstr("g/3.svg\trefused: "));
+    EXPECT_THAT(result.err, HasSubstr("2 stored, 0 taken before, 1 refused; 1 lost something"));
+}
+
+TEST_F(ImportTest, RunAgainItTakesOnlyWhatIsNew) {
+    Draw("g/1.svg");
+    Draw("g/3.svg");
+    ASSERT_EQ(Import().code, 0);
+    Draw("g/2.svg");
+    const CommandResult again = Import();
+    EXPECT_THAT(again.err, HasSubstr("1 stored, 2 taken before"));
+    EXPECT_EQ(Names("g"), (std::vector<std::string>{"1", "3", "2"}));
+}
+
+// The program can be stopped between a record and its line in the journal, or within the line.
+TEST_F(ImportTest, StoppedBetweenARecordAndItsNoteItStoresNothingTwice) {
+    for (const char* name : {"g/1.svg", "g/2.svg", "g/3.svg"}) Draw(name);
+    ASSERT_EQ(Import().code, 0);
+    std::ifstream file(OnlyJournal());
+    const std::string whole((std::istreambuf_iterator<char>(file)), {});
+    const size_t lastLine = whole.rfind('\n', whole.size() - 2) + 1;
+    for (const size_t end : {lastLine, lastLine + 3, whole.size() - 1}) {
+        fs::resize_file(OnlyJournal(), end);
+        const CommandResult again = Import();
+        EXPECT_EQ(again.code, 0) << again.err;
+        EXPECT_EQ(Names("g"), (std::vector<std::string>{"1", "2", "3"})) << "journal cut at " << end;
+    }
+}
+
+TEST_F(ImportTest, NamesThatADatabaseUsesForItselfAreChanged) {
+    Draw("None/1.svg");
+    Draw("x.DAT/1.svg");
+    Draw(".hidden/1.svg");
+    ASSERT_EQ(Import().code, 0);
+    EXPECT_EQ(Counts(), (Counted{{"\\_None", 1}, {"\\_.hidden", 1}, {"\\x_DAT", 1}}));
+}
+
+} // namespace

@@ -1,0 +1,286 @@
+// Pixels of small documents, worked out by hand.  The page is 100 x 100 points drawn at one pixel a point, so
+// pixel (x, y) shows the art around (x + 0.5, 99.5 - y).
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+
+#include "workbench/document/document.h"
+#include "workbench/render/page_files.h"
+
+namespace workbench {
+namespace {
+
+using Color = std::array<int, 3>;
+
+class PaintTest : public ::testing::Test {
+protected:
+    PaintTest() { document.page = {0, 100, 100, 0}; }
+
+    Art& root() { return *document.LayerAt(0).root; }
+
+    Art& Rectangle(Art& parent, double left, double bottom, double right, double top, const HostColor& fill) {
+        Art& art = *document.PrependArt(kArtPath, &parent);
+        PathData& path = *art.path();
+        for (const HostPoint p : {HostPoint{left, bottom}, {right, bottom}, {right, top}, {left, top}}) {
+            path.segments.push_back({p, p, p, 1});
+        }
+        path.closed = true;
+        path.style = DefaultPathStyle();
+        path.style.strokePaint = 0;
+        path.style.fillPaint = 1;
+        path.style.fill = fill;
+        return art;
+    }
+
+    HostColor GradientPaint(Gradient& gradient, HostPoint origin, double angle, double length,
+                            HostMatrix matrix) {
+        HostColor color{};
+        color.kind = kColorGradient;
+        color.u.gradient.gradient = gradient.handle;
+        color.u.gradient.origin = origin;
+        color.u.gradient.angle = angle;
+        color.u.gradient.length = length;
+        color.u.gradient.matrix = matrix;
+        return color;
+    }
+
+    Color At(int x, int y) {
+        const PagePicture picture = DrawPage(document, 1);
+        const uint8_t* pixel = &picture.pixels[static_cast<size_t>(y * picture.width + x) * 4];
+        return {pixel[1], pixel[2], pixel[3]};
+    }
+
+    void ExpectNear(Color expected, Color actual, int room = 3) {
+        for (size_t i = 0; i < 3; ++i) EXPECT_NEAR(expected[i], actual[i], room) << "channel " << i;
+    }
+
+    Document document;
+};
+
+constexpr HostMatrix kIdentity{1, 0, 0, 1, 0, 0};
+constexpr Color kWhite{255, 255, 255}, kBlack{0, 0, 0}, kRed{255, 0, 0}, kBlue{0, 0, 255};
+
+TEST_F(PaintTest, GrayIsInkAndThePageIsWhite) {
+    Rectangle(root(), 10, 10, 50, 50, GrayColor(1));
+    Rectangle(root(), 50, 10, 90, 50, GrayColor(0.25));
+    EXPECT_EQ(At(5, 5), kWhite);
+    EXPECT_EQ(At(30, 70), kBlack);
+    ExpectNear({191, 191, 191}, At(70, 70), 1);
+}
+
+TEST_F(PaintTest, FourColoursMultiplyWithBlack) {
+    Rectangle(root(), 0, 0, 100, 100, FourColor(1, 0.5, 0, 0.5));
+    ExpectNear({0, 64, 128}, At(50, 50), 1);
+}
+
+// y grows upward in art and downward in pixels, and the first child is the topmost.
+TEST_F(PaintTest, TheFirstChildLiesOnTopAndYGrowsUpward) {
+    Rectangle(root(), 0, 50, 100, 100, ThreeColor(0, 0, 1));
+    Rectangle(root(), 0, 75, 100, 100, ThreeColor(1, 0, 0));
+    EXPECT_EQ(At(50, 10), kRed);
+    EXPECT_EQ(At(50, 40), kBlue);
+    EXPECT_EQ(At(50, 60), kWhite);
+}
+
+TEST_F(PaintTest, LayerZeroLiesOnTopAndHiddenLayersShowNothing) {
+    Layer& upper = document.InsertLayer(0, "upper");
+    Rectangle(*upper.root, 0, 0, 100, 100, ThreeColor(1, 0, 0));
+    Rectangle(*document.LayerAt(1).root, 0, 0, 100, 100, ThreeColor(0, 0, 1));
+    EXPECT_EQ(At(50, 50), kRed);
+    upper.visible = false;
+    EXPECT_EQ(At(50, 50), kBlue);
+}
+
+TEST_F(PaintTest, LinearGradientRunsAlongItsAngleThroughItsMatrix) {
+    Gradient& gradient = document.NewGradient("");
+    // 10 units upward, five times as large on the page: from y = 25 to y = 75.
+    Rectangle(root(), 0, 0, 100, 100, GradientPaint(gradient, {0, 1}, 90, 10, {5, 0, 0, 5, 0, 20}));
+    EXPECT_EQ(At(50, 90), kWhite);
+    EXPECT_EQ(At(50, 10), kBlack);
+    ExpectNear({128, 128, 128}, At(50, 49));
+    ExpectNear({191, 191, 191}, At(50, 62), 4);
+}
+
+TEST_F(PaintTest, AMidpointMovesTheColourHalfWay) {
+    Gradient& gradient = document.NewGradient("");
+    gradient.stops[0].midpoint = 25;
+    Rectangle(root(), 0, 0, 100, 100, GradientPaint(gradient, {0, 0}, 0, 100, kIdentity));
+    ExpectNear({128, 128, 128}, At(25, 50), 4);
+    ExpectNear({85, 85, 85}, At(50, 50), 4);
+}
+
+TEST_F(PaintTest, RadialGradientHasItsFocusTowardsTheHighlight) {
+    Gradient& gradient = document.NewGradient("");
+    gradient.type = kGradientRadial;
+    HostColor paint = GradientPaint(gradient, {50, 50}, 0, 40, kIdentity);
+    Art& art = Rectangle(root(), 0, 0, 100, 100, paint);
+    ExpectNear({255, 255, 255}, At(50, 49), 6);
+    ExpectNear({128, 128, 128}, At(70, 49), 5);
+    EXPECT_EQ(At(95, 49), kBlack);
+    art.path()->style.fill.u.gradient.highlightLength = 0.5; // 20 points to the right
+    ExpectNear({255, 255, 255}, At(70, 49), 8);
+}
+
+// A gradient that can't be drawn as one shows its last colour, as on the web.
+TEST_F(PaintTest, DegenerateGradientShowsItsLastStop) {
+    Gradient& gradient = document.NewGradient("");
+    gradient.stops[1].color = ThreeColor(1, 0, 0);
+    Rectangle(root(), 0, 0, 50, 100, GradientPaint(gradient, {0, 0}, 0, 0, kIdentity));
+    Rectangle(root(), 50, 0, 100, 100, GradientPaint(gradient, {0, 0}, 0, 10, {0, 0, 0, 0, 0, 0}));
+    EXPECT_EQ(At(25, 50), kRed);
+    EXPECT_EQ(At(75, 50), kRed);
+}
+
+class PatternPaintTest : public PaintTest {
+protected:
+    /// A tile of 10 x 10 at (200, 300) in its own coordinates, its left half red, its lower right quarter
+    /// blue, the rest bare.
+    HostColor PatternOfTiles(const HostMatrix& matrix) {
+        Pattern& pattern = document.NewPattern("");
+        pattern.art = document.AppendArt(kArtGroup, nullptr);
+        Art& tile = Rectangle(*pattern.art, 200, 300, 210, 310, GrayColor(0));
+        tile.path()->style.fillPaint = 0;
+        Rectangle(*pattern.art, 200, 300, 205, 310, ThreeColor(1, 0, 0));
+        Rectangle(*pattern.art, 205, 300, 210, 305, ThreeColor(0, 0, 1));
+        HostColor color{};
+        color.kind = kColorPattern;
+        color.u.pattern.pattern = pattern.handle;
+        color.u.pattern.scale = {1, 1};
+        color.u.pattern.matrix = matrix;
+        return color;
+    }
+};
+
+// Wherever the tile's art lies, its lower left corner is the origin of pattern space.
+TEST_F(PatternPaintTest, TilesRepeatFromTheTilesCorner) {
+    Rectangle(root(), 0, 0, 100, 100, PatternOfTiles(kIdentity));
+    for (const int left : {0, 10, 50}) {
+        EXPECT_EQ(At(left + 2, 97), kRed);
+        EXPECT_EQ(At(left + 7, 97), kBlue);
+        EXPECT_EQ(At(left + 7, 92), kWhite);
+    }
+}
+
+TEST_F(PatternPaintTest, ThePatternsMatrixMovesAndScalesTheTiles) {
+    Rectangle(root(), 0, 0, 100, 100, PatternOfTiles({2, 0, 0, 2, 10, 0}));
+    EXPECT_EQ(At(15, 95), kRed);
+    EXPECT_EQ(At(25, 95), kBlue);
+    EXPECT_EQ(At(25, 85), kWhite);
+}
+
+// Few tiles are drawn one by one, many from a picture of one: both must look the same.
+TEST_F(PatternPaintTest, ManyTilesLookLikeFew) {
+    Rectangle(root(), 0, 0, 100, 100, PatternOfTiles({0.4, 0, 0, 0.4, 0, 0}));
+    int red = 0, blue = 0, white = 0;
+    const PagePicture picture = DrawPage(document, 10);
+    for (size_t i = 0; i < picture.pixels.size(); i += 4) {
+        const Color color{picture.pixels[i + 1], picture.pixels[i + 2], picture.pixels[i + 3]};
+        red += color == kRed;
+        blue += color == kBlue;
+        white += color == kWhite;
+    }
+    const double all = static_cast<double>(picture.pixels.size()) / 4;
+    EXPECT_NEAR(red / all, 0.5, 0.06);
+    EXPECT_NEAR(blue / all, 0.25, 0.06);
+    EXPECT_NEAR(white / all, 0.25, 0.06);
+}
+
+TEST_F(PatternPaintTest, APatternThatHoldsItselfEnds) {
+    HostColor color = PatternOfTiles(kIdentity);
+    Pattern& pattern = *document.Find(color.u.pattern.pattern);
+    pattern.art->firstChild->path()->style.fill = color;
+    Rectangle(root(), 0, 0, 100, 100, color);
+    EXPECT_EQ(At(2, 97), kRed);
+}
+
+TEST_F(PaintTest, AClippedGroupShowsOnlyWhatLiesInItsTopmostPath) {
+    Art& group = *document.PrependArt(kArtGroup, &root());
+    group.group()->clipped = true;
+    Rectangle(group, 0, 0, 100, 100, ThreeColor(1, 0, 0));
+    Art& clip = Rectangle(group, 25, 25, 75, 75, GrayColor(0));
+    clip.path()->style.fillPaint = 0;
+    clip.path()->style.clip = 1;
+    EXPECT_EQ(At(50, 50), kRed);
+    EXPECT_EQ(At(10, 50), kWhite);
+}
+
+TEST_F(PaintTest, ACompoundPathHasAHoleByItsFillRule) {
+    Art& compound = *document.PrependArt(kArtCompoundPath, &root());
+    Rectangle(compound, 30, 30, 70, 70, ThreeColor(1, 0, 0));
+    Rectangle(compound, 10, 10, 90, 90, ThreeColor(1, 0, 0));
+    EXPECT_EQ(At(50, 50), kRed); // both run the same way round
+    for (Art* member = compound.firstChild; member; member = member->below) member->path()->style.evenOdd = 1;
+    EXPECT_EQ(At(50, 50), kWhite);
+    EXPECT_EQ(At(20, 50), kRed);
+}
+
+// The members of a group with opacity don't shine through each other.
+TEST_F(PaintTest, GroupOpacityAppliesToTheGroupAsAWhole) {
+    Art& group = *document.PrependArt(kArtGroup, &root());
+    Rectangle(group, 0, 0, 60, 100, ThreeColor(0, 0, 1));
+    Rectangle(group, 40, 0, 100, 100, ThreeColor(1, 0, 0));
+    group.blend.opacity = 0.5;
+    ExpectNear({128, 128, 255}, At(20, 50), 1);
+    ExpectNear({255, 128, 128}, At(50, 50), 1);
+}
+
+TEST_F(PaintTest, PathOpacityAppliesToFillAndStrokeTogether) {
+    Art& art = Rectangle(root(), 20, 20, 80, 80, ThreeColor(1, 0, 0));
+    art.path()->style.strokePaint = 1;
+    art.path()->style.stroke = ThreeColor(0, 0, 1);
+    art.path()->style.lineWidth = 20;
+    art.blend.opacity = 0.5;
+    ExpectNear({255, 128, 128}, At(50, 50), 1);
+    ExpectNear({128, 128, 255}, At(25, 50), 1); // inside the fill, under the stroke
+    ExpectNear({128, 128, 255}, At(15, 50), 1);
+}
+
+TEST_F(PaintTest, MultiplyDarkensWhatLiesBelow) {
+    Rectangle(root(), 0, 0, 100, 100, ThreeColor(1, 1, 0));
+    Rectangle(root(), 0, 0, 100, 100, ThreeColor(0, 1, 1)).blend.mode = kBlendMultiply;
+    ExpectNear({0, 255, 0}, At(50, 50), 1);
+}
+
+TEST_F(PaintTest, StyledArtIsDrawnInPlaceOfThePath) {
+    Art& art = Rectangle(root(), 0, 0, 100, 100, ThreeColor(1, 0, 0));
+    Art& styled = *document.AppendArt(kArtGroup, nullptr);
+    Rectangle(styled, 0, 0, 100, 50, ThreeColor(0, 0, 1));
+    art.styledArt = styled.handle;
+    EXPECT_EQ(At(50, 75), kBlue);
+    EXPECT_EQ(At(50, 25), kWhite);
+}
+
+TEST_F(PaintTest, DashesLeaveGaps) {
+    Art& art = Rectangle(root(), 0, 50, 100, 50, GrayColor(1));
+    art.path()->segments.resize(2);
+    art.path()->closed = false;
+    HostPathStyle& style = art.path()->style;
+    style.fillPaint = 0;
+    style.strokePaint = 1;
+    style.lineWidth = 10;
+    style.dash.count = 2;
+    style.dash.lengths[0] = 20;
+    style.dash.lengths[1] = 30;
+    EXPECT_EQ(At(10, 50), kBlack);
+    EXPECT_EQ(At(35, 50), kWhite);
+    EXPECT_EQ(At(60, 50), kBlack);
+}
+
+TEST_F(PaintTest, DeepNestingEndsAndStillShowsItsPath) {
+    Art* group = &root();
+    for (int i = 0; i < 20000; ++i) group = document.PrependArt(kArtGroup, group);
+    Rectangle(*group, 0, 0, 100, 100, ThreeColor(1, 0, 0));
+    EXPECT_EQ(At(50, 50), kRed);
+}
+
+TEST_F(PaintTest, APageWithoutExtentIsRefused) {
+    document.page = {0, 0, 0, 0};
+    std::string error;
+    EXPECT_TRUE(PngOfPage(document, 1, &error).empty());
+    EXPECT_FALSE(error.empty());
+    EXPECT_TRUE(PdfOfPage(document, &error).empty());
+}
+
+} // namespace
+} // namespace workbench
