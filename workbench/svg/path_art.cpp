@@ -35,7 +35,7 @@ void SetDash(ReadContext& context, const Surroundings& here, double scale, HostP
     std::ranges::copy(lengths, style->dash.lengths);
 }
 
-void SetStroke(ReadContext& context, const Surroundings& here, HostPathStyle* style) {
+void SetStroke(ReadContext& context, pugi::xml_node element, const Surroundings& here, HostPathStyle* style) {
     double scale = MeanScale(here.toArt);
     if (here.style.fixedStrokeWidth) {
         scale = 0.75;
@@ -51,7 +51,7 @@ void SetStroke(ReadContext& context, const Surroundings& here, HostPathStyle* st
     // No width is no line; a host may well draw a hair line for it.
     if (!(style->lineWidth > 0)) {
         style->lineWidth = 0;
-        style->strokePaint = 0;
+        if (context.Own(element, kOwnLineWidth) != "0") style->strokePaint = 0;
     }
     if (!std::isfinite(style->lineWidth)) style->lineWidth = kLargestNumber;
 }
@@ -187,7 +187,7 @@ HostPathStyle ReadPathStyle(ReadContext& context, pugi::xml_node element, const 
     style.fillPaint = fill.painted;
     style.strokePaint = stroke.painted;
     if (fill.painted) style.fill = fill.color;
-    SetStroke(context, here, &style);
+    SetStroke(context, element, here, &style);
     if (style.strokePaint) style.stroke = stroke.color;
     style.evenOdd = here.style.evenOdd;
     SetOwnFields(context, element, &style);

@@ -168,7 +168,9 @@ Visit::Visit(ReadContext& context) : context_(context) {
 }
 
 Reference::Reference(ReadContext& context, pugi::xml_node element)
-    : context_(context), good_(std::ranges::find(context.inUse, element) == context.inUse.end()) {
+    : context_(context),
+      good_(context.inUse.size() < kMaxReferenceDepth &&
+            std::ranges::find(context.inUse, element) == context.inUse.end()) {
     if (good_) context_.inUse.push_back(element);
 }
 

@@ -11,11 +11,13 @@ inline constexpr size_t kMaxMarkupSigns = 4'000'000;        ///< "<" in a file: 
 inline constexpr size_t kMaxAttributeSigns = 16'000'000;    ///< "=" in a file
 inline constexpr size_t kMaxEntityGrowth = size_t{8} << 20; ///< bytes that entities may add
 inline constexpr int kMaxEntityDepth = 8;
-inline constexpr int kMaxElementDepth = 256; ///< deeper elements are left out and counted, also through `use`
+inline constexpr int kMaxElementDepth =
+    1100; ///< deeper elements are left out and counted, also through `use`
 inline constexpr size_t kMaxRepeatedElements = 1'000'000; ///< visits beyond one for each element
 inline constexpr size_t kMaxArt = 1'000'000;
 inline constexpr size_t kMaxSegments = 10'000'000;
-inline constexpr int kMaxReferenceChain = 64; ///< href after href; a longer one counts as broken
+inline constexpr size_t kMaxReferenceDepth = 64; ///< references drawn within references
+inline constexpr int kMaxReferenceChain = 64;    ///< href after href; a longer one counts as broken
 inline constexpr size_t kMaxSelectorSteps =
     20'000'000; ///< of the style sheet's matching; then it is left out
 inline constexpr size_t kMaxSelectorParts = 32;

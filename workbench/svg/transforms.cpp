@@ -116,7 +116,7 @@ double MeanScale(const HostMatrix& matrix) {
 bool IsUneven(const HostMatrix& m) {
     // The singular values are mean +- half; they are equal for rotations, reflections and even scales.
     const double mean = std::hypot(m.a + m.d, m.b - m.c), half = std::hypot(m.a - m.d, m.b + m.c);
-    return std::min(mean, half) > 0.0005 * std::max(mean, half);
+    return std::min(mean, half) > 0.005 * std::max(mean, half);
 }
 
 bool ParseTransform(std::string_view text, HostMatrix* matrix) {

@@ -23,7 +23,7 @@ bool Invert(const HostMatrix& matrix, HostMatrix* inverse);
 /// The factor for lengths that have no direction: sqrt |det|.
 double MeanScale(const HostMatrix& matrix);
 
-/// Whether lengths in different directions are scaled by visibly (a thousandth) different factors.
+/// Whether lengths in different directions are scaled by visibly (more than a hundredth) different factors.
 bool IsUneven(const HostMatrix& matrix);
 
 /// A list of matrix, translate, scale, rotate, skewX and skewY.  Angles may say "deg" and lengths "px".

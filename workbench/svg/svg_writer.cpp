@@ -1,0 +1,297 @@
+#include "workbench/svg/svg_writer.h"
+
+#include <algorithm>
+
+#include "workbench/svg/computed_style.h"
+#include "workbench/svg/path_art.h"
+#include "workbench/svg/svg_limits.h"
+#include "workbench/svg/svg_text.h"
+#include "workbench/svg/transforms.h"
+
+namespace workbench {
+namespace {
+
+/// Deeper art than the reader takes would be lost there; here it would cost the stack.
+constexpr int kMaxWriteDepth = 2000;
+
+bool IsPathLike(const Art& art) {
+    return art.kind == kArtPath || art.kind == kArtCompoundPath;
+}
+
+bool IsNameStart(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' ||
+           static_cast<unsigned char>(c) >= 0x80;
+}
+
+bool IsId(std::string_view text) {
+    return !text.empty() && IsNameStart(text.front()) && std::ranges::all_of(text, [](char c) {
+        return IsNameStart(c) || (c >= '0' && c <= '9') || c == '-' || c == '.';
+    });
+}
+
+/// The name as id where it can be one and isn't taken.
+void AppendName(WriteContext& context, const std::string& name, std::string* markup) {
+    if (name.empty()) return;
+    if (IsId(name) && !name.starts_with("vlq-") && context.ids.insert(name).second)
+        AppendAttribute(markup, "id", name);
+    else
+        AppendOwn(markup, kOwnName, name);
+}
+
+std::string BlendAttributes(const Blend& blend) {
+    std::string text, css;
+    if (blend.opacity != 1) AppendAttribute(&text, "opacity", NumbersText(blend.opacity));
+    if (blend.mode != kBlendNormal) css += "mix-blend-mode:" + std::string(BlendModeName(blend.mode)) + ";";
+    if (blend.isolated) css += "isolation:isolate;";
+    if (!css.empty()) AppendAttribute(&text, "style", css);
+    if (blend.knockout) AppendOwn(&text, kOwnKnockout, std::to_string(blend.knockout));
+    if (blend.alphaIsShape) AppendOwn(&text, kOwnAlphaIsShape, "true");
+    return text;
+}
+
+/// What every kind of art can have.
+void AppendNature(WriteContext& context, const Art& art, bool hidden, std::string* markup) {
+    AppendName(context, art.name, markup);
+    if (hidden) AppendAttribute(markup, "display", "none");
+    if (art.locked) AppendAttribute(markup, "sodipodi:insensitive", "true");
+    if (!art.tags.empty()) context.losses["tag"] += static_cast<int>(art.tags.size());
+    if (art.artStyle) context.losses["art style"]++;
+}
+
+/// Whether a clipping path says no more than that it clips.
+bool OnlyClips(WriteContext& context, const HostPathStyle& style) {
+    const HostPathStyle plain = ClippingStyle(style.evenOdd);
+    return !style.fillPaint && !style.strokePaint &&
+           PaintAttributes(context, style, plain) == PaintAttributes(context, plain, plain);
+}
+
+void WritePath(WriteContext& context, const Art& art, std::string* markup) {
+    const Art* top = nullptr;
+    OutlinesOf(art, &top);
+    if (!top) {
+        context.losses["empty path"]++;
+        return;
+    }
+    const PathData& path = *top->path();
+    std::string text = "<path" + OutlineAttributes(context, art);
+    AppendNature(context, art, art.hidden || path.guide, &text);
+    text += BlendAttributes(top->blend);
+    text += PaintAttributes(context, path.style, DefaultPathStyle());
+    if (path.style.evenOdd) AppendAttribute(&text, "fill-rule", "evenodd");
+    if (path.style.clip) AppendOwn(&text, kOwnClip, "true");
+    if (path.guide) AppendOwn(&text, kOwnGuide, "true");
+    if (path.guide && art.hidden) AppendOwn(&text, kOwnHidden, "true");
+    *markup += text + "/>\n";
+}
+
+/// Defines the clip path that `path` is for its group, and gives its id.
+std::string DefineClip(WriteContext& context, const Art& path) {
+    const Art* top = nullptr;
+    OutlinesOf(path, &top);
+    const HostPathStyle& style = top->path()->style;
+    std::string text = "<path" + OutlineAttributes(context, path);
+    AppendName(context, path.name, &text);
+    if (path.locked) AppendAttribute(&text, "sodipodi:insensitive", "true");
+    if (style.evenOdd) AppendAttribute(&text, "clip-rule", "evenodd");
+    if (!OnlyClips(context, style) || !(top->blend == Blend{})) {
+        AppendOwn(&text, kOwnPainted, "true");
+        text += BlendAttributes(top->blend) + PaintAttributes(context, style, DefaultPathStyle());
+    }
+    const std::string id = context.NewId("clip");
+    context.defs += "<clipPath id=\"" + id + "\">" + text + "/></clipPath>\n";
+    return id;
+}
+
+void WriteMembers(WriteContext& context, const Art& container, const Art* except, std::string* markup) {
+    for (const Art* child = container.lastChild; child; child = child->above)
+        if (child != except) WriteArt(context, *child, markup);
+}
+
+void WriteGroup(WriteContext& context, const Art& art, std::string* markup) {
+    std::string text = "<g";
+    AppendNature(context, art, art.hidden, &text);
+    text += BlendAttributes(art.blend);
+    const Art* clip = nullptr;
+    if (const GroupData* group = art.group(); group && group->clipped) {
+        const Art* top = nullptr;
+        if (art.firstChild && IsPathLike(*art.firstChild)) OutlinesOf(*art.firstChild, &top);
+        if (top && top->path()->style.clip) {
+            clip = art.firstChild;
+            AppendAttribute(&text, "clip-path", "url(#" + DefineClip(context, *clip) + ")");
+        } else {
+            AppendOwn(&text, kOwnClipped, "true");
+        }
+    }
+    if (art.firstChild == art.lastChild && art.firstChild == clip) AppendOwn(&text, kOwnEmpty, "true");
+    *markup += text + ">\n";
+    WriteMembers(context, art, clip, markup);
+    *markup += "</g>\n";
+}
+
+void WriteLayer(WriteContext& context, const Layer& layer, std::string* markup) {
+    const HostRect& page = context.document.page;
+    std::string text = "<g inkscape:groupmode=\"layer\"";
+    AppendAttribute(&text, "inkscape:label", layer.title);
+    AppendName(context, layer.root->name, &text);
+    if (!layer.visible) AppendAttribute(&text, "display", "none");
+    if (layer.locked) AppendAttribute(&text, "sodipodi:insensitive", "true");
+    // y grows upward in the document; so the numbers in the file are the document's own.
+    AppendAttribute(&text, "transform", MatrixText({1, 0, 0, -1, -page.left, page.top}));
+    *markup += text + BlendAttributes(layer.root->blend) + ">\n";
+    WriteMembers(context, *layer.root, nullptr, markup);
+    *markup += "</g>\n";
+}
+
+std::string Metadata(const Document& document) {
+    std::string text = "<metadata><rdf:RDF><cc:Work rdf:about=\"\"><dc:format>image/svg+xml</dc:format>";
+    text += "<dc:title>" + Escaped(document.title) + "</dc:title>";
+    if (!document.subject.empty()) {
+        text += "<dc:subject><rdf:Bag>";
+        for (size_t at = 0;;) {
+            const size_t stop = document.subject.find(", ", at);
+            text += "<rdf:li>" + Escaped(document.subject.substr(at, stop - at)) + "</rdf:li>";
+            if (stop == std::string::npos) break;
+            at = stop + 2;
+        }
+        text += "</rdf:Bag></dc:subject>";
+    }
+    if (!document.description.empty())
+        text += "<dc:description>" + Escaped(document.description) + "</dc:description>";
+    return text + "</cc:Work></rdf:RDF></metadata>\n";
+}
+
+std::string Head(const Document& document) {
+    const HostRect& page = document.page;
+    const double width = page.right - page.left, height = page.top - page.bottom;
+    std::string text =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+        "<svg xmlns=\"http://www.w3.org/2000/svg\" xmlns:xlink=\"http://www.w3.org/1999/xlink\""
+        " xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\" "
+        "xmlns:cc=\"http://creativecommons.org/ns#\""
+        " xmlns:dc=\"http://purl.org/dc/elements/1.1/\""
+        " xmlns:inkscape=\"http://www.inkscape.org/namespaces/inkscape\""
+        " xmlns:sodipodi=\"http://sodipodi.sourceforge.net/DTD/sodipodi-0.dtd\""
+        " xmlns:vlq=\"" +
+        std::string(kDocumentNamespace) + "\" version=\"1.1\"";
+    AppendAttribute(&text, "width", NumbersText(width) + "pt");
+    AppendAttribute(&text, "height", NumbersText(height) + "pt");
+    AppendAttribute(&text, "viewBox", NumbersText(0, 0, width, height));
+    if (page.left != 0 || page.bottom != 0)
+        AppendOwn(&text, kOwnPage, NumbersText(page.left, page.top, page.right, page.bottom));
+    return text + ">\n";
+}
+
+/// The definitions of custom colours in use, one of each.
+void AppendCustomColor(WriteContext& context, const HostColor& color, std::set<std::string>* seen,
+                       std::string* text) {
+    if (color.kind == kColorGradient) {
+        if (const Gradient* gradient = context.document.Find(color.u.gradient.gradient))
+            for (const HostGradientStop& stop : gradient->stops)
+                AppendCustomColor(context, stop.color, seen, text);
+    }
+    if (color.kind != kColorCustom) return;
+    const CustomColor* custom = context.document.Find(color.u.custom.color);
+    if (!custom || !seen->insert(custom->name).second) return;
+    *text += "<vlq:" + std::string(kOwnColor);
+    AppendAttribute(text, "name", custom->name);
+    AppendAttribute(text, "definition", DefinitionText(custom->definition));
+    *text += "/>\n";
+}
+
+void AppendCustomColors(WriteContext& context, const Art& root, std::set<std::string>* seen,
+                        std::set<const void*>* patterns, std::string* text) {
+    ForEachArt(root, [&](const Art& art) {
+        const PathData* path = art.path();
+        if (!path) return;
+        for (const HostColor* color : {&path->style.fill, &path->style.stroke}) {
+            AppendCustomColor(context, *color, seen, text);
+            const Pattern* pattern =
+                color->kind == kColorPattern ? context.document.Find(color->u.pattern.pattern) : nullptr;
+            if (pattern && pattern->art && patterns->insert(pattern).second)
+                AppendCustomColors(context, *pattern->art, seen, patterns, text);
+        }
+    });
+}
+
+const char* LossOf(const Art& art) {
+    switch (art.kind) {
+        case kArtPlaced:
+            return "placed file";
+        case kArtRaster:
+            return "image";
+        case kArtMesh:
+            return "mesh";
+        case kArtTextFrame:
+            return "text";
+        default:
+            return "art";
+    }
+}
+
+} // namespace
+
+Subpaths OutlinesOf(const Art& art, const Art** top) {
+    Subpaths subpaths;
+    *top = nullptr;
+    const auto add = [&](const Art& member) {
+        const PathData* path = member.path();
+        if (!path || path->segments.empty()) return;
+        subpaths.push_back({path->segments, path->closed});
+        *top = &member;
+    };
+    if (art.kind == kArtPath) add(art);
+    for (const Art* member = art.lastChild; member; member = member->above) add(*member);
+    return subpaths;
+}
+
+std::string OutlineAttributes(WriteContext&, const Art& art) {
+    const Art* top = nullptr;
+    const Subpaths subpaths = OutlinesOf(art, &top);
+    const std::string data = PathDataText(subpaths);
+    std::string text;
+    AppendAttribute(&text, "d", data);
+    bool damaged = false, overflow = false;
+    const Subpaths read = ParsePathData(data, kMaxSegments, &damaged, &overflow);
+    if (SegmentsText(read, {}) != SegmentsText(subpaths, {}))
+        AppendOwn(&text, kOwnSegments, SegmentsText(subpaths, data));
+    if (art.kind == kArtCompoundPath && subpaths.size() == 1) AppendOwn(&text, kOwnCompound, "true");
+    return text;
+}
+
+void WriteArt(WriteContext& context, const Art& art, std::string* markup) {
+    if (context.depth == kMaxWriteDepth) {
+        context.losses["nesting"]++;
+        return;
+    }
+    ++context.depth;
+    if (IsPathLike(art)) {
+        WritePath(context, art, markup);
+    } else if (art.kind == kArtGroup) {
+        WriteGroup(context, art, markup);
+    } else if (const auto* plugin = std::get_if<PluginArtData>(&art.data)) {
+        context.losses["plug-in art"]++;
+        if (const Art* result = context.document.Find(plugin->result)) WriteArt(context, *result, markup);
+    } else {
+        context.losses[LossOf(art)]++;
+    }
+    --context.depth;
+}
+
+std::string WriteSvg(const Document& document, std::map<std::string, int>* losses) {
+    std::map<std::string, int> ownLosses;
+    WriteContext context{document, losses ? *losses : ownLosses, {}, {}, {}, {}, {}, 0, 0};
+    std::string body, colors;
+    std::set<std::string> seen;
+    std::set<const void*> patterns;
+    for (size_t i = document.LayerCount(); i-- > 0;) {
+        AppendCustomColors(context, *document.LayerAt(i).root, &seen, &patterns, &colors);
+        WriteLayer(context, document.LayerAt(i), &body);
+    }
+    std::string text = Head(document) + "<title>" + Escaped(document.title) + "</title>\n";
+    if (!document.description.empty()) text += "<desc>" + Escaped(document.description) + "</desc>\n";
+    text += Metadata(document);
+    if (!colors.empty() || !context.defs.empty()) text += "<defs>\n" + colors + context.defs + "</defs>\n";
+    return text + body + "</svg>\n";
+}
+
+} // namespace workbench
