@@ -7,7 +7,7 @@ size_t CharacterBytes(const char* text) {
     return IsLeadByte(static_cast<uint8_t>(text[0])) && text[1] != '\0' ? 2 : 1;
 }
 
-const char* FindText(const char* text, const char* part) {
+const char* FindPart(const char* text, const char* part) {
     const size_t length = std::strlen(part);
     for (; *text != '\0'; text += CharacterBytes(text)) {
         if (std::strncmp(text, part, length) == 0) return text;

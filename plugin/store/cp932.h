@@ -15,7 +15,7 @@ size_t CharacterBytes(const char* text);
 
 /// The first place where `part`, single-byte characters alone, stands in `text`; null if nowhere.  A
 /// double-byte character's second byte is part of no match.
-const char* FindText(const char* text, const char* part);
+const char* FindPart(const char* text, const char* part);
 
 /// Copies a text to `out` of `capacity` bytes, cut to fit with a NUL.  The cut is made between bytes, also in
 /// the middle of a double-byte character.

@@ -202,6 +202,6 @@ int16_t CompareStoreNames(const char* a, const char* b) {
 }
 
 bool IsHiddenFolderName(const char* name) {
-    return name[0] == '.' || FindText(name, kDataSuffix) != nullptr ||
-           FindText(name, kImageFolder) != nullptr || FindText(name, kTrashFolder) != nullptr;
+    return name[0] == '.' || FindPart(name, kDataSuffix) != nullptr ||
+           FindPart(name, kImageFolder) != nullptr || FindPart(name, kTrashFolder) != nullptr;
 }

@@ -84,7 +84,7 @@ bool IsLink(const WIN32_FIND_DATAA& entry) {
 void AddGroupOfFile(RowCollector& rows, const char* prefix, const char* name) {
     char text[kFullPathBytes];
     std::snprintf(text, sizeof text, "%s%s%s", prefix, prefix[0] != '\0' ? "\\" : "", name);
-    const char* suffix = FindText(text, kGroupSuffix);
+    const char* suffix = FindPart(text, kGroupSuffix);
     if (suffix == nullptr || suffix == text) return;
     text[suffix - text] = '\0';
     if (std::strcmp(text, kSearchResult) != 0) rows.Add(text);
