@@ -156,7 +156,7 @@ struct LineCase {
     const char* name;
     Piece line;
     HostPoint point;
-    bool near;
+    bool hit;
     HostPoint moved;
 };
 
@@ -180,8 +180,8 @@ TEST_F(GeometryTest, NearLineMovesOneCoordinate) {
     for (const LineCase& test : cases) {
         SCOPED_TRACE(test.name);
         HostPoint point = test.point;
-        EXPECT_EQ(NearLine(point, test.line.first, test.line.second, 2.0), test.near);
-        const HostPoint expected = test.near ? test.moved : test.point;
+        EXPECT_EQ(NearLine(point, test.line.first, test.line.second, 2.0), test.hit);
+        const HostPoint expected = test.hit ? test.moved : test.point;
         EXPECT_EQ(point.x, expected.x);
         EXPECT_EQ(point.y, expected.y);
     }
