@@ -241,10 +241,9 @@ void ReadOriginOffset(LoadState& load) {
     SetOriginOffset(load, bounds);
 }
 
-void BuildRecord(LoadState& load, const char* groupPath, int32_t recordNumber) {
+void BuildRecord(LoadState& load) {
     HostPoint zero{0, 0};
     if (HardSoftSuite().HardenPoint(&zero) == kHostNoError) load.hardZero = zero;
-    AidbReadRecord(groupPath, recordNumber, nullptr, kReadWhole, true);
     if (!globals->curRecord) return;
     SetPlacementUndoTexts();
     ReadOriginOffset(load);
@@ -259,9 +258,14 @@ void BuildRecord(LoadState& load, const char* groupPath, int32_t recordNumber) {
 } // namespace
 
 HostError AidbLoadArt(const char* groupPath, int32_t recordNumber) {
+    AidbReadRecord(groupPath, recordNumber, nullptr, kReadWhole, true);
+    return RebuildCurrentRecord();
+}
+
+HostError RebuildCurrentRecord() {
     LoadState load;
     const LoadGuard guard(load);
-    BuildRecord(load, groupPath, recordNumber);
+    BuildRecord(load);
 
     // The holders lie in the layer too and would count as its objects.
     DisposePatternHolders(load);

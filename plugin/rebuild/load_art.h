@@ -21,3 +21,7 @@
 /// @param groupPath  cp932, as in `globals->aidbfname`
 /// @return the host's code for the last object taken, 0 if there was none
 HostError AidbLoadArt(const char* groupPath, int32_t recordNumber);
+
+/// The same for the record that is in `curRecord` already, in its expanded shape and in host order; nothing
+/// happens if there is none.
+HostError RebuildCurrentRecord();
