@@ -245,7 +245,7 @@ private:
         const HostPoint outerOrigin = patternOrigin_;
         inPattern_ = true;
         patternOrigin_ = {bounds.left, bounds.bottom};
-        Members(MembersOf(*expected->art), MembersOf(*actual->art), place + " pattern");
+        ArtOf(*expected->art, *actual->art, place + " pattern");
         inPattern_ = outerPattern;
         patternOrigin_ = outerOrigin;
     }
@@ -296,7 +296,7 @@ std::vector<std::string> CompareDocuments(const Document& stored, Document& rebu
 std::string ComparePictures(const Document& stored, const Document& rebuilt) {
     constexpr int kSide = 400;
     constexpr int kVisible = 48;            // of 255: more than a shifted edge's shade
-    constexpr double kVisibleShare = 0.002; // of all pixels
+    constexpr double kVisibleShare = 0.005; // of all pixels
     const workbench::PagePicture a = workbench::DrawPage(stored, 1, kSide);
     const workbench::PagePicture b = workbench::DrawPage(rebuilt, 1, kSide);
     if (a.width != b.width || a.height != b.height) return "the pictures differ in size";

@@ -150,6 +150,14 @@ private:
         use.origin.y += (m.a * offset.y - m.b * offset.x) / determinant;
     }
 
+    /// Of a pattern's own group only the members are kept.
+    void DropOwnGroup(Art& group) {
+        if (group.group() && group.group()->clipped) ++counts_["clip of a pattern's own group"];
+        if (group.group()) group.group()->clipped = false;
+        if (!(group.blend == workbench::Blend{})) ++counts_["blending of a pattern's own group"];
+        group.blend = {};
+    }
+
     void ApplyToPattern(const HostPatternUse& use) {
         workbench::Pattern* pattern = document_.Find(use.pattern);
         if (!pattern || !pattern->art || !patterns_.insert(use.pattern).second) return;
@@ -157,6 +165,7 @@ private:
         document_.Bounds(*pattern->art, &bounds);
         const bool outer = inPattern_;
         inPattern_ = true;
+        DropOwnGroup(*pattern->art);
         ApplyToMembers(*pattern->art, {bounds.left, bounds.bottom});
         inPattern_ = outer;
     }

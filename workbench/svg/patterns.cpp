@@ -86,7 +86,8 @@ PatternHandle KeepPattern(ReadContext& context, pugi::xml_node owner, Art* art) 
     return pattern.handle;
 }
 
-/// The pattern as a clipped group in points, its lower left corner at (0, 0).
+/// The pattern as a group with one clipped group in points, its lower left corner at (0, 0).  The clip is
+/// not on the pattern's own group, because a record keeps only what is in that.
 PatternHandle MakePattern(ReadContext& context, pugi::xml_node owner, const Tile& tile, double scale,
                           const Surroundings& here) {
     const HostMatrix toTile{scale, 0, 0, -scale, -scale * tile.x, scale * (tile.y + tile.height)};
@@ -101,7 +102,10 @@ PatternHandle MakePattern(ReadContext& context, pugi::xml_node owner, const Tile
     builder.Close();
     if (!MakePathArt(context, builder.Finish(), ClippingStyle(false), {}, art)) return nullptr;
     art->group()->clipped = true;
-    return KeepPattern(context, owner, art);
+    Art* whole = context.NewArt(kArtGroup, nullptr);
+    if (!whole) return nullptr;
+    context.document.AdoptArt(*art, *whole);
+    return KeepPattern(context, owner, whole);
 }
 
 /// A pattern of our own files: the one member is the pattern's art, in the art's own coordinates.
