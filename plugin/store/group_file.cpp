@@ -16,16 +16,6 @@ constexpr uint32_t kCopyBytes = 0x100000;
 constexpr int kWaits = 50;
 constexpr DWORD kWaitMilliseconds = 20;
 
-// Repeats a call as long as it fails for the reason that another program has the file, for a second at most.
-template <typename Call>
-bool WaitForOthers(DWORD reason, Call call) {
-    for (int waits = 0;; ++waits) {
-        if (call()) return true;
-        if (GetLastError() != reason || waits == kWaits) return false;
-        Sleep(kWaitMilliseconds);
-    }
-}
-
 // The path of a file in the folder of the file at `path`.
 void PathBeside(const char* path, const char* name, char* out) {
     size_t folderBytes = 0;
@@ -58,11 +48,11 @@ void GroupFilePath(const char* groupName, char* out) {
 
 bool GroupFile::Open(const char* path, int accessAndSharing) {
     Close();
-    const bool opened = WaitForOthers(ERROR_SHARING_VIOLATION, [&] {
-        file_ = _lopen(path, accessAndSharing);
-        return file_ != HFILE_ERROR;
-    });
-    if (!opened) return false;
+    // Another program that has the file is waited for, a second at most.
+    for (int waits = 0; (file_ = _lopen(path, accessAndSharing)) == HFILE_ERROR; ++waits) {
+        if (GetLastError() != ERROR_SHARING_VIOLATION || waits == kWaits) return false;
+        Sleep(kWaitMilliseconds);
+    }
     if (ReadFrame()) return true;
     Close();
     SetLastError(ERROR_IO_DEVICE);
@@ -297,18 +287,18 @@ bool WriteWithout(GroupFile& group, const CutOut& cut, const char* workPath) {
            work.HasLength(cut.fileEnd - (cut.end - cut.begin)) && work.Flush() && work.Close();
 }
 
-// Puts a complete file in the place of another in one step.
+// Puts a complete file in the place of another in one step; false with the reason in GetLastError.
 bool TakePlaceOf(const char* from, const char* to) {
-    // A reader that has the target open makes the move fail with this very reason.
-    const bool moved = WaitForOthers(ERROR_ACCESS_DENIED, [&] {
-        return MoveFileExA(from, to, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE;
-    });
-    if (moved) return true;
-    const DWORD reason = GetLastError();
-    // A move that took place and only could not be flushed has taken place.
-    const bool gone = reason != ERROR_FILE_NOT_FOUND && IsGone(from);
-    SetLastError(reason);
-    return gone;
+    for (int waits = 0;; ++waits) {
+        if (MoveFileExA(from, to, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) return true;
+        const DWORD reason = GetLastError();
+        // A move that took place and only could not be flushed has taken place.
+        if (reason != ERROR_FILE_NOT_FOUND && IsGone(from)) return true;
+        SetLastError(reason);
+        // A reader that has the target open makes the move fail with this very reason.
+        if (reason != ERROR_ACCESS_DENIED || waits == kWaits) return false;
+        Sleep(kWaitMilliseconds);
+    }
 }
 
 bool FlushFileAt(const char* path) {
@@ -324,7 +314,7 @@ bool ReplaceGroup(const char* workPath, const char* groupPath) {
     if (GetLastError() != ERROR_NOT_SAME_DEVICE) return false;
     char beside[kFullPathBytes];
     PathBeside(groupPath, kWorkFile, beside);
-    if (!DeleteIfThere(beside)) return false;
+    if (std::strcmp(beside, workPath) == 0 || !DeleteIfThere(beside)) return false;
     if (CopyFileA(workPath, beside, TRUE) && FlushFileAt(beside) && TakePlaceOf(beside, groupPath))
         return true;
     DeleteFileA(beside);

@@ -44,7 +44,8 @@ int32_t WriteRecord(const char* groupName, int32_t number);
 /// `curRecord` is freed.  The data directories of the group are the caller's to renumber, after success.
 ///
 /// Returns 0, or -1 with the group file untouched: no such record, damage anywhere in the walk, or a read
-/// or write that failed.  At every moment the group's path holds the old file or the complete new one.
+/// or write that failed.  At every moment the group's path holds the old file or the complete new one; only
+/// when every call fails from the replacement on, -1 can't tell which.
 int32_t DeleteRecord(const char* groupName, int32_t number);
 
 /// A new, empty expanded record, or null if memory ran out.

@@ -7,7 +7,7 @@
 #include "plugin/objects/object_layout.h"
 #include "plugin/objects/object_stream.h"
 #include "plugin/store/record.h"
-#include "tests/plugin/store/store_fixture.h"
+#include "tests/support/store_fixture.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "plugin/store/record.h"
-#include "tests/plugin/store/store_fixture.h"
+#include "tests/support/store_fixture.h"
 
 namespace {
 

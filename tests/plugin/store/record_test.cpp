@@ -5,7 +5,7 @@
 
 #include "plugin/store/record_index.h"
 #include "plugin/store/swap_words.h"
-#include "tests/plugin/store/store_fixture.h"
+#include "tests/support/store_fixture.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "tests/plugin/store/store_fixture.h"
+#include "tests/support/store_fixture.h"
 
 #include <cstring>
 #include <fstream>
