@@ -52,8 +52,7 @@ private:
             return false;
         }
         if (path->segments.empty()) ++counts_["empty path"];
-        if (path->segments.size() > kAnchorsKept) ++counts_["path of more than 32767 anchors"];
-        return !path->guide && !path->segments.empty() && path->segments.size() <= kAnchorsKept;
+        return !path->guide && !path->segments.empty();
     }
 
     void ApplyTo(Art& art, const HostPoint& origin) {
@@ -82,6 +81,10 @@ private:
 
     void ApplyToPath(Art& art, const HostPoint& origin) {
         workbench::PathData& path = *art.path();
+        if (path.segments.size() > kAnchorsKept) {
+            counts_["anchor beyond 32767"] += static_cast<int>(path.segments.size() - kAnchorsKept);
+            path.segments.resize(kAnchorsKept);
+        }
         for (HostPathSegment& segment : path.segments) {
             for (HostPoint* point : {&segment.anchor, &segment.in, &segment.out}) Clamp(point, origin);
         }
