@@ -74,13 +74,13 @@ bool PlanImport(const std::string& folder, const std::string& into, ImportPlan* 
     }
     const fs::path top = fs::canonical(folder, trouble);
     const std::string folderName = top.filename().empty() ? "UNTITLED" : top.filename().string();
-    // Links are not followed: a link to a folder above would never end.
+    // Links are not followed: a link to a folder above would never end, and what a link names is stored
+    // where it lies.
     fs::recursive_directory_iterator entries(top, fs::directory_options::skip_permission_denied, trouble);
     for (; !trouble && entries != fs::recursive_directory_iterator(); entries.increment(trouble)) {
         std::error_code ignored;
-        if (!IsDrawing(entries->path()) || !entries->is_regular_file(ignored)) continue;
-        const fs::path relative = fs::relative(entries->path(), top, ignored);
-        if (ignored) continue;
+        if (!IsDrawing(entries->path()) || !fs::is_regular_file(entries->symlink_status(ignored))) continue;
+        const fs::path relative = entries->path().lexically_relative(top);
         plan->groups[GroupOf(relative, into, folderName)].push_back(relative.string());
         ++plan->files;
     }
