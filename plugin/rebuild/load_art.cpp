@@ -27,6 +27,8 @@ struct Note {
     std::string_view behind; ///< the text behind the rule's word
 };
 
+constexpr std::string_view kCustomColorWord = "CustomColor";
+
 constexpr size_t kPatternDigits = 5;
 
 // ---- Containers ----
@@ -134,12 +136,7 @@ LoadStep ClosePluginArt(LoadState& load, const Note& note) {
     return LoadStep::kGoOn;
 }
 
-// ---- Colours, files, tags ----
-
-LoadStep TakeCustomColor(LoadState&, const Note& note) {
-    LoadCustomColor(note.behind);
-    return LoadStep::kGoOn;
-}
+// ---- Files, tags ----
 
 LoadStep PassOver(LoadState&, const Note&) {
     return LoadStep::kGoOn;
@@ -179,20 +176,27 @@ constexpr NoteRule kNoteRules[] = {
     {"PatternArt", InPattern, ClosePattern},
     {"/ PluginArt", Always, OpenPluginArt},
     {kPluginNoteText, InPluginArt, ClosePluginArt},
-    {"CustomColor", Always, TakeCustomColor},
+    {kCustomColorWord, Always, PassOver}, // see LoadCustomColors
     // Placed files have no rebuild.  The row keeps their names away from the rule for tags.
     {"PlacedFile", Always, PassOver},
     {"Tag", Always, TakeTags},
 };
 
-LoadStep LoadArtNoteProcess(LoadState& load, std::span<uint8_t> object) {
-    const std::string_view text = NoteText(object);
+/// The rule that takes the note, or null; `note->behind` is what stands behind its word.
+const NoteRule* FindRule(const LoadState& load, Note* note) {
     for (const NoteRule& rule : kNoteRules) {
-        const size_t at = text.find(rule.word);
-        if (at != std::string_view::npos && rule.applies(load))
-            return rule.action(load, {object, text, text.substr(at + rule.word.size())});
+        const size_t at = note->text.find(rule.word);
+        if (at == std::string_view::npos || !rule.applies(load)) continue;
+        note->behind = note->text.substr(at + rule.word.size());
+        return &rule;
     }
-    return LoadStep::kGoOn;
+    return nullptr;
+}
+
+LoadStep LoadArtNoteProcess(LoadState& load, std::span<uint8_t> object) {
+    Note note = {object, NoteText(object), {}};
+    const NoteRule* rule = FindRule(load, &note);
+    return rule ? rule->action(load, note) : LoadStep::kGoOn;
 }
 
 LoadStep LoadObject(LoadState& load, std::span<uint8_t> object) {
@@ -241,6 +245,18 @@ void ReadOriginOffset(LoadState& load) {
     SetOriginOffset(load, bounds);
 }
 
+/// Makes the custom colours, the last one first.  They stand behind the art but before the patterns, and the
+/// walk meets the patterns first: their art would come out in process colours.
+void LoadCustomColors(const LoadState& load, const ObjectOffsets& objects) {
+    for (uint32_t index = objects.count(); index-- > 0;) {
+        const auto object = objects.Object(globals->curRecord, index);
+        if (HeaderOf(object)->type != kNoteObject) continue;
+        Note note = {object, NoteText(object), {}};
+        const NoteRule* rule = FindRule(load, &note);
+        if (rule && rule->word == kCustomColorWord) LoadCustomColor(note.behind);
+    }
+}
+
 void BuildRecord(LoadState& load) {
     HostPoint zero{0, 0};
     if (HardSoftSuite().HardenPoint(&zero) == kHostNoError) load.hardZero = zero;
@@ -250,6 +266,7 @@ void BuildRecord(LoadState& load) {
     if (!OpenBase(load)) return;
 
     const ObjectOffsets objects(globals->curRecord);
+    LoadCustomColors(load, objects);
     for (uint32_t index = objects.count(); index-- > 0;) {
         if (LoadObject(load, objects.Object(globals->curRecord, index)) == LoadStep::kStop) return;
     }

@@ -10,8 +10,9 @@
 ///
 /// The caller sets `placePoint`, `originMode`, `trackState` and `trackTarget` first.  Art is only moved,
 /// never scaled or turned.  The record stays in `curRecord`; custom colours and their swatches stay in the
-/// document even if the load stops.  The objects are taken from last to first, so that colours and patterns
-/// are known before the art that uses them, and each new object lands above the one before.
+/// document even if the load stops.  Custom colours are made first; then the objects are taken from last to
+/// first, so that patterns are known before the art that uses them, and each new object lands above the one
+/// before.
 ///
 /// Failures show as beeps and in the art, never as text.  A hidden or locked current layer, and a container,
 /// pattern holder, path or path style that the host refuses, beep and stop the load; the art built so far

@@ -150,4 +150,16 @@ TEST_F(CustomColorTest, PaintRefersToTheColoursOfTheNotes) {
     EXPECT_THAT(Swatches(), ElementsAre("B", "A"));
 }
 
+// The notes stand between the art and the patterns, so a plain walk from the end meets the pattern first.
+TEST_F(CustomColorTest, ThePaintOfPatternsRefersToThemToo) {
+    PatternPath(1, 1);
+    Note("CustomColor001 = \"A\", 4, 0, 1, 1, 1, 1");
+    Note("PatternArt00001 /");
+    Path(2)->style.stroke.reference = 1 << 8;
+    Note("/ PatternArt00001");
+    EXPECT_EQ(Load(), kHostNoError);
+    const auto pattern = First().path()->style.fill.u.pattern.pattern;
+    EXPECT_EQ(document().Find(pattern)->art->firstChild->path()->style.stroke.kind, kColorCustom);
+}
+
 } // namespace
