@@ -343,7 +343,7 @@ Json RecordToJson(MemoryHandle record) {
                  {"width", WidthOf(header)},
                  {"height", HeightOf(header)},
                  {"objectCount", header.objectCount},
-                 {"size", header.size},
+                 {"expandedBytes", header.size},
                  {"objects", Json::array()}};
     ObjectWalk walk(record);
     for (Bytes object = walk.Next(); !object.empty(); object = walk.Next())
