@@ -13,7 +13,7 @@ inline constexpr size_t kMaxEntityGrowth = size_t{8} << 20; ///< bytes that enti
 inline constexpr int kMaxEntityDepth = 8;
 inline constexpr int kMaxElementDepth =
     1100; ///< deeper elements are left out and counted, also through `use`
-inline constexpr size_t kMaxRepeatedElements = 1'000'000; ///< visits beyond one for each element
+inline constexpr size_t kMaxRepeatedElements = 300'000; ///< visits beyond one for each element
 inline constexpr size_t kMaxArt = 1'000'000;
 inline constexpr size_t kMaxSegments = 10'000'000;
 inline constexpr size_t kMaxReferenceDepth = 64; ///< references drawn within references

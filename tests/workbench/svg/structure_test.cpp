@@ -1,0 +1,242 @@
+#include <cmath>
+
+#include "tests/workbench/svg/svg_helpers.h"
+
+namespace workbench {
+namespace {
+
+TEST(Structure, ElementsWithMembersAreGroupsAndTheLastIsOnTop) {
+    const ReadFile file = ReadBody(
+        "<g id='a'><g><path id='low' d='M0 0h1'/><path id='high' d='M0 0h1'/></g><g/><a><rect width='1' "
+        "height='1'/></a></g><defs><path d='M0 0h1'/></defs>");
+    EXPECT_EQ(Structure(*file.document), "g(g(g(p),g(p,p)))");
+    EXPECT_EQ(Named(*file.document, "high")->below, Named(*file.document, "low"));
+    EXPECT_TRUE(file.report.losses.empty());
+}
+
+TEST(Structure, ForeignAndUnreadElements) {
+    const ReadFile file = ReadText(
+        "<s:svg xmlns:s='http://www.w3.org/2000/svg' xmlns:e='urn:editor' "
+        "xmlns:xlink='http://www.w3.org/1999/xlink'>"
+        "<e:view><s:path d='M0 0h1'/></e:view><s:text>words</s:text><s:text> </s:text><s:image "
+        "xlink:href='a.png'/><s:foreignObject/>"
+        "<s:nonsense/><s:g filter='url(#f)' mask='url(#m)'><s:path d='M0 "
+        "0h1'><s:animate/></s:path></s:g><div xmlns='http://www.w3.org/1999/xhtml'/></s:svg>");
+    ASSERT_TRUE(file.document) << file.error;
+    EXPECT_EQ(Structure(*file.document), "g(g(p))");
+    const std::map<std::string, int> expected{
+        {"text", 1}, {"image", 1}, {"foreignObject", 1}, {"unknown element", 1}, {"filter", 1}, {"mask", 1}};
+    EXPECT_EQ(file.report.losses, expected);
+}
+
+TEST(Structure, MissingNamespacesAreForgiven) {
+    EXPECT_EQ(Structure(*ReadText("<svg><path d='M0 0h1'/></svg>").document), "g(p)");
+    EXPECT_EQ(Structure(*ReadText("<svg:svg><svg:path d='M0 0h1'/></svg:svg>").document), "g(p)");
+}
+
+TEST(Structure, SwitchTakesTheFirstMemberThatIsForUs) {
+    const ReadFile file = ReadBody(
+        "<switch><foreignObject requiredExtensions='urn:x'/><path id='de' systemLanguage='de' d='M0 0h1'/>"
+        "<path id='en' systemLanguage='fr, en' d='M0 0h1'/><path id='any' d='M0 0h1'/></switch>");
+    EXPECT_TRUE(Named(*file.document, "en"));
+    EXPECT_EQ(Structure(*file.document), "g(g(p))");
+    EXPECT_TRUE(file.report.losses.empty());
+}
+
+TEST(Structure, UseDrawsAgainWithItsPlaceAndStyle) {
+    const ReadFile file = ReadBody(
+        "<defs><path id='a' d='M0 0L1 0'/></defs><use id='u' xlink:href='#a' x='10' y='20' "
+        "transform='scale(2)' fill='#f00'/><use href='#a'/>");
+    ASSERT_EQ(Structure(*file.document), "g(g(p),g(p))");
+    const Art* used = Named(*file.document, "u")->firstChild;
+    EXPECT_EQ(Outline(*used), "M20,60 L22,60");
+    EXPECT_EQ(ColorOf(*file.document, used->path()->style.fill), "three 1 0 0");
+    EXPECT_EQ(used->name, "") << "an id belongs to its element alone";
+}
+
+TEST(Structure, SymbolsFitTheirViewBoxAndAreCutOff) {
+    const ReadFile file = ReadBody(
+        "<symbol id='s' viewBox='0 0 10 10'><path d='M0 0L10 10'/></symbol><use xlink:href='#s' x='20' "
+        "y='30' width='50' height='50'/>");
+    ASSERT_EQ(Structure(*file.document), "g(g(p))");
+    EXPECT_EQ(Outline(*OnlyArt(*file.document)->firstChild), "M20,70 L70,20");
+
+    const ReadFile cut = ReadBody(
+        "<svg x='10' y='10' width='20' height='20' viewBox='0 0 10 10'><path d='M0 0L20 10'/></svg>");
+    ASSERT_EQ(Structure(*cut.document), "g(clip(p,p))");
+    EXPECT_EQ(Outline(*OnlyArt(*cut.document)->firstChild), "M10,90 L30,90 L30,70 L10,70 Z");
+    EXPECT_EQ(
+        Structure(*ReadBody("<svg width='20' height='20' overflow='visible'><path d='M0 0L99 10'/></svg>")
+                       .document),
+        "g(g(p))");
+}
+
+TEST(Structure, ReferencesThatLeadNowhereOrInCirclesAreCounted) {
+    const ReadFile file = ReadBody(
+        "<g id='a'><path d='M0 0h1'/><use xlink:href='#b'/></g><g id='b'><use xlink:href='#a'/></g><use "
+        "xlink:href='#none'/><use/><use xlink:href='other.svg#a'/>");
+    EXPECT_GT(file.report.losses.at("reference"), 3);
+    EXPECT_EQ(Structure(*file.document), "g(g(g(g(p))),g(g(p),p))");
+}
+
+TEST(Clips, AClippedGroupHasTheClipOnTop) {
+    const ReadFile file = ReadBody(
+        "<clipPath id='c'><rect id='r' width='10' height='10' clip-rule='evenodd' fill='red'/></clipPath>"
+        "<g clip-path='url(#c)' opacity='.5'><path d='M0 0h99'/><path d='M0 0h99'/></g>");
+    const Art* group = OnlyArt(*file.document);
+    ASSERT_EQ(Structure(*group), "clip(p,p,p)");
+    const HostPathStyle& style = group->firstChild->path()->style;
+    EXPECT_TRUE(style.clip && style.evenOdd && !style.fillPaint && !style.strokePaint);
+    EXPECT_EQ(Outline(*group->firstChild), "M0,100 L10,100 L10,90 L0,90 Z");
+    EXPECT_EQ(group->blend.opacity, 0.5);
+    EXPECT_FALSE(group->lastChild->path()->style.clip);
+}
+
+TEST(Clips, AClippedPathGetsAGroupAndKeepsItsName) {
+    const ReadFile file = ReadBody(
+        "<clipPath id='c' transform='translate(5)'><rect width='10' height='10'/></clipPath><path id='p' "
+        "transform='scale(2)' d='M0 0h99' clip-path='url(#c)'/>");
+    const Art* group = OnlyArt(*file.document);
+    ASSERT_EQ(Structure(*group), "clip(p,p)");
+    EXPECT_EQ(Outline(*group->firstChild), "M10,100 L30,100 L30,80 L10,80 Z")
+        << "in the space of the clipped element";
+    EXPECT_EQ(group->lastChild->name, "p");
+}
+
+TEST(Clips, UnitsOfTheBoundingBox) {
+    const ReadFile file = ReadBody(
+        "<clipPath id='c' clipPathUnits='objectBoundingBox'><rect width='.5' height='1'/></clipPath>"
+        "<g clip-path='url(#c)' transform='rotate(90)'><rect x='10' y='-40' width='20' height='20'/></g>");
+    EXPECT_EQ(Outline(*OnlyArt(*file.document)->firstChild), "M40,90 L40,80 L20,80 L20,90 Z");
+}
+
+TEST(Clips, SeveralShapesClipToAllOfThem) {
+    // The second runs the other way round; as it is, the overlap would be a hole.
+    const ReadFile file = ReadBody(
+        "<path id='s' d='M5 5V15H15V5z'/><clipPath id='c'><rect width='10' height='10'/><use "
+        "xlink:href='#s'/></clipPath><rect width='20' height='20' clip-path='url(#c)'/>");
+    const Art* clip = file.document->LayerAt(0).root->firstChild->firstChild;
+    ASSERT_EQ(Structure(*clip), "c(p,p)");
+    const auto area = [](const Art* art) {
+        double sum = 0;
+        const auto& s = art->path()->segments;
+        for (size_t i = 0; i < s.size(); ++i) {
+            const HostPoint a = s[i].anchor, b = s[(i + 1) % s.size()].anchor;
+            sum += a.x * b.y - b.x * a.y;
+        }
+        return sum;
+    };
+    EXPECT_EQ(std::signbit(area(clip->firstChild)), std::signbit(area(clip->lastChild)));
+    EXPECT_TRUE(clip->firstChild->path()->style.clip && clip->lastChild->path()->style.clip);
+}
+
+TEST(Clips, AClipOfAClipIsAGroupAround) {
+    const ReadFile file = ReadBody(
+        "<clipPath id='a' clip-path='url(#b)'><rect width='10' height='10'/></clipPath><clipPath "
+        "id='b'><rect width='5' height='5'/></clipPath>"
+        "<g clip-path='url(#a)'><path d='M0 0h9'/></g>");
+    const Art* outer = OnlyArt(*file.document);
+    ASSERT_EQ(Structure(*outer), "clip(p,clip(p,p))");
+    EXPECT_EQ(Outline(*outer->firstChild), "M0,100 L5,100 L5,95 L0,95 Z");
+}
+
+TEST(Clips, NothingClipsToNothingAndWhatIsMissingDoesNotClip) {
+    const ReadFile nothing = ReadBody("<clipPath id='c'/><path d='M0 0h9' clip-path='url(#c)'/>");
+    EXPECT_TRUE(OnlyArt(*nothing.document)->hidden);
+    EXPECT_EQ(Structure(*ReadBody("<path d='M0 0h9' clip-path='url(#none)'/>").document), "g(p)");
+    const ReadFile circle = ReadBody(
+        "<clipPath id='c' clip-path='url(#c)'><rect width='9' height='9'/></clipPath><path d='M0 0h9' "
+        "clip-path='url(#c)'/>");
+    EXPECT_EQ(Structure(*circle.document), "g(clip(p,p))");
+    EXPECT_EQ(circle.report.losses.at("reference"), 1);
+    const ReadFile text =
+        ReadBody("<clipPath id='c'><text>A</text></clipPath><path d='M0 0h9' clip-path='url(#c)'/>");
+    EXPECT_FALSE(OnlyArt(*text.document)->hidden);
+    EXPECT_EQ(text.report.losses.at("text"), 1);
+}
+
+TEST(Layers, AreThoseOfTheEditorsAndTheLastIsTheTopmost) {
+    const ReadFile file = ReadText(
+        "<svg xmlns='http://www.w3.org/2000/svg' xmlns:i='urn:i' xmlns:s='urn:s'><defs/>"
+        "<g i:groupmode='layer' i:label='Back' s:insensitive='true'><path d='M0 0h1'/></g><path id='loose' "
+        "d='M0 0h1'/><path d='M0 0h1'/>"
+        "<g i:groupmode='layer' i:label='Front' style='display:none' transform='translate(8)'><g "
+        "i:groupmode='layer' id='sub'><path id='p' d='M0 0h1'/></g></g>"
+        "<g i:groupmode='layer' i:label='Pale' opacity='.5'><path d='M0 0h1'/></g></svg>");
+    ASSERT_TRUE(file.document);
+    Document& document = *file.document;
+    ASSERT_EQ(document.LayerCount(), 4u);
+    EXPECT_EQ(Structure(document), "g(g(p)) g(g(p)) g(p,p) g(p)");
+    EXPECT_EQ(document.LayerAt(0).title, "Pale");
+    EXPECT_EQ(document.LayerAt(0).root->firstChild->blend.opacity, 0.5);
+    EXPECT_EQ(document.LayerAt(1).title, "Front");
+    EXPECT_FALSE(document.LayerAt(1).visible);
+    EXPECT_EQ(Named(document, "p")->path()->segments[0].anchor.x, 6) << "8 pixels are 6 points";
+    EXPECT_EQ(document.LayerAt(2).root->lastChild->name, "loose");
+    EXPECT_EQ(document.LayerAt(3).title, "Back");
+    EXPECT_TRUE(document.LayerAt(3).locked);
+    EXPECT_FALSE(document.LayerAt(2).locked);
+}
+
+struct PageCase {
+    const char* attributes;
+    double width, height;
+    HostPoint point; ///< where (10, 20) comes out
+};
+class PageCases : public testing::TestWithParam<PageCase> {};
+
+TEST_P(PageCases, HasASizeInPointsAndYUpward) {
+    const ReadFile file = ReadText(std::string("<svg xmlns='http://www.w3.org/2000/svg' ") +
+                                   GetParam().attributes + "><path d='M10 20L40 80'/></svg>");
+    ASSERT_TRUE(file.document);
+    const HostRect& page = file.document->page;
+    EXPECT_EQ(page.left, 0);
+    EXPECT_EQ(page.bottom, 0);
+    EXPECT_DOUBLE_EQ(page.right, GetParam().width);
+    EXPECT_DOUBLE_EQ(page.top, GetParam().height);
+    const HostPoint point = OnlyArt(*file.document)->path()->segments[0].anchor;
+    EXPECT_NEAR(point.x, GetParam().point.x, 1e-9);
+    EXPECT_NEAR(point.y, GetParam().point.y, 1e-9);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Sizes, PageCases,
+    testing::Values(PageCase{"width='100' height='200'", 75, 150, {7.5, 135}},
+                    PageCase{"width='100pt' height='200pt'", 100, 200, {7.5, 185}},
+                    PageCase{"width='1in' height='2in' viewBox='0 0 72 144'", 72, 144, {10, 124}},
+                    PageCase{"width='100pt' height='100pt' viewBox='0 0 100 200'", 100, 100, {30, 90}},
+                    PageCase{"width='100pt' height='100pt' viewBox='0 0 100 200' preserveAspectRatio='none'",
+                             100,
+                             100,
+                             {10, 90}},
+                    PageCase{"viewBox='10 20 200 400'", 150, 300, {0, 300}},
+                    PageCase{"width='100%' height='100%' viewBox='0 0 200 400'", 150, 300, {7.5, 285}},
+                    PageCase{"width='75pt' viewBox='0 0 200 400'", 75, 150, {3.75, 142.5}},
+                    PageCase{"width='100' height='100' viewBox='0 0 0 0'", 75, 75, {7.5, 60}},
+                    PageCase{"width='-5' height='0' viewBox='0 0 100 100'", 75, 75, {7.5, 60}},
+                    // No size at all: as large as what it draws.
+                    PageCase{"", 30, 60, {7.5, 45}}));
+
+TEST(Metadata, TitlesSubjectsAndDescriptions) {
+    const ReadFile file = ReadBody(
+        "<title>Outer</title><metadata><r:RDF xmlns:r='urn:r' xmlns:d='urn:d'><Work><d:title> A &amp; B "
+        "</d:title>"
+        "<d:creator><Agent><d:title>Somebody</d:title></Agent></d:creator><d:subject><r:Bag><r:li>food</"
+        "r:li><r:li/><r:li> fruit </r:li></r:Bag></d:subject>"
+        "<d:description>Long text</d:description></Work></r:RDF></metadata><g><title>A group</title><path "
+        "d='M0 0h1'/></g>");
+    EXPECT_EQ(file.document->title, "A & B");
+    EXPECT_EQ(file.document->subject, "food, fruit");
+    EXPECT_EQ(file.document->description, "Long text");
+    EXPECT_EQ(OnlyArt(*file.document)->name, "A group");
+    EXPECT_EQ(ReadBody("<title>Outer</title><desc>Words</desc>").document->title, "Outer");
+    EXPECT_EQ(ReadBody("").document->title, "file");
+}
+
+TEST(Reading, SelectsNothing) {
+    const ReadFile file = ReadBody("<g><path d='M0 0h1'/></g>");
+    ForEachArt(*file.document->LayerAt(0).root, [](const Art& art) { EXPECT_FALSE(art.selected); });
+}
+
+} // namespace
+} // namespace workbench

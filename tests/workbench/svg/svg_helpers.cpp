@@ -1,0 +1,192 @@
+#include "tests/workbench/svg/svg_helpers.h"
+
+#include <charconv>
+#include <cmath>
+
+namespace workbench {
+namespace {
+
+std::string Exact(double value) {
+    char digits[32];
+    return {digits, std::to_chars(digits, digits + sizeof digits, value + 0.0).ptr};
+}
+
+template <typename... Values>
+std::string Line(const char* name, Values... values) {
+    std::string text = name;
+    ((text += " " + Exact(static_cast<double>(values))), ...);
+    return text + "\n";
+}
+
+std::string MatrixLine(const HostMatrix& m) {
+    return Line("matrix", m.a, m.b, m.c, m.d, m.tx, m.ty);
+}
+
+std::string ArtText(const Document& document, const Art& art);
+
+std::string PaintText(const Document& document, const HostColor& color) {
+    if (color.kind == kColorGradient) {
+        const HostGradientUse& use = color.u.gradient;
+        const Gradient* gradient = document.Find(use.gradient);
+        if (!gradient) return "no gradient\n";
+        std::string text = "gradient " + gradient->name + Line(" type", gradient->type) +
+                           Line("use", use.origin.x, use.origin.y, use.angle, use.length, use.highlightAngle,
+                                use.highlightLength) +
+                           MatrixLine(use.matrix);
+        for (const HostGradientStop& stop : gradient->stops)
+            text += Line("stop", stop.midpoint, stop.location, stop.opacity) + ColorOf(document, stop.color) +
+                    "\n";
+        return text;
+    }
+    if (color.kind == kColorPattern) {
+        const HostPatternUse& use = color.u.pattern;
+        const Pattern* pattern = document.Find(use.pattern);
+        if (!pattern || !pattern->art) return "no pattern\n";
+        return "pattern " + pattern->name + "\n" +
+               Line("use", use.shiftDistance, use.shiftAngle, use.scale.x, use.scale.y, use.rotation,
+                    use.reflect, use.reflectAngle, use.shearAngle, use.shearAxis) +
+               MatrixLine(use.matrix) + "{\n" + ArtText(document, *pattern->art) + "}\n";
+    }
+    return ColorOf(document, color) + "\n";
+}
+
+std::string StyleText(const Document& document, const HostPathStyle& style) {
+    std::string text = Line("painted", style.fillPaint, style.strokePaint);
+    text += "fill " + PaintText(document, style.fill) + "stroke " + PaintText(document, style.stroke);
+    text += Line("line", style.lineWidth, style.lineCap, style.lineJoin, style.miterLimit);
+    text += Line("dash", style.dash.count, style.dash.offset);
+    for (int i = 0; i < style.dash.count; ++i) text += Line("length", style.dash.lengths[i]);
+    return text + Line("flags", style.fillOverprint, style.strokeOverprint, style.clip, style.lockClip,
+                       style.evenOdd, style.resolution);
+}
+
+std::string ArtText(const Document& document, const Art& art) {
+    std::string text =
+        Line("art", art.kind, art.selected, art.locked, art.hidden) + "name " + art.name + "\n";
+    text += Line("blend", art.blend.mode, art.blend.opacity, art.blend.isolated, art.blend.knockout,
+                 art.blend.alphaIsShape);
+    if (const GroupData* group = art.group()) text += Line("clipped", group->clipped);
+    if (const PathData* path = art.path()) {
+        text += Line("path", path->closed, path->guide) + StyleText(document, path->style);
+        for (const HostPathSegment& s : path->segments)
+            text += Line("segment", s.anchor.x, s.anchor.y, s.in.x, s.in.y, s.out.x, s.out.y, s.corner);
+    }
+    text += "{\n";
+    for (const Art* child = art.firstChild; child; child = child->below) text += ArtText(document, *child);
+    return text + "}\n";
+}
+
+std::string Rounded(double value) {
+    const double rounded = std::round(value * 1e6) / 1e6;
+    return Exact(rounded == 0 ? 0 : rounded);
+}
+
+std::string PointText(HostPoint point) {
+    return Rounded(point.x) + "," + Rounded(point.y);
+}
+
+std::string PieceText(const HostPathSegment& from, const HostPathSegment& to) {
+    const auto same = [](HostPoint a, HostPoint b) { return a.x == b.x && a.y == b.y; };
+    if (same(from.out, from.anchor) && same(to.in, to.anchor)) return " L" + PointText(to.anchor);
+    return " C" + PointText(from.out) + " " + PointText(to.in) + " " + PointText(to.anchor);
+}
+
+} // namespace
+
+ReadFile ReadText(const std::string& text) {
+    ReadFile file;
+    file.document = ReadSvg({reinterpret_cast<const uint8_t*>(text.data()), text.size()},
+                            "some/where/file.svg", &file.report, &file.error);
+    return file;
+}
+
+ReadFile ReadBody(const std::string& body) {
+    ReadFile file = ReadText(
+        "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink' "
+        "width='100pt' height='100pt' viewBox='0 0 100 100'>" +
+        body + "</svg>");
+    EXPECT_TRUE(file.document) << file.error;
+    if (!file.document) file.document = std::make_unique<Document>();
+    return file;
+}
+
+const Art* OnlyArt(const Document& document) {
+    static const Art nothing{};
+    const Art* root = document.LayerAt(0).root;
+    const bool one = document.LayerCount() == 1 && root->firstChild && root->firstChild == root->lastChild;
+    EXPECT_TRUE(one) << Structure(document);
+    return one ? root->firstChild : &nothing;
+}
+
+const Art* Named(const Document& document, const std::string& name) {
+    const Art* found = nullptr;
+    for (size_t i = 0; i < document.LayerCount(); ++i)
+        ForEachArt(*document.LayerAt(i).root, [&](const Art& art) {
+            if (!found && art.name == name) found = &art;
+        });
+    return found;
+}
+
+std::string Outline(const Art& art) {
+    const PathData* path = art.path();
+    if (!path || path->segments.empty()) return "no path";
+    const auto& segments = path->segments;
+    std::string text = "M" + PointText(segments.front().anchor);
+    for (size_t i = 1; i < segments.size(); ++i) text += PieceText(segments[i - 1], segments[i]);
+    if (!path->closed) return text;
+    const std::string back = PieceText(segments.back(), segments.front());
+    return text + (back[1] == 'C' ? back : "") + " Z";
+}
+
+std::string Structure(const Art& art) {
+    if (art.kind == kArtPath) return "p";
+    const bool clipped = art.group() && art.group()->clipped;
+    std::string text = art.kind == kArtCompoundPath ? "c(" : clipped ? "clip(" : "g(";
+    for (const Art* child = art.firstChild; child; child = child->below)
+        text += Structure(*child) + (child->below ? "," : "");
+    return text + ")";
+}
+
+std::string Structure(const Document& document) {
+    std::string text;
+    for (size_t i = 0; i < document.LayerCount(); ++i)
+        text += (i ? " " : "") + Structure(*document.LayerAt(i).root);
+    return text;
+}
+
+std::string ColorOf(const Document& document, const HostColor& color) {
+    switch (color.kind) {
+        case kColorGray:
+            return "gray " + Exact(color.u.gray.gray);
+        case kColorFour:
+            return "four " + Exact(color.u.four.cyan) + " " + Exact(color.u.four.magenta) + " " +
+                   Exact(color.u.four.yellow) + " " + Exact(color.u.four.black);
+        case kColorThree:
+            return "three " + Exact(color.u.three.red) + " " + Exact(color.u.three.green) + " " +
+                   Exact(color.u.three.blue);
+        case kColorCustom: {
+            const CustomColor* custom = document.Find(color.u.custom.color);
+            if (!custom) return "no custom colour";
+            std::string text = "custom " + custom->name + " " + Exact(color.u.custom.tint) + " of " +
+                               std::to_string(custom->definition.kind);
+            for (const double value : custom->definition.values) text += " " + Exact(value);
+            return text + " " + std::to_string(custom->definition.flags);
+        }
+        default:
+            return "other";
+    }
+}
+
+std::string DocumentText(const Document& document) {
+    std::string text = "title " + document.title + "\nsubject " + document.subject + "\ndescription " +
+                       document.description + "\n";
+    text += Line("page", document.page.left, document.page.top, document.page.right, document.page.bottom);
+    for (size_t i = 0; i < document.LayerCount(); ++i) {
+        const Layer& layer = document.LayerAt(i);
+        text +=
+            "layer " + layer.title + Line("", layer.visible, layer.locked) + ArtText(document, *layer.root);
+    }
+    return text;
+}
+
+} // namespace workbench
