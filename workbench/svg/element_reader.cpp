@@ -184,7 +184,10 @@ Art* ReadGroup(ReadContext& context, pugi::xml_node element, ElementKind kind, c
                Art* container) {
     Art* group = context.NewArt(kArtGroup, container);
     if (!group) return nullptr;
-    FillGroup(context, element, kind, here, group);
+    {
+        const InHand inHand(context, element);
+        FillGroup(context, element, kind, here, group);
+    }
     if (!group->firstChild && context.Own(element, kOwnEmpty) != "true") {
         context.document.DisposeArt(group);
         return nullptr;

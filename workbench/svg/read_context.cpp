@@ -169,13 +169,17 @@ Visit::Visit(ReadContext& context) : context_(context) {
 
 Reference::Reference(ReadContext& context, pugi::xml_node element)
     : context_(context),
-      good_(context.inUse.size() < kMaxReferenceDepth &&
-            std::ranges::find(context.inUse, element) == context.inUse.end()) {
-    if (good_) context_.inUse.push_back(element);
+      good_(context.references < kMaxReferenceDepth &&
+            std::ranges::find(context.inHand, element) == context.inHand.end()) {
+    if (!good_) return;
+    context_.inHand.push_back(element);
+    ++context_.references;
 }
 
 Reference::~Reference() {
-    if (good_) context_.inUse.pop_back();
+    if (!good_) return;
+    context_.inHand.pop_back();
+    --context_.references;
 }
 
 ComputedStyle StyleInPlace(ReadContext& context, pugi::xml_node element) {

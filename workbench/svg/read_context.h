@@ -69,8 +69,9 @@ struct ReadContext {
     std::string ownPrefix; ///< of kDocumentNamespace, with its colon; empty: the file has none of its words
     size_t visitsLeft = 0, artLeft = kMaxArt, segmentsLeft = kMaxSegments;
     int depth = 0;
-    std::string refusal;               ///< why the file is given up; nothing more is read once it is set
-    std::vector<pugi::xml_node> inUse; ///< what is being drawn through a reference, against cycles
+    std::string refusal;                ///< why the file is given up; nothing more is read once it is set
+    std::vector<pugi::xml_node> inHand; ///< containers and references being drawn, against cycles
+    size_t references = 0;              ///< how many of them are references
 
     // What was made already, by the element and whatever else decides what it looks like.
     std::map<std::pair<const void*, int32_t>, GradientHandle> gradients;
@@ -110,7 +111,21 @@ private:
     bool good_ = true;
 };
 
-/// Marks a referenced element as being drawn; false if it is so already.
+/// Marks a container as being drawn.
+class InHand {
+public:
+    InHand(ReadContext& context, pugi::xml_node element) : context_(context) {
+        context.inHand.push_back(element);
+    }
+    ~InHand() { context_.inHand.pop_back(); }
+    InHand(const InHand&) = delete;
+    InHand& operator=(const InHand&) = delete;
+
+private:
+    ReadContext& context_;
+};
+
+/// Marks a referenced element as being drawn; false if it is so already, or too deep within others.
 class Reference {
 public:
     Reference(ReadContext& context, pugi::xml_node element);
