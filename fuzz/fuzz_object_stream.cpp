@@ -1,4 +1,4 @@
-/// Fuzzes whatever reads an object stream.
+/// Fuzzes whatever reads an object stream: the swap of a whole record, and the load into the stand-in host.
 ///
 /// The input is a stream as it lies on disk, or a recipe for one: objects with sound headers, zero bytes and
 /// a few patches, so that short inputs get deep into objects of several thousand bytes.
@@ -8,12 +8,16 @@
 #include <cstring>
 #include <memory>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "plugin/frame/globals.h"
+#include "plugin/host/suite_table.h"
 #include "plugin/objects/byte_order.h"
 #include "plugin/objects/object_stream.h"
+#include "plugin/rebuild/load_art.h"
 #include "plugin/store/record_layout.h"
+#include "workbench/suites/host.h"
 
 namespace {
 
@@ -119,16 +123,56 @@ void SwapBothWays(const Bytes& stream) {
     if (std::memcmp(before.data(), record.bytes(), before.size()) != 0) std::abort();
 }
 
+workbench::Host* host; ///< for the length of the program, its suites held
+
+/// A damaged stream can nest what doesn't go together, and only the host knows; no call may be wrong in any
+/// other way.
+bool IsForgiven(const std::string& fault) {
+    return fault.ends_with("a wrong place for art") || fault.ends_with("not a group beside the plug-in art");
+}
+
+void LoadIntoDocument(const Bytes& stream) {
+    FreeHandle(globals->curRecord);
+    globals->curRecord = StoredRecord(stream);
+    SwapRecordFromStore(globals->curRecord, true);
+
+    host->Open(std::make_unique<workbench::Document>());
+    workbench::Art* target = host->front()->PrependArt(kArtPath, host->front()->CurrentLayer().root);
+    const bool transfer = stream.size() % 4 == 3;
+    globals->trackState = transfer ? 2 : 0;
+    globals->trackTarget = target->handle;
+    globals->layerOption = transfer ? 0 : 1;
+    globals->placePoint = {100, 200};
+    RebuildCurrentRecord();
+
+    for (const std::string& fault : host->faults()) {
+        if (!IsForgiven(fault)) std::abort();
+    }
+    host->ClearFaults();
+    host->ClearAlerts();
+    FreeHandle(globals->curRecord);
+    FreeHandle(globals->pendingTags);
+    // Nothing temporary stays: a transfer leaves the layer as it was.
+    const workbench::Art& root = *host->front()->CurrentLayer().root;
+    if (transfer && (root.firstChild != target || target->below)) std::abort();
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
     static const auto state = std::make_unique<Globals>();
     globals = state.get();
     globals->swapBytes = 1;
-    return 0;
+    static const auto standIn = std::make_unique<workbench::Host>();
+    host = standIn.get();
+    host->AddPluginGroup("Blend");
+    moduleBasic = host->basic();
+    return AcquireHostSuites(host->basic());
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    SwapBothWays(StreamOf(data, size));
+    const Bytes stream = StreamOf(data, size);
+    SwapBothWays(stream);
+    LoadIntoDocument(stream);
     return 0;
 }
