@@ -17,7 +17,7 @@ constexpr double kValueTolerance = 0.001; // stored values are cut to a tenth of
 namespace {
 
 /// The number of values that stand for a colour of that kind.
-int ValueCount(int32_t kind) {
+size_t ValueCount(int32_t kind) {
     return kind == kCustomFour ? 4 : 3;
 }
 
@@ -34,8 +34,8 @@ bool ReadDefinition(const std::vector<std::string>& tokens, customColorEntry* en
         return false;
     entry->flags = static_cast<int16_t>(DecimalInteger(TokenAt(tokens, 3)));
     const double unit = entry->kind == kCustomLab ? 1.0 : 100.0;
-    for (int i = 0; i < ValueCount(entry->kind); ++i)
-        entry->values[i] = DecimalReal(TokenAt(tokens, static_cast<size_t>(4 + i))) / unit;
+    for (size_t i = 0; i < ValueCount(entry->kind); ++i)
+        entry->values[i] = DecimalReal(TokenAt(tokens, 4 + i)) / unit;
     return true;
 }
 
@@ -72,7 +72,7 @@ bool SameDefinition(CustomColorHandle color, const customColorEntry& entry) {
     HostCustomColor definition{};
     if (CustomColorSuite().GetCustomColor(color, &definition) != kHostNoError) return false;
     if (definition.kind != entry.kind || static_cast<int16_t>(definition.flags) != entry.flags) return false;
-    for (int i = 0; i < ValueCount(entry.kind); ++i) {
+    for (size_t i = 0; i < ValueCount(entry.kind); ++i) {
         if (!(std::fabs(definition.values[i] - entry.values[i]) < kValueTolerance)) return false;
     }
     return true;
