@@ -76,7 +76,8 @@ TEST_F(CommandsTest, ADrawingIsStoredListedShownAndPlacedAgain) {
                                              "200,300", "--origin", "2", "--out", Path("out.json")});
     ASSERT_EQ(placed.code, 0) << placed.err;
     double left = 1e9, bottom = 1e9;
-    for (const json& segment : ReadJson(Path("out.json"))["layers"][0]["art"][0]["segments"]) {
+    const json page = ReadJson(Path("out.json"));
+    for (const json& segment : page["layers"][0]["art"][0]["segments"]) {
         left = std::min(left, segment["anchor"][0].get<double>());
         bottom = std::min(bottom, segment["anchor"][1].get<double>());
     }

@@ -37,17 +37,15 @@ protected:
 
     std::map<std::string, int> Counts() {
         std::map<std::string, int> counts;
-        for (const json& group :
-             json::parse(RunCommand({"list", "--db", Database(), "--json"}).out)["groups"]) {
-            counts[group["group"]] = group["count"];
-        }
+        const json list = json::parse(RunCommand({"list", "--db", Database(), "--json"}).out);
+        for (const json& group : list["groups"]) counts[group["group"]] = group["count"];
         return counts;
     }
 
     std::vector<std::string> Names(const std::string& group) {
         std::vector<std::string> names;
-        const std::string out = RunCommand({"list", "--db", Database(), group, "--json"}).out;
-        for (const json& record : json::parse(out)["records"]) names.push_back(record["name"]);
+        const json list = json::parse(RunCommand({"list", "--db", Database(), group, "--json"}).out);
+        for (const json& record : list["records"]) names.push_back(record["name"]);
         return names;
     }
 

@@ -34,35 +34,30 @@ protected:
 };
 
 TEST_F(RoundtripTest, PathsGroupsClipsAndPatternsComeBackTheSame) {
-    const json trip =
-        Roundtrip(R"(
+    const json trip = Roundtrip(R"svg(
         <defs>
           <clipPath id="c"><circle cx="50" cy="50" r="30"/></clipPath>
           <pattern id="p" width="10" height="10" patternUnits="userSpaceOnUse"><rect width="5" height="5"/></pattern>
           <linearGradient id="g" gradientUnits="userSpaceOnUse" x1="0" y1="0" x2="50" y2="20"
-              gradientTransform="rotate(20) scale(1.5 0.7)" > <stop stop - color = "red" />
-                  <stop offset = "0.3" /><stop offset = "1" stop - color = "#0f8" /></ linearGradient></ defs>
-                  <g opacity = "0.5"><path d = "M10 10C20 0 40 0 50 10S80 30 90 10Z M20 5h5v5h-5z" fill =
-                                          "url(#g)" fill - rule = "evenodd" /></ g><g clip - path = "url(#c)">
-                  <rect width = "80" height = "90" fill = "url(#p)" />
-                  <circle cx = "40" cy = "40" r = "9" fill - opacity = "0.25" /></ g>
-                  <path d = "M5 5L90 95" fill = "none" stroke =
-                       "#123456" stroke - width = "3.7" stroke - dasharray = "3 1 2" stroke - linecap =
-                                                                                 "round" stroke - linejoin =
-                                                                                     "bevel" />) ");
-        EXPECT_EQ(trip["result"], "same")
-        << trip.dump(1);
+              gradientTransform="rotate(20) scale(1.5 0.7)"><stop stop-color="red"/><stop offset="0.3"/>
+              <stop offset="1" stop-color="#0f8"/></linearGradient>
+        </defs>
+        <g opacity="0.5"><path d="M10 10C20 0 40 0 50 10S80 30 90 10Z M20 5h5v5h-5z" fill="url(#g)"
+            fill-rule="evenodd"/></g>
+        <g clip-path="url(#c)"><rect width="80" height="90" fill="url(#p)"/><circle cx="40" cy="40" r="9"
+            fill-opacity="0.25"/></g>
+        <path d="M5 5L90 95" fill="none" stroke="#123456" stroke-width="3.7" stroke-dasharray="3 1 2"
+            stroke-linecap="round" stroke-linejoin="bevel"/>)svg");
+    EXPECT_EQ(trip["result"], "same") << trip.dump(1);
 }
 
 TEST_F(RoundtripTest, WhatARecordCannotKeepIsCounted) {
-    const json trip = Roundtrip(R"(
+    const json trip = Roundtrip(R"svg(
         <defs><linearGradient id="g"><stop stop-color="red" stop-opacity="0.5"/><stop offset="1" stop-opacity="0.2"/>
         </linearGradient></defs>
-        <rect x="10" y="10" width="50" height="50" fill="url(#g)" /
-                                > <rect x = "10" y = "10" width = "50" height = "50" fill = "none" stroke =
-                                       "url(#g)" stroke - width = "5" />) ");
-                      EXPECT_EQ(trip["result"], "loss")
-                      << trip.dump(1);
+        <rect x="10" y="10" width="50" height="50" fill="url(#g)"/>
+        <rect x="10" y="10" width="50" height="50" fill="none" stroke="url(#g)" stroke-width="5"/>)svg");
+    EXPECT_EQ(trip["result"], "loss") << trip.dump(1);
     EXPECT_EQ(trip["losses"]["stop opacity"], 2);
     EXPECT_EQ(trip["losses"]["gradient on a stroke"], 1);
 }
