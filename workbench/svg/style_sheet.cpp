@@ -330,8 +330,7 @@ void StyleSheet::Match(pugi::xml_node element, std::vector<Declaration>* declara
     if (exhausted_ || matched_.empty()) return;
     std::ranges::sort(matched_, {},
                       [&](uint32_t rule) { return std::pair(rules_[rule].specificity, rules_[rule].order); });
-    const auto repeated = std::ranges::unique(matched_);
-    matched_.erase(repeated.begin(), repeated.end());
+    matched_.erase(std::unique(matched_.begin(), matched_.end()), matched_.end());
     for (const uint32_t rule : matched_) steps_ += rules_[rule].count;
     exhausted_ = steps_ > kMaxSelectorSteps;
     if (exhausted_) return;

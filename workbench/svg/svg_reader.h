@@ -26,8 +26,9 @@ struct ReadReport {
 /// Reads a file's content, SVG or SVG packed by gzip (known by its first bytes, not by its name).
 ///
 /// The document has the page of the file in points, y growing upward, (0, 0) the page's lower left corner;
-/// nothing is selected.  Art bears its element's id as its name.
-/// @param fileName  UTF-8; its last part is the title of a document that has none of its own
+/// nothing is selected.  Art bears its element's id as its name, or its title if it has none.  What isn't
+/// displayed is read as hidden art, so a caller that selects everything has to leave hidden art out.
+/// @param fileName  UTF-8; its last part without the suffix is the title of a document that has none
 /// @param report    may be null
 /// @param error     set when the answer is null; may be null
 /// @return null if the bytes are no SVG, or ask for more than the bounds of svg_limits.h allow

@@ -85,19 +85,18 @@ void WritePath(WriteContext& context, const Art& art, std::string* markup) {
 }
 
 /// Defines the clip path that `path` is for its group, and gives its id.
-std::string DefineClip(WriteContext& context, const Art& path) {
-    const Art* top = nullptr;
-    OutlinesOf(path, &top);
-    const HostPathStyle& style = top->path()->style;
+/// @param top  the member of `path` whose style counts
+std::string DefineClip(WriteContext& context, const Art& path, const Art& top) {
+    const HostPathStyle& style = top.path()->style;
     std::string text = "<path" + OutlineAttributes(context, path);
     AppendName(context, path.name, &text);
     if (path.locked) AppendAttribute(&text, "sodipodi:insensitive", "true");
     if (style.evenOdd) AppendAttribute(&text, "clip-rule", "evenodd");
-    if (!OnlyClips(context, style) || !(top->blend == Blend{})) {
+    if (!OnlyClips(context, style) || !(top.blend == Blend{})) {
         AppendOwn(&text, kOwnPainted, "true");
-        text += BlendAttributes(top->blend) + PaintAttributes(context, style, DefaultPathStyle());
+        text += BlendAttributes(top.blend) + PaintAttributes(context, style, DefaultPathStyle());
     }
-    const std::string id = context.NewId("clip");
+    std::string id = context.NewId("clip");
     context.defs += "<clipPath id=\"" + id + "\">" + text + "/></clipPath>\n";
     return id;
 }
@@ -117,7 +116,7 @@ void WriteGroup(WriteContext& context, const Art& art, std::string* markup) {
         if (art.firstChild && IsPathLike(*art.firstChild)) OutlinesOf(*art.firstChild, &top);
         if (top && top->path()->style.clip) {
             clip = art.firstChild;
-            AppendAttribute(&text, "clip-path", "url(#" + DefineClip(context, *clip) + ")");
+            AppendAttribute(&text, "clip-path", "url(#" + DefineClip(context, *clip, *top) + ")");
         } else {
             AppendOwn(&text, kOwnClipped, "true");
         }
