@@ -55,7 +55,8 @@ typedef struct AIPathSuite {
     HostError (*GetPathSegments)(ArtHandle path, int32_t first, int32_t count, HostPathSegment* segments);
 
     /* Replaces or, from the end on, adds; `first` may be at most the count. */
-    HostError (*SetPathSegments)(ArtHandle path, int32_t first, int32_t count, const HostPathSegment* segments);
+    HostError (*SetPathSegments)(ArtHandle path, int32_t first, int32_t count,
+                                 const HostPathSegment* segments);
     HostError (*GetPathClosed)(ArtHandle path, int32_t* closed);
     HostError (*SetPathClosed)(ArtHandle path, int32_t closed);
     HostError (*GetPathGuide)(ArtHandle path, int32_t* guide);

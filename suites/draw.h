@@ -9,14 +9,14 @@ enum : int32_t { kDrawOutputPort = 2 };
 
 /* What one DrawArt call draws.  Fields that a caller doesn't set are 0. */
 typedef struct HostDrawData {
-    uint32_t version;    /* 11 */
-    uint32_t options;    /* bits of the host; 15 draws fills, strokes, images and text */
-    int32_t outputKind;  /* kDrawOutputPort */
-    HostPoint origin;    /* the art point that falls on the port's upper left corner */
-    HostMatrix matrix;   /* art units to pixels, applied behind the move of `origin` to (0, 0) */
-    ArtHandle art;       /* drawn with all its members */
-    double threshold;    /* the host's matter */
-    uint16_t colors[4];  /* the host's matter: colours of its highlights */
+    uint32_t version;   /* 11 */
+    uint32_t options;   /* bits of the host; 15 draws fills, strokes, images and text */
+    int32_t outputKind; /* kDrawOutputPort */
+    HostPoint origin;   /* the art point that falls on the port's upper left corner */
+    HostMatrix matrix;  /* art units to pixels, applied behind the move of `origin` to (0, 0) */
+    ArtHandle art;      /* drawn with all its members */
+    double threshold;   /* the host's matter */
+    uint16_t colors[4]; /* the host's matter: colours of its highlights */
     PortHandle port;
 } HostDrawData;
 

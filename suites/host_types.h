@@ -14,16 +14,16 @@ typedef int32_t HostError;
 /* Codes that the contract itself names.  A host may give others; a plug-in passes them on. */
 enum : HostError {
     kHostNoError = 0,
-    kHostSilent = 1,                       /* a failure that the user knows of already: no alert */
-    kHostSuiteNotFound = 0x53214664,       /* 'S!Fd': no suite of that name and version */
-    kHostStopped = 0x53544F50,             /* 'STOP': the user stopped it, no alert */
-    kHostOutOfMemory = 0x4D454D21,         /* 'MEM!' */
-    kHostBadParameter = 0x5041524D,        /* 'PARM': a value out of range or a missing pointer */
-    kHostBadHandle = 0x42485221,           /* 'BHR!': a stale handle, or none where one is needed */
-    kHostBadArt = 0x42415221,              /* 'BAR!': art of another kind than the operation takes */
-    kHostBadPlace = 0x42504C21,            /* 'BPL!': art can't be made or moved there */
-    kHostNotFound = 0x4E464E44,            /* 'NFND': no such name, tag, style, file */
-    kHostRefused = 0x52465553,             /* 'RFUS': the host would not do it */
+    kHostSilent = 1,                 /* a failure that the user knows of already: no alert */
+    kHostSuiteNotFound = 0x53214664, /* 'S!Fd': no suite of that name and version */
+    kHostStopped = 0x53544F50,       /* 'STOP': the user stopped it, no alert */
+    kHostOutOfMemory = 0x4D454D21,   /* 'MEM!' */
+    kHostBadParameter = 0x5041524D,  /* 'PARM': a value out of range or a missing pointer */
+    kHostBadHandle = 0x42485221,     /* 'BHR!': a stale handle, or none where one is needed */
+    kHostBadArt = 0x42415221,        /* 'BAR!': art of another kind than the operation takes */
+    kHostBadPlace = 0x42504C21,      /* 'BPL!': art can't be made or moved there */
+    kHostNotFound = 0x4E464E44,      /* 'NFND': no such name, tag, style, file */
+    kHostRefused = 0x52465553,       /* 'RFUS': the host would not do it */
 };
 
 typedef struct HostArtTag* ArtHandle;

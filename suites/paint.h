@@ -53,7 +53,8 @@ typedef struct AICustomColorSuite {
     HostError (*GetCustomColorByName)(UnicodeStringHandle name, CustomColorHandle* color);
 
     /* kHostRefused if the name is taken or empty. */
-    HostError (*NewCustomColor)(const HostCustomColor* definition, UnicodeStringHandle name, CustomColorHandle* color);
+    HostError (*NewCustomColor)(const HostCustomColor* definition, UnicodeStringHandle name,
+                                CustomColorHandle* color);
 } AICustomColorSuite;
 
 /* AI Swatch List Suite, version 7: the document's palette. */

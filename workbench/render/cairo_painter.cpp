@@ -2,9 +2,9 @@
 
 #include <vector>
 
+#include "workbench/document/color.h"
 #include "workbench/render/art_renderer.h"
 #include "workbench/render/cairo_pixels.h"
-#include "workbench/document/color.h"
 
 namespace workbench {
 namespace {

@@ -5,10 +5,10 @@
 #include <numbers>
 #include <vector>
 
-#include "workbench/render/art_renderer.h"
-#include "workbench/render/cairo_handle.h"
 #include "workbench/document/color.h"
 #include "workbench/document/pattern_space.h"
+#include "workbench/render/art_renderer.h"
+#include "workbench/render/cairo_handle.h"
 
 namespace workbench {
 namespace {
