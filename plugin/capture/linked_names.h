@@ -1,10 +1,7 @@
 /// Names for the linked files that are stored beside a record.
 #pragma once
 
-#include <cstddef>
-
-constexpr size_t kLinkPathBytes = 256; ///< an entry of linkPaths
-constexpr size_t kLinkNameBytes = 64;  ///< an entry of linkNames
+#include "plugin/store/linked_files.h"
 
 /// Enters a linked file in the link list, unless it is there, and replaces its full path in `text` by the
 /// name under which the file is stored.
