@@ -6,8 +6,7 @@
 #include "app/commands.h"
 #include "app/database_view.h"
 #include "app/exit_code.h"
-#include "app/session.h"
-#include "app/texts.h"
+#include "app/open_database.h"
 #include "plugin/store/record.h"
 
 namespace {
@@ -44,10 +43,6 @@ Json RecordJson(const std::string& group, const RecordSummary& record) {
 }
 
 int ListRecords(const std::string& group, bool json) {
-    if (!GroupFileExists(group.c_str())) {
-        Complain(GroupForPeople(group) + ": there is no such group");
-        return kFileTrouble;
-    }
     uint32_t expected = 0;
     Json records = Json::array();
     const auto headers = ReadHeaders(group, &expected);
@@ -75,19 +70,7 @@ int ListRecords(const std::string& group, bool json) {
 } // namespace
 
 int RunList(const ListOptions& options) {
-    Session session;
-    if (!session.ok()) return kRefusedOrDiffers;
-    std::string error;
-    if (!session.OpenDatabase(options.database, false, &error)) {
-        Complain(error);
-        return kFileTrouble;
-    }
-    const SuitesHeld held(session.host());
-    if (options.group.empty()) return ListGroupsOf(options.json);
-    const auto group = GroupNameOfUtf8(options.group, &error);
-    if (!group) {
-        Complain(options.group + ": " + error);
-        return kRefusedOrDiffers;
-    }
-    return ListRecords(*group, options.json);
+    const OpenedDatabase database(options.database, options.group);
+    if (database.trouble() != kDone) return database.trouble();
+    return options.group.empty() ? ListGroupsOf(options.json) : ListRecords(database.group(), options.json);
 }

@@ -5,8 +5,7 @@
 #include "app/commands.h"
 #include "app/documents.h"
 #include "app/exit_code.h"
-#include "app/session.h"
-#include "app/texts.h"
+#include "app/open_database.h"
 #include "plugin/frame/globals.h"
 #include "plugin/rebuild/load_art.h"
 #include "plugin/store/record.h"
@@ -23,12 +22,7 @@ bool ParsePoint(const std::string& text, HostPoint* point) {
 }
 
 /// Loads the record into the front document.
-int Load(Session& session, const std::string& group, const PlaceOptions& options, const HostPoint& point) {
-    const SuitesHeld held(session.host());
-    if (!GroupFileExists(group.c_str())) {
-        Complain(options.group + ": there is no such group");
-        return kFileTrouble;
-    }
+int Load(const std::string& group, const PlaceOptions& options, const HostPoint& point) {
     globals->placePoint = point;
     globals->originMode = static_cast<int16_t>(options.origin);
     globals->trackState = 0;
@@ -60,18 +54,9 @@ int RunPlace(const PlaceOptions& options) {
         Complain(error);
         return kUsage;
     }
-    Session session;
-    if (!session.ok()) return kRefusedOrDiffers;
-    if (options.trace) session.Trace();
-    if (!session.OpenDatabase(options.database, false, &error)) {
-        Complain(error);
-        return kFileTrouble;
-    }
-    const auto group = GroupNameOfUtf8(options.group, &error);
-    if (!group) {
-        Complain(options.group + ": " + error);
-        return kRefusedOrDiffers;
-    }
+    OpenedDatabase database(options.database, options.group);
+    if (database.trouble() != kDone) return database.trouble();
+    if (options.trace) database.session().Trace();
     auto document = std::make_unique<workbench::Document>();
     if (!options.into.empty()) {
         workbench::ReadReport report;
@@ -83,13 +68,13 @@ int RunPlace(const PlaceOptions& options) {
         const std::string losses = LossesLine(report.losses);
         if (!losses.empty()) Complain(options.into + ": not taken from the file: " + losses);
     }
-    session.host().Open(std::move(document));
-    const int loaded = Load(session, *group, options, point);
+    database.host().Open(std::move(document));
+    const int loaded = Load(database.group(), options, point);
     if (loaded != kDone) return loaded;
     for (const std::string& out : options.out) {
-        if (SaveDocument(*session.host().front(), out, &error)) continue;
+        if (SaveDocument(*database.host().front(), out, &error)) continue;
         Complain(error);
         return kFileTrouble;
     }
-    return session.faulty() ? kRefusedOrDiffers : kDone;
+    return database.Ended(kDone);
 }

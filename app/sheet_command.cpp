@@ -5,9 +5,7 @@
 #include "app/database_view.h"
 #include "app/documents.h"
 #include "app/exit_code.h"
-#include "app/session.h"
-#include "app/texts.h"
-#include "plugin/store/record.h"
+#include "app/open_database.h"
 #include "workbench/render/contact_sheet.h"
 
 namespace {
@@ -37,27 +35,11 @@ std::string NumberedName(const std::string& name, size_t number) {
 } // namespace
 
 int RunSheet(const SheetOptions& options) {
-    Session session;
-    if (!session.ok()) return kRefusedOrDiffers;
-    std::string error;
-    if (!session.OpenDatabase(options.database, false, &error)) {
-        Complain(error);
-        return kFileTrouble;
-    }
-    const SuitesHeld held(session.host());
-    std::vector<std::string> groups;
-    if (options.group.empty()) {
-        groups = AllGroups();
-    } else {
-        const auto group = GroupNameOfUtf8(options.group, &error);
-        if (!group || !GroupFileExists(group->c_str())) {
-            Complain(options.group + ": " + (group ? "there is no such group" : error));
-            return group ? kFileTrouble : kRefusedOrDiffers;
-        }
-        groups.push_back(*group);
-    }
+    const OpenedDatabase database(options.database, options.group);
+    if (database.trouble() != kDone) return database.trouble();
     std::vector<workbench::SheetSection> sections;
-    for (const std::string& group : groups) sections.push_back(SectionOf(group));
+    for (const std::string& group : database.Groups()) sections.push_back(SectionOf(group));
+    std::string error;
     size_t number = 0;
     for (const workbench::PagePicture& sheet : workbench::DrawContactSheets(sections, options.size)) {
         const std::vector<uint8_t> png = workbench::PngOfPicture(sheet, &error);

@@ -6,9 +6,8 @@
 #include "app/database_view.h"
 #include "app/documents.h"
 #include "app/exit_code.h"
+#include "app/open_database.h"
 #include "app/record_json.h"
-#include "app/session.h"
-#include "app/texts.h"
 #include "plugin/frame/globals.h"
 #include "plugin/store/record.h"
 #include "workbench/render/page_files.h"
@@ -46,37 +45,24 @@ bool SavePreview(const std::string& group, const ShowOptions& options, std::stri
 } // namespace
 
 int RunShow(const ShowOptions& options) {
-    Session session;
-    if (!session.ok()) return kRefusedOrDiffers;
+    const OpenedDatabase database(options.database, options.group);
+    if (database.trouble() != kDone) return database.trouble();
+    const std::string& group = database.group();
     std::string error;
-    if (!session.OpenDatabase(options.database, false, &error)) {
-        Complain(error);
-        return kFileTrouble;
-    }
-    const auto group = GroupNameOfUtf8(options.group, &error);
-    if (!group) {
-        Complain(options.group + ": " + error);
-        return kRefusedOrDiffers;
-    }
-    const SuitesHeld held(session.host());
-    if (!GroupFileExists(group->c_str())) {
-        Complain(options.group + ": there is no such group");
-        return kFileTrouble;
-    }
-    AidbReadRecord(group->c_str(), options.number, nullptr, kReadWhole, true);
+    AidbReadRecord(group.c_str(), options.number, nullptr, kReadWhole, true);
     if (!globals->curRecord) {
         Complain(options.group + ": record " + std::to_string(options.number) +
                  " can't be read: there is none of that number, or the file is damaged before it");
         return kRefusedOrDiffers;
     }
-    Json json = {{"schema", 1}, {"group", GroupForPeople(*group)}, {"number", options.number}};
+    Json json = {{"schema", 1}, {"group", GroupForPeople(group)}, {"number", options.number}};
     json.update(RecordToJson(globals->curRecord));
     if (options.json) {
         PrintJson(json);
     } else {
         PrintText(json, 0);
     }
-    if (options.preview.empty() || SavePreview(*group, options, &error)) return kDone;
+    if (options.preview.empty() || SavePreview(group, options, &error)) return kDone;
     Complain(options.preview + ": " + error);
     return kFileTrouble;
 }
