@@ -5,11 +5,13 @@
 
 #include "suites/basic.h"
 
-/// Fills the fresh block of state: the defaults of a first start and the curve tables.
+/// Fills the fresh block of state: the defaults of a first start, the curve tables, and over them the
+/// preferences.
 /// @return 0 or the first error
 HostError StartUp(const HostMessage* message);
 
-/// Frees every memory block that `globals` holds; the block of state itself is the caller's.
+/// Writes the preferences and frees every memory block that `globals` holds; the block of state itself is the
+/// caller's.
 void ShutDown();
 
 /// Handlers of PluginMain.  They note the basic interface that callbacks outside of a message acquire the

@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <cstring>
+#include <span>
 
 #include "plugin/frame/globals.h"
-#include "plugin/store/group_file.h"
+#include "plugin/store/header_walk.h"
 #include "plugin/store/record.h"
 #include "plugin/store/store_names.h"
 #include "plugin/store/store_tree.h"
@@ -14,8 +15,6 @@
 namespace {
 
 constexpr uint64_t kListCountBytes = 4;
-
-enum SortMode : int16_t { kByName = 0, kByKind = 1, kByDate = 2 };
 
 void SetCount(MemoryHandle list, int32_t count) {
     std::memcpy(BlockBytes(list), &count, sizeof count);
@@ -33,18 +32,14 @@ int CompareNames(const RihItem& a, const RihItem& b) {
     return std::memcmp(a.name, b.name, sizeof a.name);
 }
 
-// Whether `a` stands behind `b`.  Texts compare as plain bytes; equal items stay as they came.
-bool SortsAfter(const RihItem& a, const RihItem& b) {
+// Whether `a` stands in front of `b`.  Texts compare as plain bytes; equal items stay as they came.
+bool Before(const RihItem& a, const RihItem& b) {
     if (globals->sortMode == kByKind) {
         const int kinds = std::memcmp(a.kind, b.kind, sizeof a.kind);
-        return (kinds != 0 ? kinds : CompareNames(a, b)) > 0;
+        return (kinds != 0 ? kinds : CompareNames(a, b)) < 0;
     }
-    if (globals->sortMode == kByDate && a.created != b.created) return a.created < b.created;
-    return CompareNames(a, b) > 0;
-}
-
-bool Before(const RihItem& a, const RihItem& b) {
-    return SortsAfter(b, a);
+    if (globals->sortMode == kByDate && a.created != b.created) return a.created > b.created;
+    return CompareNames(a, b) < 0;
 }
 
 // Inserts an item at a row, or loses it if memory runs out.
@@ -58,11 +53,6 @@ void InsertAt(MemoryHandle* list, int32_t row, const RihItem& item) {
     std::memmove(place + 1, place, static_cast<size_t>(count - row) * sizeof(RihItem));
     *place = item;
     SetCount(large, count + 1);
-}
-
-void SortList(MemoryHandle list) {
-    RihItem* first = RihItemOfRow(list, 0);
-    std::stable_sort(first, first + RihCount(list), Before);
 }
 
 RihItem MakeItem(const char* groupPath, uint32_t recNo, const char* name, const char* kind,
@@ -126,21 +116,107 @@ int32_t FindRihItem(const char* groupPath, uint32_t recNo) {
 
 namespace {
 
-// Puts the records of a group behind the list's items, unsorted.  Returns how many were walked.
-uint32_t AppendGroup(MemoryHandle* list, GroupFile& file, const char* groupName) {
-    GroupWalk walk(file);
-    uint32_t walked = 0;
-    for (; walk.Next(); ++walked) {
-        RecordHeader header;
-        std::memcpy(&header, walk.header(), sizeof header);
-        InsertAt(
-            list, RihCount(*list),
-            MakeItem(groupName, walk.record().number, header.name, header.kind, SwapLong(header.created)));
+// An item's sort key is a row of words that compare as numbers: under kByName the eight of its name, under
+// kByKind those of its kind in front of them, under kByDate one word for the time.
+constexpr uint32_t kTextWords = kRecordNameBytes / sizeof(uint64_t);
+
+uint64_t TextWord(const char* text, uint32_t word) {
+    uint64_t value = 0;
+    for (size_t i = 0; i < sizeof value; ++i) {
+        value = value << 8 | static_cast<uint8_t>(text[word * sizeof value + i]);
     }
-    return walked;
+    return value;
+}
+
+uint32_t KeyWords(int16_t mode) {
+    return mode == kByKind ? 2 * kTextWords : mode == kByDate ? 1 + kTextWords : kTextWords;
+}
+
+uint64_t KeyWord(const RihItem& item, int16_t mode, uint32_t word) {
+    if (mode == kByKind) {
+        return word < kTextWords ? TextWord(item.kind, word) : TextWord(item.name, word - kTextWords);
+    }
+    if (mode == kByDate) return word == 0 ? ~uint64_t{item.created} : TextWord(item.name, word - 1);
+    return TextWord(item.name, word);
+}
+
+struct SortEntry {
+    uint64_t key; ///< the word by which it is sorted now
+    uint32_t row; ///< where it stood before
+
+    bool operator<(const SortEntry& other) const {
+        return key != other.key ? key < other.key : row < other.row;
+    }
+};
+
+// Sorts by the words from `word` on: by one word all at once, then each stretch of equal ones by the next.
+// The items themselves are touched once for a word, not for each comparison.
+void SortEntries(std::span<SortEntry> entries, const RihItem* items, int16_t mode, uint32_t word) {
+    for (SortEntry& entry : entries) entry.key = KeyWord(items[entry.row], mode, word);
+    if (!std::is_sorted(entries.begin(), entries.end())) std::sort(entries.begin(), entries.end());
+    if (++word == KeyWords(mode)) return;
+    while (!entries.empty()) {
+        const uint64_t key = entries[0].key;
+        const auto end = std::ranges::find_if(entries, [key](const SortEntry& e) { return e.key != key; });
+        const auto equal = entries.first(static_cast<size_t>(end - entries.begin()));
+        if (equal.size() > 1) SortEntries(equal, items, mode, word);
+        entries = entries.subspan(equal.size());
+    }
+}
+
+// Puts each item where it belongs, along the circles in which they change places.
+void ArrangeItems(std::span<SortEntry> entries, RihItem* items) {
+    for (uint32_t start = 0; start < entries.size(); ++start) {
+        if (entries[start].row == start) continue;
+        const RihItem first = items[start];
+        uint32_t place = start;
+        while (entries[place].row != start) {
+            const uint32_t from = entries[place].row;
+            items[place] = items[from];
+            entries[place].row = place;
+            place = from;
+        }
+        items[place] = first;
+        entries[place].row = place;
+    }
+}
+
+RihItem MakeItemOfHeader(const char* groupPath, uint32_t recNo, const RecordHeader& header) {
+    return MakeItem(groupPath, recNo, header.name, header.kind, SwapLong(header.created));
 }
 
 } // namespace
+
+void AppendRihItem(MemoryHandle* list, const char* groupPath, uint32_t recNo, const RecordHeader& header) {
+    if (*list != nullptr) InsertAt(list, RihCount(*list), MakeItemOfHeader(groupPath, recNo, header));
+}
+
+void RefreshRihItem(RihItem* item, const RecordHeader& header) {
+    *item = MakeItemOfHeader(item->groupPath, item->recNo, header);
+}
+
+void KeepRihItems(MemoryHandle list, const uint8_t* keep) {
+    int32_t kept = 0;
+    for (int32_t row = 0; row < RihCount(list); ++row) {
+        if (keep[row] != 0) *RihItemOfRow(list, kept++) = *RihItemOfRow(list, row);
+    }
+    SetCount(list, kept);
+}
+
+void SortRihList(MemoryHandle list) {
+    const auto count = static_cast<uint32_t>(RihCount(list));
+    if (count < 2) return;
+    RihItem* items = RihItemOfRow(list, 0);
+    HandleOwner scratch(NewHandle(uint64_t{count} * sizeof(SortEntry), kSmallGrain));
+    if (scratch.bytes() == nullptr) {
+        std::stable_sort(items, items + count, Before);
+        return;
+    }
+    const std::span entries(reinterpret_cast<SortEntry*>(scratch.bytes()), count);
+    for (uint32_t row = 0; row < count; ++row) entries[row].row = row;
+    SortEntries(entries, items, globals->sortMode, 0);
+    ArrangeItems(entries, items);
+}
 
 int32_t LoadRihList(const char* groupName) {
     const TraceScope trace("LoadRihList");
@@ -149,12 +225,15 @@ int32_t LoadRihList(const char* groupName) {
         return 0;
     }
     FreeHandle(globals->rihList);
-    GroupFile file;
-    if (!file.OpenToRead(groupName)) return 0;
-    globals->rihList = NewRihList();
-    if (globals->rihList == nullptr) return 0;
-    AppendGroup(&globals->rihList, file, groupName);
-    SortList(globals->rihList);
+    HandleOwner list(NewRihList());
+    if (list.get() == nullptr) return 0;
+    const HeaderReach reach =
+        ForEachHeader(groupName, [&list, groupName](uint32_t number, const RecordHeader& header) {
+            AppendRihItem(&list.get(), groupName, number, header);
+        });
+    if (!reach.opened) return 0;
+    SortRihList(list.get());
+    globals->rihList = list.Release();
     return 0;
 }
 
@@ -164,21 +243,10 @@ void BuildFolderIndex(const char* root, const char* folder, const char* subFolde
     LoadRihList(globals->aidbfname);
     if (globals->rihList == nullptr) return;
     HandleOwner rows(ListGroups(root, folder, subFolder));
-    const char* lastGroup = nullptr;
-    uint32_t lastNumber = 0;
-    for (int32_t row = 0; row < RowCount(rows.get()); ++row) {
-        const char* group = RowText(rows.get(), row);
-        GroupFile file;
-        if (!file.OpenToRead(group) || file.count() == 0) continue;
-        const uint32_t walked = AppendGroup(&globals->rihList, file, group);
-        lastGroup = group;
-        lastNumber = std::min(walked, file.count() - 1);
-    }
-    SortList(globals->rihList);
-    // Whoever asks for a folder finds the last header in `curRecord`, or nothing if it is damaged.
-    if (lastGroup != nullptr) {
-        AidbReadRecord(lastGroup, static_cast<int32_t>(lastNumber), nullptr, kReadHeader, true);
-    }
+    ForEachHeaderOfGroups(rows.get(), [](const char* group, uint32_t number, const RecordHeader& header) {
+        AppendRihItem(&globals->rihList, group, number, header);
+    });
+    SortRihList(globals->rihList);
 }
 
 int32_t ResortRihList(int16_t mode) {
@@ -186,7 +254,7 @@ int32_t ResortRihList(int16_t mode) {
     if (globals->rihList == nullptr) LoadRihList(globals->aidbfname);
     if (globals->rihList == nullptr || mode == globals->sortMode) return 0;
     globals->sortMode = mode;
-    SortList(globals->rihList);
+    SortRihList(globals->rihList);
     return 0;
 }
 

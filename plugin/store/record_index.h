@@ -13,6 +13,13 @@
 
 constexpr uint32_t kRihPathBytes = 256;
 
+/// Values of `globals->sortMode`; any other acts as kByName.
+enum SortMode : int16_t {
+    kByName = 0,
+    kByKind = 1, ///< then by name
+    kByDate = 2, ///< newest first, then by name
+};
+
 /// What the list knows of one record; `groupPath` and `recNo` together say which.
 struct RihItem {
     uint32_t recNo;
@@ -36,6 +43,19 @@ RihItem* RihItemOfRow(MemoryHandle list, int32_t row);
 /// out, nothing happens.  Texts are cut to their fields.  Always 0.
 int32_t AidbAddItemRIHList(MemoryHandle* list, const char* groupPath, uint32_t recNo, const char* name,
                            const char* kind, uint32_t created);
+
+/// Puts an item of a header in file order behind all others, whatever its place would be: SortRihList has to
+/// follow.  Nothing happens to a null list, or when memory runs out.
+void AppendRihItem(MemoryHandle* list, const char* groupPath, uint32_t recNo, const RecordHeader& header);
+
+/// Takes over what a header in file order says of an item's record; SortRihList has to follow.
+void RefreshRihItem(RihItem* item, const RecordHeader& header);
+
+/// Takes out the items whose row has a 0 in `keep`.
+void KeepRihItems(MemoryHandle list, const uint8_t* keep);
+
+/// Sorts a list that was appended to: the result is that of inserting its items one by one.
+void SortRihList(MemoryHandle list);
 
 /// Removes the record's item, if there is one.  Always 0.
 int32_t AidbRmvItemRIHList(MemoryHandle* list, const char* groupPath, uint32_t recNo);

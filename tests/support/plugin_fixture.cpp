@@ -4,9 +4,21 @@
 
 #include "plugin/frame/plugin_main.h"
 #include "plugin/host/suite_table.h"
+#include "plugin/store/store_names.h"
+
+std::string PreferencesPath() {
+    char folder[kNameBytes];
+    GetHostDataFolder(folder);
+    return std::string(folder) + "\\Prefs\\Velquorne_CC.ini";
+}
+
+void ForgetPreferences() {
+    DeleteFileA(PreferencesPath().c_str());
+}
 
 PluginFixture::PluginFixture() : plugin_(host_, PluginMain) {
     RedirectDocuments(folder_.path());
+    ForgetPreferences();
 }
 
 PluginFixture::~PluginFixture() {

@@ -27,3 +27,7 @@ std::string StorePathOf(const std::filesystem::path& path);
 /// Makes `folder` the user's documents folder where the platform allows that for one program; elsewhere the
 /// one who starts the tests gives them a home of their own.  An empty path goes back to the user's.
 void RedirectDocuments(const std::filesystem::path& folder);
+
+/// The same for modules that are loaded, which know nothing of what this program has set.  Lasts as long as
+/// the program.
+void RedirectDocumentsOfModules(const std::filesystem::path& folder);

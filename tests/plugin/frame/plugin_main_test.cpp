@@ -14,6 +14,10 @@ using workbench::Alert;
 /// Messages to a plug-in that is not up yet, through a basic interface that records.
 class PluginMainTest : public ::testing::Test {
 protected:
+    PluginMainTest() {
+        RedirectDocuments(documents.path());
+        ForgetPreferences();
+    }
     void TearDown() override {
         if (slot) {
             EXPECT_EQ(Send(HOST_CALLER_INTERFACE, HOST_SELECTOR_SHUTDOWN), kHostNoError);
@@ -21,6 +25,7 @@ protected:
         EXPECT_EQ(suiteUseCount, 0);
         host.CheckBalance(true);
         for (const std::string& fault : host.faults()) ADD_FAILURE() << fault;
+        RedirectDocuments({});
     }
 
     HostError Send(const char* caller, const char* selector) {
@@ -48,6 +53,7 @@ protected:
 
     void StartUpPlugin() { ASSERT_EQ(Send(HOST_CALLER_INTERFACE, HOST_SELECTOR_STARTUP), kHostNoError); }
 
+    TemporaryFolder documents;
     workbench::Host host;
     RecordingBasic recording{host.basic()};
     PluginHandle self = reinterpret_cast<PluginHandle>(this);

@@ -6,3 +6,4 @@ std::string StorePathOf(const std::filesystem::path& path) {
 }
 
 void RedirectDocuments(const std::filesystem::path&) {}
+void RedirectDocumentsOfModules(const std::filesystem::path&) {}

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "plugin/frame/globals.h"
+#include "tests/support/temporary_folder.h"
 
 namespace {
 
@@ -17,6 +18,7 @@ constexpr char kFile[] = VELQUORNE_MODULE_FILE;
 
 class PluginModuleTest : public ::testing::Test {
 protected:
+    PluginModuleTest() { RedirectDocumentsOfModules(folder.path()); }
     void TearDown() override {
         host.CheckBalance(true);
         for (const std::string& fault : host.faults()) ADD_FAILURE() << fault;
@@ -28,6 +30,7 @@ protected:
         return Bytes(bytes, bytes + sizeof(Globals));
     }
 
+    TemporaryFolder folder;
     Host host;
 };
 
