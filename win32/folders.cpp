@@ -57,6 +57,24 @@ bool MoveByCopy(const std::string& from, const std::string& to, bool replaces) {
     return systemCalls->remove(from.c_str()) == 0 || FailOnPath(from);
 }
 
+// Without the flush that WRITE_THROUGH asks for.
+bool MoveOnDisk(const char* from, const std::string& source, const std::string& target, DWORD flags) {
+    const bool replaces = (flags & MOVEFILE_REPLACE_EXISTING) != 0;
+    const RemovalLock targetLock(target.c_str());
+    if (replaces && !targetLock.granted()) return Fail(ERROR_ACCESS_DENIED);
+    const auto move = replaces ? systemCalls->replace : systemCalls->rename;
+    if (move(source.c_str(), target.c_str()) == 0) return true;
+    const int error = errno;
+    if (error == ENOENT && GetFileAttributesA(from) != INVALID_FILE_ATTRIBUTES)
+        return Fail(ERROR_PATH_NOT_FOUND);
+    if (error != EXDEV) {
+        SetErrorOfPath(error, source.c_str());
+        return false;
+    }
+    if ((flags & MOVEFILE_COPY_ALLOWED) == 0 || LeadsToDirectory(source)) return Fail(ERROR_NOT_SAME_DEVICE);
+    return MoveByCopy(source, target, replaces);
+}
+
 } // namespace
 
 DWORD GetFileAttributesA(LPCSTR path) {
@@ -119,21 +137,10 @@ BOOL MoveFileExA(LPCSTR from, LPCSTR to, DWORD flags) {
     if (replaces && *source != *target && LeadsToDirectory(*target)) return Fail(ERROR_ACCESS_DENIED);
     const RemovalLock sourceLock(source->c_str());
     if (!sourceLock.granted()) return Fail(ERROR_SHARING_VIOLATION);
-    if (*source == *target) return GetFileAttributesA(from) == INVALID_FILE_ATTRIBUTES ? FALSE : TRUE;
-    const RemovalLock targetLock(target->c_str());
-    if (replaces && !targetLock.granted()) return Fail(ERROR_ACCESS_DENIED);
-    const auto move = replaces ? systemCalls->replace : systemCalls->rename;
-    if (move(source->c_str(), target->c_str()) != 0) {
-        const int error = errno;
-        if (error == ENOENT && GetFileAttributesA(from) != INVALID_FILE_ATTRIBUTES)
-            return Fail(ERROR_PATH_NOT_FOUND);
-        if (error != EXDEV) {
-            SetErrorOfPath(error, source->c_str());
-            return FALSE;
-        }
-        if ((flags & MOVEFILE_COPY_ALLOWED) == 0 || LeadsToDirectory(*source))
-            return Fail(ERROR_NOT_SAME_DEVICE);
-        if (!MoveByCopy(*source, *target, replaces)) return FALSE;
+    if (*source == *target) {
+        if (GetFileAttributesA(from) == INVALID_FILE_ATTRIBUTES) return FALSE;
+    } else if (!MoveOnDisk(from, *source, *target, flags)) {
+        return FALSE;
     }
     if ((flags & MOVEFILE_WRITE_THROUGH) != 0 && FlushFoldersOf(*source, *target) != 0)
         return FailOnPath(*target);

@@ -19,18 +19,6 @@ struct FileName {
     std::string_view base, extension;
 };
 
-/// The longest start of `text` of at most `bytes` bytes that doesn't end within a character.
-std::string_view CutWhole(std::string_view text, size_t bytes) {
-    const size_t room = std::min(bytes, text.size());
-    size_t end = 0;
-    while (end < room) {
-        const size_t next = end + (IsLeadByte(static_cast<uint8_t>(text[end])) ? 2 : 1);
-        if (next > room) break;
-        end = next;
-    }
-    return text.substr(0, end);
-}
-
 FileName SplitFileName(std::string_view path) {
     size_t name = 0;
     size_t extension = std::string_view::npos;

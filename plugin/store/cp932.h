@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 /// A byte that begins a double-byte character.
 constexpr bool IsLeadByte(uint8_t byte) {
@@ -20,3 +21,6 @@ const char* FindPart(const char* text, const char* part);
 /// Copies a text to `out` of `capacity` bytes, cut to fit with a NUL.  The cut is made between bytes, also in
 /// the middle of a double-byte character.
 void CopyText(char* out, size_t capacity, const char* text);
+
+/// The longest start of `text` of at most `bytes` bytes that doesn't end within a character.
+std::string_view CutWhole(std::string_view text, size_t bytes);

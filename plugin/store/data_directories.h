@@ -37,14 +37,14 @@ int32_t RemoveRecordData(const char* groupName, int32_t number);
 int32_t MoveRecordData(const char* oldGroup, int32_t oldNumber, const char* newGroup, int32_t newNumber);
 
 /// Closes the gap at a record's data directory: each directory with a greater number takes the number one
-/// below its own.  If the directory itself is still there it is put aside as a stale one.
+/// below its own.  While the directory itself is still there, there is no gap and nothing moves.
 /// @param path  a full path under the database root whose last component is 1 to 8 digits, the gap's number
 /// @return 0, or -1 for any other path, and if something is left undone
 int32_t RenumberRecordData(const char* path);
 
 /// Deletes a directory and all that is in it, and what the notes among it own in the image folder.  Links
 /// are removed and never followed; directories deeper than kDeepestTree are left.
-/// @return 0, or the Windows error code of the first failure; the directory then stands with the rest
+/// @return 0, or the Windows error code of the directory's own removal; what could not be deleted then stands
 int32_t DeleteTree(const char* directory);
 constexpr int kDeepestTree = 32;
 

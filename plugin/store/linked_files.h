@@ -38,6 +38,9 @@ LinkNote ParseLinkNote(std::string_view text);
 /// kMostNoteBytes.
 bool ReadLinkNote(const char* path, LinkNote* note);
 
+/// Puts a note at a path in one step, in place of an old one; false if it is not certainly on the disk.
+bool WriteLinkNote(const std::string& path, const LinkNote& note);
+
 /// The name of the note that stands for a stored file.
 std::string NameOfLinkNote(std::string_view storedName);
 
