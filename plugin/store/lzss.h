@@ -4,7 +4,7 @@
 /// A ring of 4096 bytes, matches of 3 to 18.  The ring starts as zeros with the write position at 4078.  A
 /// flag byte precedes up to eight items, bit 0 first: 1 is a literal byte, 0 a pair: ring position in the
 /// first byte and the high half of the second, length less 3 in its low half.  The packed bytes are part
-/// of the file format: which of several equal matches is taken follows from the trees, see lzss.cpp.
+/// of the file format: which of several equal matches is taken follows from the trees, see lzss_window.h.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,8 @@ constexpr uint64_t MostPackedBytes(uint64_t bytes) {
     return bytes + (bytes + 7) / 8;
 }
 
-/// Packs `plain` into `packed` and returns the bytes written; nothing if the room does not suffice.
+/// Packs `plain` into `packed` and returns the bytes written; nothing if the room does not
+/// suffice or memory ran out.
 std::optional<uint64_t> PackLzss(std::span<const uint8_t> plain, std::span<uint8_t> packed);
 
 /// Unpacks until the packed bytes end, also in the middle of a group, or the room is full.  Returns the

@@ -1,5 +1,6 @@
 #include "tests/plugin/store/classic_lzss.h"
 
+#include <algorithm>
 #include <memory>
 
 namespace {
@@ -98,8 +99,8 @@ struct Coder {
 
 } // namespace
 
-std::vector<uint8_t> ClassicPack(const std::vector<uint8_t>& plain) {
-    std::vector<uint8_t> out;
+size_t ClassicPack(const uint8_t* plain, size_t bytes, uint8_t* out) {
+    uint8_t* const start = out;
     auto coder = std::make_unique<Coder>();
     Coder& c = *coder;
     unsigned char code_buf[17] = {};
@@ -111,8 +112,8 @@ std::vector<uint8_t> ClassicPack(const std::vector<uint8_t>& plain) {
     int len = 0;
     c.InitTree();
     for (int i = 0; i < N + F - 1; i++) c.text[i] = 0;
-    while (len < F && next < plain.size()) c.text[r + len++] = plain[next++];
-    if (len == 0) return out;
+    while (len < F && next < bytes) c.text[r + len++] = plain[next++];
+    if (len == 0) return 0;
     for (int i = 1; i <= F; i++) c.InsertNode(r - i);
     c.InsertNode(r);
     do {
@@ -128,13 +129,13 @@ std::vector<uint8_t> ClassicPack(const std::vector<uint8_t>& plain) {
         }
         mask = static_cast<unsigned char>(mask << 1);
         if (mask == 0) {
-            out.insert(out.end(), code_buf, code_buf + code_buf_ptr);
+            out = std::copy(code_buf, code_buf + code_buf_ptr, out);
             code_buf[0] = 0;
             code_buf_ptr = mask = 1;
         }
         const int last_match_length = c.match_length;
         int i;
-        for (i = 0; i < last_match_length && next < plain.size(); i++) {
+        for (i = 0; i < last_match_length && next < bytes; i++) {
             c.DeleteNode(s);
             c.text[s] = plain[next++];
             if (s < F - 1) c.text[s + N] = c.text[s];
@@ -149,36 +150,48 @@ std::vector<uint8_t> ClassicPack(const std::vector<uint8_t>& plain) {
             if (--len) c.InsertNode(r);
         }
     } while (len > 0);
-    if (code_buf_ptr > 1) out.insert(out.end(), code_buf, code_buf + code_buf_ptr);
-    return out;
+    if (code_buf_ptr > 1) out = std::copy(code_buf, code_buf + code_buf_ptr, out);
+    return static_cast<size_t>(out - start);
 }
 
-std::vector<uint8_t> ClassicUnpack(const std::vector<uint8_t>& packed) {
-    std::vector<uint8_t> out;
-    std::vector<uint8_t> ring(N, 0);
+size_t ClassicUnpack(const uint8_t* packed, size_t bytes, uint8_t* out) {
+    uint8_t* const start = out;
+    unsigned char ring[N] = {};
     int r = N - F;
     unsigned flags = 0;
     size_t next = 0;
     for (;;) {
         if (((flags >>= 1) & 256) == 0) {
-            if (next >= packed.size()) break;
+            if (next >= bytes) break;
             flags = packed[next++] | 0xff00u;
         }
         if (flags & 1) {
-            if (next >= packed.size()) break;
-            out.push_back(ring[r++] = packed[next++]);
+            if (next >= bytes) break;
+            *out++ = ring[r++] = packed[next++];
             r &= N - 1;
         } else {
-            if (next + 1 >= packed.size()) break;
+            if (next + 1 >= bytes) break;
             const int i = packed[next] | ((packed[next + 1] & 0xf0) << 4);
             const int j = (packed[next + 1] & 0x0f) + THRESHOLD;
             next += 2;
             for (int k = 0; k <= j; k++) {
                 const uint8_t byte = ring[(i + k) & (N - 1)];
-                out.push_back(ring[r++] = byte);
+                *out++ = ring[r++] = byte;
                 r &= N - 1;
             }
         }
     }
+    return static_cast<size_t>(out - start);
+}
+
+std::vector<uint8_t> ClassicPack(const std::vector<uint8_t>& plain) {
+    std::vector<uint8_t> out(plain.size() + (plain.size() + 7) / 8);
+    out.resize(ClassicPack(plain.data(), plain.size(), out.data()));
+    return out;
+}
+
+std::vector<uint8_t> ClassicUnpack(const std::vector<uint8_t>& packed) {
+    std::vector<uint8_t> out(packed.size() * 9); // a pair of two bytes gives 18 at most
+    out.resize(ClassicUnpack(packed.data(), packed.size(), out.data()));
     return out;
 }

@@ -1,0 +1,264 @@
+/// Packing and unpacking against their peers, each peer over the same bytes in the same run.
+///
+/// The bodies of real records come from a group file: `VELQUORNE_BENCH_GROUP=a.AID bench_lzss`; without it
+/// only the bodies made here are measured.  `over_classic` and `over_zlib` are a peer's time divided by the
+/// store's, `of_memcpy` is memcpy's time divided by the store's; `mb` is the store's megabytes of plain
+/// bytes in a second.
+#include <benchmark/benchmark.h>
+#include <zlib.h>
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <fstream>
+#include <iterator>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "plugin/objects/object_layout.h"
+#include "plugin/store/lzss.h"
+#include "plugin/store/record_layout.h"
+#include "tests/plugin/store/classic_lzss.h"
+
+namespace {
+
+using Bytes = std::vector<uint8_t>;
+
+constexpr size_t kMostStreamBytes = 24'000'000; ///< enough of them; the classic coder takes seconds for it
+
+struct Bodies {
+    std::vector<Bytes> plain, packed;
+
+    void Add(Bytes bytes) {
+        packed.push_back(ClassicPack(bytes));
+        plain.push_back(std::move(bytes));
+    }
+    size_t plainBytes() const {
+        size_t sum = 0;
+        for (const Bytes& bytes : plain) sum += bytes.size();
+        return sum;
+    }
+    size_t longest() const {
+        size_t most = 0;
+        for (const Bytes& bytes : plain) most = std::max(most, bytes.size());
+        return most;
+    }
+};
+
+uint32_t FileWord(const Bytes& file, size_t at) {
+    uint32_t word = 0;
+    for (size_t i = 0; i < 4; ++i) word = word << 8 | file[at + i];
+    return word;
+}
+
+void PutWord(Bytes& bytes, size_t at, uint32_t word) {
+    for (size_t i = 0; i < 4; ++i) bytes[at + i] = static_cast<uint8_t>(word >> (24 - 8 * i));
+}
+
+// Whether any path of a stream in file order is filled with a gradient.
+bool HoldsGradient(const Bytes& stream) {
+    for (size_t at = 0; at + sizeof(AidbObjectHeader) <= stream.size();) {
+        const uint32_t kind = FileWord(stream, at), size = FileWord(stream, at + 4);
+        if (size < sizeof(AidbObjectHeader) || size > stream.size() - at) return false;
+        const size_t ramp = at + offsetof(AidbPathObject, block) + offsetof(AidbGradientBlock, ramp);
+        if (kind == kPathObject && size >= kPathBaseBytes && (stream[ramp] | stream[ramp + 3])) return true;
+        at += size;
+    }
+    return false;
+}
+
+struct RealBodies {
+    Bodies previews, streams, gradientStreams;
+};
+
+RealBodies ReadGroup(const char* path) {
+    RealBodies real;
+    std::ifstream in(path, std::ios::binary);
+    const Bytes file((std::istreambuf_iterator<char>(in)), {});
+    for (size_t at = kCountBytes; at + kSmallestRecordBytes <= file.size(); at += FileWord(file, at + 4)) {
+        const size_t preview = FileWord(file, at + 416), objects = FileWord(file, at + 420);
+        const auto body = [&](size_t from, size_t bytes) {
+            const auto start = file.begin() + static_cast<std::ptrdiff_t>(at + 424 + from);
+            return ClassicUnpack(Bytes(start, start + static_cast<std::ptrdiff_t>(bytes)));
+        };
+        if (real.previews.plain.size() < 200) real.previews.Add(body(0, preview));
+        Bytes stream = body(preview, objects);
+        Bodies& bodies = HoldsGradient(stream) ? real.gradientStreams : real.streams;
+        if (bodies.plainBytes() + stream.size() < kMostStreamBytes) bodies.Add(std::move(stream));
+    }
+    return real;
+}
+
+const RealBodies& Real() {
+    static const RealBodies real = [] {
+        const char* path = std::getenv("VELQUORNE_BENCH_GROUP");
+        return path ? ReadGroup(path) : RealBodies{};
+    }();
+    return real;
+}
+
+// Paths with gradients of two to five stops and a dozen points, all numbers different.
+const Bodies& GradientObjects() {
+    static const Bodies made = [] {
+        Bytes stream;
+        uint32_t noise = 1;
+        const auto next = [&] { return (noise = noise * 1664525 + 1013904223) >> 8; };
+        for (int i = 0; i < 400; ++i) {
+            const uint32_t segments = 4 + next() % 16, stops = 2 + next() % 4;
+            const auto bytes = static_cast<uint32_t>(kPathBaseBytes + segments * sizeof(AidbSegment));
+            Bytes object(bytes);
+            PutWord(object, 0, kPathObject);
+            PutWord(object, 4, bytes);
+            for (size_t at = 12; at < 24; at += 4) PutWord(object, at, next());
+            object[25] = object[29] = 1;
+            for (size_t at = 36; at < 64; at += 4) PutWord(object, at, next());
+            const size_t ramp = offsetof(AidbPathObject, block) + offsetof(AidbGradientBlock, ramp);
+            object[ramp + 1] = static_cast<uint8_t>(i & 1);
+            object[ramp + 3] = static_cast<uint8_t>(stops);
+            for (size_t stop = 0; stop < stops; ++stop) {
+                const size_t at = ramp + 4 + stop * sizeof(AidbGradientStop);
+                PutWord(object, at, 0x320000);
+                PutWord(object, at + 4, next() % 0x640000);
+                object[at + 9] = 2;
+                for (size_t channel = 0; channel < 3; ++channel)
+                    PutWord(object, at + 12 + 4 * channel, next() & 0xFFFF);
+            }
+            object[kPathBaseBytes - 1] = static_cast<uint8_t>(segments);
+            for (size_t at = kPathBaseBytes; at + 4 <= bytes; at += 4)
+                PutWord(object, at, next() & 0x1FFFFFF);
+            stream.insert(stream.end(), object.begin(), object.end());
+        }
+        Bodies bodies;
+        bodies.Add(std::move(stream));
+        return bodies;
+    }();
+    return made;
+}
+
+// Previews filled from edge to edge: across, down, both, round a centre, and one each way.
+const Bodies& Ramps() {
+    static const Bodies made = [] {
+        Bodies bodies;
+        for (int kind = 0; kind < 5; ++kind) {
+            Bytes preview;
+            for (int y = 0; y < 128; ++y) {
+                for (int x = 0; x < 128; ++x) {
+                    const double round = std::min(std::hypot(x - 40, y - 50) / 140, 1.0);
+                    const double t[] = {x / 127.0, y / 127.0, (x + y) / 254.0, round, x / 127.0};
+                    const double other = kind == 4 ? y / 127.0 : t[kind];
+                    preview.push_back(0);
+                    preview.push_back(static_cast<uint8_t>(250 * t[kind]));
+                    preview.push_back(static_cast<uint8_t>(30 + 200 * other));
+                    preview.push_back(static_cast<uint8_t>(255 - 180 * t[kind]));
+                }
+            }
+            bodies.Add(std::move(preview));
+        }
+        return bodies;
+    }();
+    return made;
+}
+
+/// The best of some rounds, in processor time, so that a busy machine shows in neither of two that are
+/// compared.
+template <typename Work>
+double BestSeconds(int rounds, Work work) {
+    double best = std::numeric_limits<double>::infinity();
+    for (int i = 0; i < rounds; ++i) {
+        const std::clock_t start = std::clock();
+        work();
+        best = std::min(best, static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC);
+    }
+    return best;
+}
+
+// Gives the room of one deflate state to all bodies, which is kinder to it than one for each.
+double ZlibSeconds(const Bodies& bodies) {
+    z_stream stream{};
+    deflateInit(&stream, 6);
+    Bytes out(compressBound(bodies.longest()));
+    const double seconds = BestSeconds(3, [&] {
+        for (const Bytes& plain : bodies.plain) {
+            deflateReset(&stream);
+            stream.next_in = const_cast<uint8_t*>(plain.data());
+            stream.avail_in = static_cast<uInt>(plain.size());
+            stream.next_out = out.data();
+            stream.avail_out = static_cast<uInt>(out.size());
+            deflate(&stream, Z_FINISH);
+        }
+    });
+    deflateEnd(&stream);
+    return seconds;
+}
+
+void PackBodies(benchmark::State& state, const Bodies& bodies) {
+    if (bodies.plain.empty()) return state.SkipWithError("no bodies: VELQUORNE_BENCH_GROUP is not set");
+    Bytes out(MostPackedBytes(bodies.longest()));
+    double ours = 0, classic = 0, zlib = 0;
+    for (auto _ : state) {
+        classic = BestSeconds(2, [&] {
+            for (const Bytes& plain : bodies.plain) ClassicPack(plain.data(), plain.size(), out.data());
+        });
+        ours = BestSeconds(7, [&] {
+            for (const Bytes& plain : bodies.plain) PackLzss(plain, out);
+        });
+        zlib = ZlibSeconds(bodies);
+    }
+    for (size_t i = 0; i < bodies.plain.size(); ++i) {
+        const auto bytes = PackLzss(bodies.plain[i], out);
+        if (!bytes || !std::equal(bodies.packed[i].begin(), bodies.packed[i].end(), out.begin(),
+                                  out.begin() + static_cast<std::ptrdiff_t>(*bytes)))
+            return state.SkipWithError("packed otherwise than by the classic coder");
+    }
+    state.counters["mb"] = static_cast<double>(bodies.plainBytes()) / ours / 1e6;
+    state.counters["over_classic"] = classic / ours;
+    state.counters["over_zlib"] = zlib / ours;
+}
+
+void UnpackBodies(benchmark::State& state, const Bodies& bodies) {
+    if (bodies.plain.empty()) return state.SkipWithError("no bodies: VELQUORNE_BENCH_GROUP is not set");
+    Bytes out(bodies.longest());
+    double ours = 0, classic = 0, copy = 0;
+    for (auto _ : state) {
+        classic = BestSeconds(3, [&] {
+            for (const Bytes& packed : bodies.packed) ClassicUnpack(packed.data(), packed.size(), out.data());
+        });
+        ours = BestSeconds(9, [&] {
+            for (size_t i = 0; i < bodies.plain.size(); ++i)
+                UnpackLzss(bodies.packed[i], std::span(out).first(bodies.plain[i].size()));
+        });
+        copy = BestSeconds(9, [&] {
+            for (const Bytes& plain : bodies.plain) {
+                if (!plain.empty()) std::memcpy(out.data(), plain.data(), plain.size());
+                benchmark::ClobberMemory();
+            }
+        });
+    }
+    for (size_t i = 0; i < bodies.plain.size(); ++i) {
+        const std::span<uint8_t> room = std::span(out).first(bodies.plain[i].size());
+        if (UnpackLzss(bodies.packed[i], room) != room.size() || !std::ranges::equal(room, bodies.plain[i]))
+            return state.SkipWithError("unpacked wrongly");
+    }
+    state.counters["mb"] = static_cast<double>(bodies.plainBytes()) / ours / 1e6;
+    state.counters["over_classic"] = classic / ours;
+    state.counters["of_memcpy"] = copy / ours;
+}
+
+#define MEASURE(work, name, bodies) \
+    BENCHMARK_CAPTURE(work, name, bodies)->Iterations(1)->Unit(benchmark::kMillisecond)
+MEASURE(PackBodies, streams, Real().streams);
+MEASURE(PackBodies, gradient_streams, Real().gradientStreams);
+MEASURE(PackBodies, gradient_objects, GradientObjects());
+MEASURE(PackBodies, previews, Real().previews);
+MEASURE(PackBodies, ramps, Ramps());
+MEASURE(UnpackBodies, streams, Real().streams);
+MEASURE(UnpackBodies, gradient_streams, Real().gradientStreams);
+MEASURE(UnpackBodies, gradient_objects, GradientObjects());
+MEASURE(UnpackBodies, previews, Real().previews);
+MEASURE(UnpackBodies, ramps, Ramps());
+
+} // namespace
