@@ -55,20 +55,42 @@ struct Guarded<kind, entry> {
     }
 };
 
-ssize_t Read(int file, void* bytes, size_t count) {
+// What is left of a read's bytes; -1 if it fails.
+ssize_t BytesToRead(size_t count) {
     if (Fails(kFaultRead)) return -1;
     if (TheState().counts[kFaultRead] == TheState().cutRead && count > 1) count /= 2;
-    return kSystemCalls.read(file, bytes, count);
+    return static_cast<ssize_t>(count);
 }
 
-ssize_t Write(int file, const void* bytes, size_t count) {
+// The same for a write.
+ssize_t BytesToWrite(size_t count) {
     if (Fails(kFaultWrite)) return -1;
     const unsigned cut = TheState().cutWrite, now = TheState().counts[kFaultWrite];
     if (cut != 0 && now > cut) {
         errno = ENOSPC;
         return -1;
     }
-    return kSystemCalls.write(file, bytes, cut == now && cut != 0 ? count / 2 : count);
+    return static_cast<ssize_t>(cut == now && cut != 0 ? count / 2 : count);
+}
+
+ssize_t Read(int file, void* bytes, size_t count) {
+    const ssize_t left = BytesToRead(count);
+    return left < 0 ? -1 : kSystemCalls.read(file, bytes, static_cast<size_t>(left));
+}
+
+ssize_t ReadAt(int file, void* bytes, size_t count, off_t offset) {
+    const ssize_t left = BytesToRead(count);
+    return left < 0 ? -1 : kSystemCalls.readAt(file, bytes, static_cast<size_t>(left), offset);
+}
+
+ssize_t Write(int file, const void* bytes, size_t count) {
+    const ssize_t left = BytesToWrite(count);
+    return left < 0 ? -1 : kSystemCalls.write(file, bytes, static_cast<size_t>(left));
+}
+
+ssize_t WriteAt(int file, const void* bytes, size_t count, off_t offset) {
+    const ssize_t left = BytesToWrite(count);
+    return left < 0 ? -1 : kSystemCalls.writeAt(file, bytes, static_cast<size_t>(left), offset);
 }
 
 int Close(int file) {
@@ -93,6 +115,8 @@ constexpr SystemCalls kFaultCalls = {
     .open = Guarded<kFaultOpen, &SystemCalls::open>::Call,
     .read = Read,
     .write = Write,
+    .readAt = ReadAt,
+    .writeAt = WriteAt,
     .seek = Guarded<kFaultSeek, &SystemCalls::seek>::Call,
     .flush = Guarded<kFaultFlush, &SystemCalls::flush>::Call,
     .truncate = Guarded<kFaultTruncate, &SystemCalls::truncate>::Call,

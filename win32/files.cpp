@@ -2,6 +2,7 @@
 
 #include <cerrno>
 
+#include "win32/disk_entry.h"
 #include "win32/file_handles.h"
 #include "win32/last_error.h"
 #include "win32/path_names.h"
@@ -103,6 +104,66 @@ HFILE _lopen(LPCSTR path, int mode) {
     return HandleOfDescriptor(file);
 }
 
+namespace {
+
+// The flags of open, or -1 for what is not offered.
+int FlagsOfCreation(DWORD access, DWORD disposition) {
+    const int flags = (access & GENERIC_WRITE) != 0 ? O_RDWR : O_RDONLY;
+    switch (disposition) {
+        case CREATE_NEW:
+            return flags | O_CREAT | O_EXCL;
+        case OPEN_EXISTING:
+            return flags;
+        case OPEN_ALWAYS:
+            return flags | O_CREAT;
+        default:
+            return -1;
+    }
+}
+
+HANDLE FailToOpen(int error, const std::string& diskPath) {
+    SetErrorOfPath(error, diskPath.c_str());
+    return INVALID_HANDLE_VALUE;
+}
+
+bool SyncName(const std::string& diskPath) {
+    const size_t slash = diskPath.rfind('/');
+    const std::string folder = slash == std::string::npos ? "." : diskPath.substr(0, slash + 1);
+    return systemCalls->flushDirectory(folder.c_str()) == 0;
+}
+
+} // namespace
+
+HANDLE CreateFileA(LPCSTR path, DWORD access, DWORD sharing, SECURITY_ATTRIBUTES* security, DWORD disposition,
+                   DWORD attributes, HANDLE pattern) {
+    const int flags = FlagsOfCreation(access, disposition);
+    const bool offered = (access & ~GENERIC_WRITE) == GENERIC_READ &&
+                         (sharing & ~DWORD{FILE_SHARE_READ | FILE_SHARE_WRITE}) == 0 && flags >= 0;
+    if (!offered || security != nullptr || pattern != nullptr || attributes != FILE_ATTRIBUTE_NORMAL) {
+        RefuseLoudly("CreateFileA with other arguments");
+        return INVALID_HANDLE_VALUE;
+    }
+    const auto diskPath = DiskPathOfStorePath(path);
+    if (!diskPath) return INVALID_HANDLE_VALUE;
+    const FileAccess wanted = {.reads = true, .writes = (access & GENERIC_WRITE) != 0};
+    const FileAccess denied = {.reads = (sharing & FILE_SHARE_READ) == 0,
+                               .writes = (sharing & FILE_SHARE_WRITE) == 0};
+    struct stat before;
+    const bool existed = disposition == OPEN_ALWAYS && systemCalls->status(diskPath->c_str(), &before) == 0;
+    const int file = OpenShared(diskPath->c_str(), flags, wanted, denied);
+    if (file < 0) return FailToOpen(errno, *diskPath);
+    if (disposition != OPEN_EXISTING && !existed && !SyncName(*diskPath)) {
+        CloseAfterFailure(file);
+        return FailToOpen(errno, *diskPath);
+    }
+    SetLastError(existed ? ERROR_ALREADY_EXISTS : ERROR_SUCCESS);
+    return reinterpret_cast<HANDLE>(static_cast<intptr_t>(HandleOfDescriptor(file)));
+}
+
+BOOL CloseHandle(HANDLE handle) {
+    return _lclose(static_cast<HFILE>(reinterpret_cast<intptr_t>(handle))) == 0 ? TRUE : FALSE;
+}
+
 HFILE _lcreat(LPCSTR path, int attributes) {
     if (attributes != 0) {
         RefuseLoudly("_lcreat with attributes");
@@ -150,6 +211,58 @@ UINT _lwrite(HFILE handle, LPCCH buffer, UINT bytes) {
         done += static_cast<UINT>(part);
     }
     return done;
+}
+
+BOOL ReadFile(HANDLE handle, LPVOID bytes, DWORD count, LPDWORD done, OVERLAPPED* at) {
+    const int file = DescriptorOfHandle(reinterpret_cast<intptr_t>(handle));
+    const uint64_t place = uint64_t{at->OffsetHigh} << 32 | at->Offset;
+    *done = 0;
+    while (*done < count) {
+        const ssize_t part = systemCalls->readAt(file, static_cast<char*>(bytes) + *done, count - *done,
+                                                 static_cast<off_t>(place + *done));
+        if (part < 0 && errno == EINTR) continue;
+        if (part < 0) return FailOfErrno(errno);
+        if (part == 0) break;
+        *done += static_cast<DWORD>(part);
+    }
+    if (*done > 0 || count == 0) return TRUE;
+    SetLastError(ERROR_HANDLE_EOF);
+    return FALSE;
+}
+
+BOOL WriteFile(HANDLE handle, LPCVOID bytes, DWORD count, LPDWORD done, OVERLAPPED* at) {
+    const int file = DescriptorOfHandle(reinterpret_cast<intptr_t>(handle));
+    const uint64_t place = uint64_t{at->OffsetHigh} << 32 | at->Offset;
+    *done = 0;
+    while (*done < count) {
+        const ssize_t part = systemCalls->writeAt(file, static_cast<const char*>(bytes) + *done,
+                                                  count - *done, static_cast<off_t>(place + *done));
+        if (part < 0 && errno == EINTR) continue;
+        if (part < 0) return FailOfErrno(errno);
+        if (part == 0) return FailOfErrno(ENOSPC);
+        *done += static_cast<DWORD>(part);
+    }
+    return TRUE;
+}
+
+BOOL GetFileInformationByHandle(HANDLE handle, BY_HANDLE_FILE_INFORMATION* information) {
+    struct stat status;
+    if (systemCalls->fileStatus(DescriptorOfHandle(reinterpret_cast<intptr_t>(handle)), &status) != 0)
+        return FailOfErrno(errno);
+    const auto index = static_cast<uint64_t>(status.st_ino);
+    const auto bytes = static_cast<uint64_t>(status.st_size);
+    const auto volume = static_cast<uint64_t>(status.st_dev);
+    *information = {.dwFileAttributes = FILE_ATTRIBUTE_ARCHIVE,
+                    .ftCreationTime = FileTimeOfTimespec(status.st_ctim),
+                    .ftLastAccessTime = FileTimeOfTimespec(status.st_atim),
+                    .ftLastWriteTime = FileTimeOfTimespec(status.st_mtim),
+                    .dwVolumeSerialNumber = static_cast<DWORD>(volume ^ volume >> 32),
+                    .nFileSizeHigh = static_cast<DWORD>(bytes >> 32),
+                    .nFileSizeLow = static_cast<DWORD>(bytes),
+                    .nNumberOfLinks = static_cast<DWORD>(status.st_nlink),
+                    .nFileIndexHigh = static_cast<DWORD>(index >> 32),
+                    .nFileIndexLow = static_cast<DWORD>(index)};
+    return TRUE;
 }
 
 LONG _llseek(HFILE handle, LONG offset, int origin) {

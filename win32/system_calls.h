@@ -16,6 +16,8 @@ struct SystemCalls {
     int (*open)(const char* path, int flags, mode_t mode);
     ssize_t (*read)(int file, void* bytes, size_t count);
     ssize_t (*write)(int file, const void* bytes, size_t count);
+    ssize_t (*readAt)(int file, void* bytes, size_t count, off_t offset);
+    ssize_t (*writeAt)(int file, const void* bytes, size_t count, off_t offset);
     off_t (*seek)(int file, off_t offset, int origin);
     int (*flush)(int file);                                  ///< bytes and length are on the disk afterwards
     int (*truncate)(int file, off_t length);                 ///< cuts or extends

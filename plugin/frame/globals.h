@@ -13,7 +13,9 @@
 #include <cstdint>
 #include <type_traits>
 
+#include "plugin/store/group_offsets.h"
 #include "plugin/store/memory_handle.h"
+#include "plugin/store/store_lock.h"
 #include "suites/basic.h"
 
 constexpr int kNameBytes = 256;       ///< group names, paths, search texts
@@ -93,6 +95,11 @@ struct Globals {
     char aidbfname[kNameBytes]; ///< current group or pseudo entry
     char aidbfpathEx[kRecentRoots][kNameBytes];
     MemoryHandle rihList;
+    HANDLE storeLock; ///< the lock file, open while storeLockDepth is above 0
+    int32_t storeLockDepth, storeLockKind;
+    StoreTrouble storeTrouble; ///< why the last change failed
+    GroupOffsets groupOffsets[kOffsetTables];
+    uint32_t offsetsUsed; ///< counts uses of the tables
 
     // Load
     int32_t pendingTagCount;

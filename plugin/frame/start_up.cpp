@@ -1,6 +1,7 @@
 #include "plugin/frame/start_up.h"
 
 #include "plugin/frame/globals.h"
+#include "plugin/frame/preferences.h"
 #include "plugin/placement/geometry.h"
 
 namespace {
@@ -12,16 +13,19 @@ constexpr char kStartedNotifier[] = "AI Application Started Notifier";
 HostError StartUp(const HostMessage* message) {
     SetDefaults(message->self);
     FillCurveTables();
+    ReadPreferences();
     return kHostNoError;
 }
 
 void ShutDown() {
     FreeHandle(globals->curRecord);
     FreeHandle(globals->rihList);
+    WritePreferences();
     FreeHandle(globals->sideObjects);
     FreeHandle(globals->linkPaths);
     FreeHandle(globals->linkNames);
     FreeHandle(globals->pendingTags);
+    FreeOffsets();
 }
 
 HostError OnTimer(HostMessage* message) {

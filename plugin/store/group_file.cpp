@@ -3,15 +3,16 @@
 #include <algorithm>
 #include <cstring>
 
+#include "plugin/frame/globals.h"
 #include "plugin/store/cp932.h"
 #include "plugin/store/memory_handle.h"
+#include "plugin/store/store_lock.h"
 #include "plugin/store/store_names.h"
 #include "plugin/store/swap_words.h"
 
 namespace {
 
 constexpr char kWorkFile[] = "\\VLQ.TMP";
-constexpr char kNewFile[] = "\\VLQ.NEW"; ///< an empty file on its way to a group's name
 constexpr uint32_t kCopyBytes = 0x100000;
 constexpr int kWaits = 50;
 constexpr DWORD kWaitMilliseconds = 20;
@@ -46,23 +47,36 @@ void GroupFilePath(const char* groupName, char* out) {
     if (relative[0] != 0) JoinRootAndPath(root, reinterpret_cast<const char*>(relative) + 1, out);
 }
 
-bool GroupFile::Open(const char* path, int accessAndSharing) {
+bool GroupFile::Open(const char* path, DWORD access, DWORD sharing, DWORD disposition) {
     Close();
     // Another program that has the file is waited for, a second at most.
-    for (int waits = 0; (file_ = _lopen(path, accessAndSharing)) == HFILE_ERROR; ++waits) {
-        if (GetLastError() != ERROR_SHARING_VIOLATION || waits == kWaits) return false;
+    for (int waits = 0;; ++waits) {
+        file_ = CreateFileA(path, access, sharing, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
+        if (file_ != INVALID_HANDLE_VALUE) break;
+        const bool busy = GetLastError() == ERROR_SHARING_VIOLATION;
+        if (!busy || waits == kWaits) return StoreFails(busy ? StoreTrouble::kBusy : StoreTrouble::kDisk);
         Sleep(kWaitMilliseconds);
     }
     if (ReadFrame()) return true;
     Close();
-    SetLastError(ERROR_IO_DEVICE);
-    return false;
+    return StoreFails(StoreTrouble::kDisk);
+}
+
+bool GroupFile::ReadStamp(FileStamp& stamp) const {
+    BY_HANDLE_FILE_INFORMATION information;
+    if (!GetFileInformationByHandle(file_, &information)) return false;
+    if (information.nFileSizeHigh != 0 || information.nFileSizeLow > kMostGroupBytes) return false;
+    stamp = {.index = uint64_t{information.nFileIndexHigh} << 32 | information.nFileIndexLow,
+             .written = uint64_t{information.ftLastWriteTime.dwHighDateTime} << 32 |
+                        information.ftLastWriteTime.dwLowDateTime,
+             .volume = information.dwVolumeSerialNumber,
+             .bytes = information.nFileSizeLow};
+    return true;
 }
 
 bool GroupFile::ReadFrame() {
-    const LONG length = _llseek(file_, 0, FILE_END);
-    if (length < 0) return false;
-    length_ = static_cast<uint32_t>(length);
+    if (!ReadStamp(stamp_)) return false;
+    length_ = stamp_.bytes;
     storedCount_ = 0;
     if (length_ < kCountBytes) return true;
     if (!Read(0, &storedCount_, kCountBytes)) return false;
@@ -73,37 +87,32 @@ bool GroupFile::ReadFrame() {
 bool GroupFile::OpenToRead(const char* groupName) {
     char path[kFullPathBytes];
     GroupFilePath(groupName, path);
-    return Open(path, OF_READ | OF_SHARE_DENY_NONE);
+    return Open(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, OPEN_EXISTING);
 }
 
 bool GroupFile::OpenToChange(const char* groupName) {
     char path[kFullPathBytes];
     GroupFilePath(groupName, path);
-    return Open(path, OF_READWRITE | OF_SHARE_DENY_WRITE);
+    return Open(path, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, OPEN_EXISTING);
 }
 
 bool GroupFile::OpenOrMake(const char* groupName) {
-    if (OpenToChange(groupName)) return true;
-    if (GetLastError() != ERROR_FILE_NOT_FOUND) return false;
-    // Making a file under its own name would empty what another machine has made meanwhile; a move doesn't
-    // replace anything.  Whoever moves first, the file is there then.
     char path[kFullPathBytes];
-    char made[kFullPathBytes];
     GroupFilePath(groupName, path);
-    PathBeside(path, kNewFile, made);
-    const HFILE file = _lcreat(made, 0);
-    if (file == HFILE_ERROR) return false;
-    _lclose(file);
-    if (!MoveFileExA(made, path, MOVEFILE_WRITE_THROUGH)) DeleteFileA(made);
-    return OpenToChange(groupName);
+    return Open(path, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, OPEN_ALWAYS);
 }
 
 bool GroupFile::MakeWorkFile(const char* path) {
-    if (!DeleteIfThere(path)) return false;
-    const HFILE file = _lcreat(path, 0);
-    if (file == HFILE_ERROR) return false;
-    _lclose(file);
-    return Open(path, OF_READWRITE | OF_SHARE_EXCLUSIVE) && length_ == 0;
+    return DeleteIfThere(path) && Open(path, GENERIC_READ | GENERIC_WRITE, 0, CREATE_NEW);
+}
+
+void GroupFile::KeepOffsets() {
+    GroupOffsets* table = offsets();
+    if (table == nullptr) return;
+    if (ReadStamp(stamp_))
+        table->stamp = stamp_;
+    else
+        ForgetOffsets(*table);
 }
 
 uint32_t GroupFile::count() const {
@@ -113,14 +122,19 @@ uint32_t GroupFile::count() const {
 
 bool GroupFile::Read(uint32_t place, void* bytes, uint32_t count) {
     if (count == 0) return true;
-    return _llseek(file_, static_cast<LONG>(place), FILE_BEGIN) >= 0 && _lread(file_, bytes, count) == count;
+    OVERLAPPED at{};
+    at.Offset = place;
+    DWORD done = 0;
+    return ReadFile(file_, bytes, count, &done, &at) && done == count;
 }
 
 bool GroupFile::Write(uint32_t place, const void* bytes, uint32_t count) {
-    if (count == 0) return true; // writing nothing would cut the file
     if (uint64_t{place} + count > kMostGroupBytes) return false;
-    if (_llseek(file_, static_cast<LONG>(place), FILE_BEGIN) < 0) return false;
-    if (_lwrite(file_, static_cast<const char*>(bytes), count) != count) return false;
+    if (count == 0) return true;
+    OVERLAPPED at{};
+    at.Offset = place;
+    DWORD done = 0;
+    if (!WriteFile(file_, bytes, count, &done, &at) || done != count) return false;
     length_ = std::max(length_, place + count);
     return true;
 }
@@ -133,26 +147,61 @@ bool GroupFile::WriteCount(uint32_t count) {
 }
 
 bool GroupFile::Flush() {
-    return FlushFileBuffers(reinterpret_cast<HANDLE>(static_cast<intptr_t>(file_)));
+    return FlushFileBuffers(file_);
 }
 
 bool GroupFile::CutAt(uint32_t length) {
-    if (_llseek(file_, static_cast<LONG>(length), FILE_BEGIN) < 0) return false;
-    if (!SetEndOfFile(reinterpret_cast<HANDLE>(static_cast<intptr_t>(file_)))) return false;
+    const auto file = static_cast<HFILE>(reinterpret_cast<intptr_t>(file_));
+    if (_llseek(file, static_cast<LONG>(length), FILE_BEGIN) < 0 || !SetEndOfFile(file_)) return false;
     length_ = length;
     return true;
 }
 
 bool GroupFile::HasLength(uint32_t length) {
-    const LONG onDisk = _llseek(file_, 0, FILE_END);
-    return onDisk >= 0 && static_cast<uint32_t>(onDisk) == length;
+    FileStamp stamp;
+    return ReadStamp(stamp) && stamp.bytes == length;
 }
 
 bool GroupFile::Close() {
-    if (file_ == HFILE_ERROR) return true;
-    const bool closed = _lclose(file_) != HFILE_ERROR;
-    file_ = HFILE_ERROR;
+    if (file_ == INVALID_HANDLE_VALUE) return true;
+    const bool closed = CloseHandle(file_);
+    file_ = INVALID_HANDLE_VALUE;
     return closed;
+}
+
+namespace {
+
+// Notes a record that a walk has come to, if it is the first one that the table doesn't know.
+void NoteRecord(const GroupFile& file, const RecordPlace& record) {
+    GroupOffsets* table = file.offsets();
+    if (table != nullptr && table->known == record.number) AddOffset(*table, record.place + record.bytes);
+}
+
+// The place of a known record, if it still stands there.
+bool RememberedRecord(GroupFile& file, uint32_t number, RecordPlace& found) {
+    GroupOffsets* table = file.offsets();
+    if (table == nullptr || number >= table->known) return false;
+    const uint32_t place = PlaceOf(*table, number);
+    const uint32_t bytes = PlaceOf(*table, number + 1) - place;
+    uint32_t size;
+    if (file.Read(place + offsetof(RecordHeader, size), &size, sizeof size) && SwapLong(size) == bytes) {
+        found = {number, place, bytes};
+        return true;
+    }
+    ForgetOffsets(*table);
+    return false;
+}
+
+} // namespace
+
+void GroupWalk::StartAt(uint32_t number) {
+    const GroupOffsets* table = file_.offsets();
+    if (table == nullptr) return;
+    const uint32_t start = std::min(number, table->known);
+    RecordPlace last;
+    if (start == 0 || !RememberedRecord(file_, start - 1, last)) return;
+    walked_ = start;
+    end_ = last.place + last.bytes;
 }
 
 // Brings the next header into the window.  The window grows where records are so small that several share
@@ -184,12 +233,15 @@ bool GroupWalk::Next() {
     record_ = {walked_++, end_, size};
     end_ += size;
     damaged_ = false;
+    NoteRecord(file_, record_);
     return true;
 }
 
 bool FindRecord(GroupFile& file, uint32_t number, RecordPlace& found) {
     if (number >= file.count()) return false;
+    if (RememberedRecord(file, number, found)) return true;
     GroupWalk walk(file);
+    walk.StartAt(number);
     while (walk.Next()) {
         if (walk.record().number != number) continue;
         found = walk.record();
@@ -200,9 +252,10 @@ bool FindRecord(GroupFile& file, uint32_t number, RecordPlace& found) {
 
 namespace {
 
-// Where the records end; nothing if the walk ends before the count.
+// Where the records end; false if the walk ends before the count.
 bool FindEnd(GroupFile& file, uint32_t& end) {
     GroupWalk walk(file);
+    walk.StartAt(file.storedCount());
     while (walk.Next()) {
     }
     end = walk.end();
@@ -213,36 +266,47 @@ bool WriteRecordBytes(GroupFile& file, uint32_t end, const void* record, uint32_
     return file.Write(end, record, bytes) && file.HasLength(file.length()) && file.Flush();
 }
 
-} // namespace
-
-bool AppendToGroup(const char* groupName, const void* record, uint32_t bytes, uint32_t* number) {
-    GroupFile file;
-    if (!file.OpenOrMake(groupName)) return false;
-    uint32_t end;
-    if (!FindEnd(file, end)) return false;
-    if (uint64_t{end} + bytes > kMostGroupBytes) return false;
+// Writes the record, and the count when it is on the disk; puts back what was there if that fails.
+bool WriteAppended(GroupFile& file, uint32_t end, const void* record, uint32_t bytes) {
     const uint32_t length = file.length();
     const uint32_t count = file.storedCount();
     const bool started = length >= kCountBytes || file.WriteCount(0);
     const bool written = started && WriteRecordBytes(file, end, record, bytes);
     // The count goes last: until it is on the disk the new record does not exist for any reader.
-    if (!written || !file.WriteCount(count + 1) || !file.Flush()) {
-        // If the old count can't be put back the record has to stay behind the new one.
-        if (!written || file.WriteCount(count)) file.CutAt(length);
-        file.Flush();
-        return false;
-    }
+    if (written && file.WriteCount(count + 1) && file.Flush()) return true;
+    // If the old count can't be put back the record has to stay behind the new one.
+    if (!written || file.WriteCount(count)) file.CutAt(length);
+    file.Flush();
+    return false;
+}
+
+} // namespace
+
+bool AppendToGroup(const char* groupName, const void* record, uint32_t bytes, uint32_t* number) {
+    const StoreLock lock(kStoreShared);
+    GroupFile file;
+    if (!lock.held() || !file.OpenOrMake(groupName)) return false;
+    uint32_t end;
+    if (!FindEnd(file, end)) return StoreFails(StoreTrouble::kDamaged);
+    if (uint64_t{end} + bytes > kMostGroupBytes) return StoreFails(StoreTrouble::kRefused);
+    const uint32_t count = file.storedCount();
+    if (!WriteAppended(file, end, record, bytes)) return StoreFails(StoreTrouble::kDisk);
     // What an append that was cut short has left may be longer than this record.
     if (file.length() > end + bytes) file.CutAt(end + bytes);
+    file.KeepOffsets();
+    NoteRecord(file, {count, end, bytes});
     *number = count;
     return true;
 }
 
 bool ReplaceHeader(GroupFile& file, const RecordPlace& record, const RecordHeader& old,
                    const RecordHeader& header) {
-    if (file.Write(record.place, &header, sizeof header) && file.Flush()) return true;
+    if (file.Write(record.place, &header, sizeof header) && file.Flush()) {
+        file.KeepOffsets();
+        return true;
+    }
     if (file.Write(record.place, &old, sizeof old)) file.Flush();
-    return false;
+    return StoreFails(StoreTrouble::kDisk);
 }
 
 namespace {
@@ -255,16 +319,12 @@ struct CutOut {
 };
 
 bool PlanCut(GroupFile& file, uint32_t number, CutOut& cut) {
-    bool found = false;
-    GroupWalk walk(file);
-    while (walk.Next()) {
-        if (walk.record().number != number) continue;
-        cut.begin = walk.record().place;
-        cut.end = walk.end();
-        found = true;
-    }
-    cut.fileEnd = walk.end();
-    return found && walk.reachedCount();
+    RecordPlace record;
+    if (!FindEnd(file, cut.fileEnd)) return StoreFails(StoreTrouble::kDamaged);
+    if (!FindRecord(file, number, record)) return StoreFails(StoreTrouble::kRefused);
+    cut.begin = record.place;
+    cut.end = record.place + record.bytes;
+    return true;
 }
 
 bool CopyRange(GroupFile& from, uint32_t begin, uint32_t end, GroupFile& to, uint32_t place) {
@@ -302,10 +362,11 @@ bool TakePlaceOf(const char* from, const char* to) {
 }
 
 bool FlushFileAt(const char* path) {
-    const HFILE file = _lopen(path, OF_READWRITE | OF_SHARE_EXCLUSIVE);
-    if (file == HFILE_ERROR) return false;
-    const bool flushed = FlushFileBuffers(reinterpret_cast<HANDLE>(static_cast<intptr_t>(file)));
-    return _lclose(file) != HFILE_ERROR && flushed;
+    const HANDLE file = CreateFileA(path, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE) return false;
+    const bool flushed = FlushFileBuffers(file);
+    return CloseHandle(file) && flushed;
 }
 
 // A folder of the root can lie on another file system, where only a copy can reach the group's name.
@@ -330,13 +391,14 @@ bool RemoveFromGroup(const char* groupName, uint32_t number) {
     GroupFilePath(groupName, groupPath);
     GetDatabaseRoot(root);
     JoinRootAndPath(root, kWorkFile, workPath);
+    const StoreLock lock(kStoreExclusive);
     GroupFile group;
     CutOut cut;
-    if (!group.OpenToChange(groupName) || !PlanCut(group, number, cut)) return false;
+    if (!lock.held() || !group.OpenToChange(groupName) || !PlanCut(group, number, cut)) return false;
     const bool written = WriteWithout(group, cut, workPath);
-    // An open file can't be replaced, so for a moment nothing keeps another writer out.
+    // An open file can't be replaced; the database's lock keeps other writers out meanwhile.
     group.Close();
     const bool replaced = written && ReplaceGroup(workPath, groupPath);
     DeleteFileA(workPath);
-    return replaced;
+    return replaced || StoreFails(StoreTrouble::kDisk);
 }

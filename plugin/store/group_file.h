@@ -5,9 +5,9 @@
 /// the walk for good.  Bytes behind the last counted record do not exist for any reader: an append that was
 /// cut short leaves them, and the next one writes over them.
 ///
-/// Files that are being changed are open with writers denied, so two writers cannot meet; whoever comes
-/// second waits up to a second and is then refused.  Readers are never denied, and see a record's bytes
-/// complete before the count that makes it one.
+/// Files that are being changed are open with writers denied, and the database's lock (store_lock.h) is held,
+/// so two writers cannot meet; whoever comes second waits up to a second and is then refused.  Readers are
+/// never denied, and see a record's bytes complete before the count that makes it one.
 #pragma once
 
 #include <windows.h>
@@ -15,9 +15,9 @@
 #include <array>
 #include <cstdint>
 
+#include "plugin/store/group_offsets.h"
 #include "plugin/store/record_layout.h"
 
-constexpr uint32_t kCountBytes = 4;
 constexpr uint32_t kMostGroupBytes = 0x7FFFFFFF; ///< places in a file are signed 32-bit numbers
 
 /// The path of a group's file, under the database root, which is made if it is missing; empty, so that no
@@ -34,7 +34,8 @@ public:
     GroupFile& operator=(const GroupFile&) = delete;
 
     /// These give false if the file is missing, cannot be opened, is longer than 2^31 - 1 bytes or cannot be
-    /// read.  OpenOrMake makes a missing file, without bytes, and never empties one that exists.
+    /// read, with the reason in `globals->storeTrouble`.  OpenOrMake makes a missing file, without bytes, and
+    /// never empties one that exists.
     bool OpenToRead(const char* groupName);
     bool OpenToChange(const char* groupName);
     bool OpenOrMake(const char* groupName);
@@ -57,11 +58,20 @@ public:
     bool HasLength(uint32_t length);
     bool Close();
 
-private:
-    bool Open(const char* path, int accessAndSharing);
-    bool ReadFrame();
+    /// What earlier walks have learned of this state of the file; null if memory ran out.  Valid until
+    /// another group file is asked for its table.
+    GroupOffsets* offsets() const { return OffsetsOf(stamp_); }
+    /// After changes of one's own that leave the known records where they are: what the table knows holds for
+    /// the file as it stands now.
+    void KeepOffsets();
 
-    HFILE file_ = HFILE_ERROR;
+private:
+    bool Open(const char* path, DWORD access, DWORD sharing, DWORD disposition);
+    bool ReadFrame();
+    bool ReadStamp(FileStamp& stamp) const;
+
+    HANDLE file_ = INVALID_HANDLE_VALUE;
+    FileStamp stamp_{};
     uint32_t length_ = 0;
     uint32_t storedCount_ = 0;
 };
@@ -78,6 +88,9 @@ struct RecordPlace {
 class GroupWalk {
 public:
     explicit GroupWalk(GroupFile& file) : file_(file) {}
+
+    /// Goes on behind the last record that is known, or at record `number` if that comes first.
+    void StartAt(uint32_t number);
 
     /// False behind the last record, and at the first that is damaged or cannot be read.
     bool Next();
@@ -107,7 +120,7 @@ private:
     std::array<uint8_t, kLargestWindow> window_;
 };
 
-/// Walks to record `number`; false if it is not there.
+/// Finds record `number`; false if it is not there.
 bool FindRecord(GroupFile& file, uint32_t number, RecordPlace& found);
 
 /// Puts a stored record behind the last one, which makes the group if it is missing, and tells its number.

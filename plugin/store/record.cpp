@@ -11,6 +11,7 @@
 #include "plugin/store/lzss.h"
 #include "plugin/store/record_index.h"
 #include "plugin/store/record_layout.h"
+#include "plugin/store/store_lock.h"
 #include "plugin/store/store_names.h"
 #include "plugin/store/swap_words.h"
 #include "plugin/store/trace.h"
@@ -96,8 +97,10 @@ bool PackRecord(MemoryHandle& record) {
     if (packed.bytes() == nullptr) return false;
     const auto room = BytesOf(packed.get()).subspan(kPreviewOffset);
     const auto previewBytes = PackLzss(preview, room);
-    const auto objectBytes = PackLzss(objects, room.subspan(previewBytes.value()));
-    const uint64_t total = kSmallestRecordBytes + previewBytes.value() + objectBytes.value();
+    if (!previewBytes) return false;
+    const auto objectBytes = PackLzss(objects, room.subspan(*previewBytes));
+    if (!objectBytes) return false;
+    const uint64_t total = kSmallestRecordBytes + *previewBytes + *objectBytes;
     if (total > UINT32_MAX) return false;
     std::memcpy(packed.bytes(), BlockBytes(record), kRecordHeaderBytes);
     RecordStart* start = StartOf(packed.get());
@@ -215,7 +218,10 @@ enum class Stored { kDone, kUnchanged, kFailed };
 
 Stored AppendCurRecord(const char* groupName, uint32_t* number) {
     const MemoryHandle record = globals->curRecord;
-    if (!IsFileImage(record)) return Stored::kFailed;
+    if (!IsFileImage(record)) {
+        StoreFails(StoreTrouble::kRefused);
+        return Stored::kFailed;
+    }
     const uint32_t size = SwapLong(StartOf(record)->header.size);
     return AppendToGroup(groupName, BlockBytes(record), size, number) ? Stored::kDone : Stored::kFailed;
 }
@@ -235,13 +241,16 @@ void TakeStoredFields(RecordHeader& header, const RecordHeader& stored) {
 }
 
 Stored RewriteFromCurRecord(const char* groupName, uint32_t number) {
+    const StoreLock lock(kStoreShared);
     GroupFile file;
-    if (!file.OpenToChange(groupName)) return Stored::kFailed;
+    if (!lock.held() || !file.OpenToChange(groupName)) return Stored::kFailed;
     if (number >= file.storedCount()) return Stored::kUnchanged;
     RecordPlace place;
     RecordHeader stored;
-    if (!FindRecord(file, number, place) || !file.Read(place.place, &stored, sizeof stored))
+    if (!FindRecord(file, number, place) || !file.Read(place.place, &stored, sizeof stored)) {
+        StoreFails(StoreTrouble::kDamaged);
         return Stored::kFailed;
+    }
     RecordHeader header = StartOf(globals->curRecord)->header;
     TakeStoredFields(header, stored);
     if (!ReplaceHeader(file, place, stored, header)) return Stored::kFailed;
@@ -264,7 +273,10 @@ int32_t WriteRecord(const char* groupName, int32_t number) {
     const TraceScope trace("WriteRecord");
     if (globals->curRecord == nullptr) return 0;
     if (number < -1) return 0;
-    if (StartOf(globals->curRecord)->packedPreview == 0 && !MakeFileImage()) return -1;
+    if (StartOf(globals->curRecord)->packedPreview == 0 && !MakeFileImage()) {
+        StoreFails(StoreTrouble::kMemory);
+        return -1;
+    }
     auto place = static_cast<uint32_t>(number);
     const Stored stored =
         number == -1 ? AppendCurRecord(groupName, &place) : RewriteFromCurRecord(groupName, place);
@@ -278,7 +290,10 @@ int32_t WriteRecord(const char* groupName, int32_t number) {
 
 int32_t DeleteRecord(const char* groupName, int32_t number) {
     const TraceScope trace("DeleteRecord");
-    if (number < 0) return -1;
+    if (number < 0) {
+        StoreFails(StoreTrouble::kRefused);
+        return -1;
+    }
     // The list is loaded, if at all, while the file still has the record.
     const auto deleted = static_cast<uint32_t>(number);
     const bool listed = FindRihItem(groupName, deleted) >= 0;

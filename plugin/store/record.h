@@ -35,17 +35,19 @@ int32_t AidbReadRecord(const char* groupName, int32_t number, MemoryHandle* hand
 ///
 /// Afterwards `curRecord` is a file image, all its numbers big-endian, `curRecordNo` its number, and the
 /// record has its item in `rihList`.  Returns 0, also when there is no `curRecord` or the number lies past
-/// the end (nothing changes).  Returns -1 when the write failed or was refused: the file cannot be opened
-/// or written, its walk ends before its count, it would pass 2^31 - 1 bytes, memory ran out.  The file is
-/// then what it was, and neither the list nor `curRecordNo` has changed.
+/// the end (nothing changes).  Returns -1 when the write failed or was refused, with the reason in
+/// `globals->storeTrouble`: the file cannot be opened or written, another program has it, its walk ends
+/// before its count, it would pass 2^31 - 1 bytes, memory ran out.  The file is then what it was, and neither
+/// the list nor `curRecordNo` has changed.
 int32_t WriteRecord(const char* groupName, int32_t number);
 
 /// Takes record `number` out of its group and lowers the numbers behind it, in the file and in `rihList`.
 /// `curRecord` is freed.  The data directories of the group are the caller's to renumber, after success.
 ///
-/// Returns 0, or -1 with the group file untouched: no such record, damage anywhere in the walk, or a read
-/// or write that failed.  At every moment the group's path holds the old file or the complete new one; only
-/// when every call fails from the replacement on, -1 can't tell which.
+/// Returns 0, or -1 with the group file untouched and the reason in `globals->storeTrouble`: no such record,
+/// damage anywhere in the walk, another program at work, or a read or write that failed.  At every moment the
+/// group's path holds the old file or the complete new one; only when every call fails from the replacement
+/// on, -1 can't tell which.
 int32_t DeleteRecord(const char* groupName, int32_t number);
 
 /// A new, empty expanded record, or null if memory ran out.

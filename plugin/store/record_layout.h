@@ -22,6 +22,7 @@ constexpr uint32_t kObjectsOffset = kPreviewOffset + kPreviewBytes; ///< 65960
 constexpr uint32_t kEmptyRecordBytes =
     kSmallestRecordBytes + kPreviewBytes; ///< 65964, an empty expanded record
 
+constexpr uint32_t kCountBytes = 4;           ///< the count word in front of a group's records
 constexpr uint32_t kRecordNameBytes = 64;     ///< with the NUL; also of a kind
 constexpr uint32_t kRecordCommentBytes = 256; ///< with the NUL
 

@@ -85,7 +85,8 @@ TEST_F(ImportTest, SeveralProcessesStoreTheSameAsOne) {
         for (int i = 0; i < 4; ++i)
             Draw("g" + std::to_string(group) + "/" + std::to_string(i) + ".svg", "n" + std::to_string(i));
     }
-    ASSERT_EQ(Import({"--jobs", "3"}).code, 0);
+    const CommandResult result = Import({"--jobs", "3"});
+    ASSERT_EQ(result.code, 0) << result.out << result.err;
     for (int group = 0; group < 5; ++group) {
         EXPECT_EQ(Names("g" + std::to_string(group)), (std::vector<std::string>{"n0", "n1", "n2", "n3"}));
     }

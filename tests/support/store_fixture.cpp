@@ -52,6 +52,7 @@ StoreTest::StoreTest() {
 StoreTest::~StoreTest() {
     FreeHandle(globals->curRecord);
     FreeHandle(globals->rihList);
+    FreeOffsets();
     globals = nullptr;
 }
 

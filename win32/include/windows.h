@@ -93,6 +93,7 @@ using HDC = struct HDC__*;
 #define ERROR_WRITE_PROTECT 19u
 #define ERROR_GEN_FAILURE 31u
 #define ERROR_SHARING_VIOLATION 32u
+#define ERROR_HANDLE_EOF 38u
 #define ERROR_NOT_SUPPORTED 50u
 #define ERROR_FILE_EXISTS 80u
 #define ERROR_INVALID_PARAMETER 87u
@@ -124,6 +125,30 @@ struct SYSTEMTIME {
     WORD wMinute;
     WORD wSecond;
     WORD wMilliseconds;
+};
+
+/// Which file an open handle leads to, and how it stands.  Two handles of one file give the same volume and
+/// index; a file that replaces another has an index of its own as long as both exist.
+struct BY_HANDLE_FILE_INFORMATION {
+    DWORD dwFileAttributes;
+    FILETIME ftCreationTime; ///< deviation: as in WIN32_FIND_DATAA
+    FILETIME ftLastAccessTime;
+    FILETIME ftLastWriteTime;
+    DWORD dwVolumeSerialNumber;
+    DWORD nFileSizeHigh;
+    DWORD nFileSizeLow;
+    DWORD nNumberOfLinks;
+    DWORD nFileIndexHigh;
+    DWORD nFileIndexLow;
+};
+
+/// The place in the file that a read or a write is for.
+struct OVERLAPPED {
+    uintptr_t Internal; ///< not used here
+    uintptr_t InternalHigh;
+    DWORD Offset;
+    DWORD OffsetHigh;
+    HANDLE hEvent; ///< not used here
 };
 
 /// One entry of a directory.
@@ -184,6 +209,33 @@ LONG _llseek(HFILE file, LONG offset, int origin);
 
 /// 0, or HFILE_ERROR.  The handle is gone in either case.
 HFILE _lclose(HFILE file);
+
+#define GENERIC_READ 0x80000000u
+#define GENERIC_WRITE 0x40000000u
+#define FILE_SHARE_READ 0x00000001
+#define FILE_SHARE_WRITE 0x00000002
+#define CREATE_NEW 1
+#define OPEN_EXISTING 3
+#define OPEN_ALWAYS 4
+#define FILE_ATTRIBUTE_NORMAL 0x00000080
+
+/// Opens a file, or makes it where the disposition says so: CREATE_NEW fails with ERROR_FILE_EXISTS if it is
+/// there, OPEN_EXISTING with ERROR_FILE_NOT_FOUND if it isn't, OPEN_ALWAYS takes it either way and leaves
+/// ERROR_ALREADY_EXISTS or ERROR_SUCCESS behind.  A new file's name is on the disk when the call returns.
+/// What `sharing` leaves out is denied to others, as with _lopen.  The access is GENERIC_READ with or without
+/// GENERIC_WRITE, the attributes are FILE_ATTRIBUTE_NORMAL; all else is refused.  INVALID_HANDLE_VALUE on
+/// failure.  An HFILE is the same value as an int.
+HANDLE CreateFileA(LPCSTR path, DWORD access, DWORD sharing, struct SECURITY_ATTRIBUTES* security,
+                   DWORD disposition, DWORD attributes, HANDLE pattern);
+BOOL CloseHandle(HANDLE file);
+
+/// Read or write at the place that `at` tells, which must be given.  Reading gives fewer bytes only at the
+/// end of the file, and fails with ERROR_HANDLE_EOF if none stand there; writing tells in `done` how many
+/// bytes were written when it fails.
+BOOL ReadFile(HANDLE file, LPVOID bytes, DWORD count, LPDWORD done, OVERLAPPED* at);
+BOOL WriteFile(HANDLE file, LPCVOID bytes, DWORD count, LPDWORD done, OVERLAPPED* at);
+
+BOOL GetFileInformationByHandle(HANDLE file, BY_HANDLE_FILE_INFORMATION* information);
 
 /// These two take the handle of an open file; for an HFILE that is (HANDLE)(intptr_t)file.
 /// FlushFileBuffers returns when the file's bytes and its length are on the disk.
