@@ -228,8 +228,8 @@ void UnpackBodies(benchmark::State& state, const Bodies& bodies) {
             for (const Bytes& packed : bodies.packed) ClassicUnpack(packed.data(), packed.size(), out.data());
         });
         ours = BestSeconds(9, [&] {
-            for (size_t i = 0; i < bodies.plain.size(); ++i)
-                UnpackLzss(bodies.packed[i], std::span(out).first(bodies.plain[i].size()));
+            for (const Bytes& packed : bodies.packed)
+                UnpackLzss(packed, std::span(out).first(UnpackedLzssBytes(packed)));
         });
         copy = BestSeconds(9, [&] {
             for (const Bytes& plain : bodies.plain) {

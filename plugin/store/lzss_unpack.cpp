@@ -1,15 +1,22 @@
 #include <algorithm>
+#include <array>
 
 #include "plugin/store/lzss.h"
 #include "plugin/store/lzss_form.h"
 
+// Whole groups are unpacked with wide copies as long as there is slack behind what they write; the careful
+// way, one item after the other, does the rest.
+
 namespace {
+
+constexpr uint32_t kGroupBytes = 1 + 2 * kItemsInGroup; ///< of the largest group
+constexpr uint32_t kGroupRoom = kItemsInGroup * kLongest;
+constexpr uint32_t kSlack = 32; ///< more than any copy writes behind its end
 
 /// Walks the items of packed bytes; a pair whose second byte is missing is no item.
 class ItemReader {
 public:
-    explicit ItemReader(std::span<const uint8_t> packed)
-        : next_(packed.data()), end_(next_ + packed.size()) {}
+    ItemReader(const uint8_t* next, const uint8_t* end) : next_(next), end_(end) {}
 
     enum Kind { kEnd, kLiteral, kPair };
     Kind Next() {
@@ -25,8 +32,8 @@ public:
         return literal ? kLiteral : kPair;
     }
     uint8_t byte() const { return item_[0]; }
-    uint32_t place() const { return item_[0] | (item_[1] & 0xF0u) << 4; }
-    uint32_t bytes() const { return (item_[1] & 0x0Fu) + kShortest; }
+    uint32_t place() const { return PlaceOfPair(item_[0], item_[1]); }
+    uint32_t bytes() const { return BytesOfPair(item_[1]); }
 
 private:
     const uint8_t* next_;
@@ -35,26 +42,175 @@ private:
     uint32_t flags_ = 1;
 };
 
+// Distance 0 names the oldest byte of the ring, which the match is about to overwrite.
+uint64_t DistanceOf(uint32_t place, uint64_t done) {
+    const uint64_t distance = (kFirstPlace + done - place) & (kRingBytes - 1);
+    return distance == 0 ? kRingBytes : distance;
+}
+
 // Copies a match whose source may overlap what it writes, or begin among the zeros before the start.
 void CopyMatch(uint8_t* start, uint64_t done, uint64_t distance, uint64_t bytes) {
     uint8_t* to = start + done;
     for (; distance > done && bytes > 0; --bytes, ++done) *to++ = 0;
-    if (bytes == 0) return;
-    const uint8_t* from = to - distance;
-    if (distance >= bytes) {
-        std::memcpy(to, from, bytes);
-    } else if (distance == 1) {
-        std::memset(to, *from, bytes);
+    for (; bytes > 0; --bytes, ++to) *to = *(to - distance);
+}
+
+void CopyEight(uint8_t* to, const uint8_t* from) {
+    std::memcpy(to, from, 8);
+}
+void CopySixteen(uint8_t* to, const uint8_t* from) {
+    std::memcpy(to, from, 16);
+}
+
+// Eight bytes that go on with the last `distance` bytes before `to`, again and again, and by how many of them
+// the next eight begin alike.
+struct Pattern {
+    std::array<uint8_t, 8> bytes;
+    uint32_t step;
+};
+Pattern PatternBefore(const uint8_t* to, uint64_t distance) {
+    static constexpr std::array<uint8_t, 8> kSteps = {0, 8, 8, 6, 8, 5, 6, 7};
+    Pattern pattern{{}, kSteps[distance]};
+    // Reading no more than the bytes meant keeps clear of waiting for stores that are under way.
+    if (distance == 1) {
+        pattern.bytes.fill(to[-1]);
+    } else if (distance == 4) {
+        std::memcpy(pattern.bytes.data(), to - 4, 4);
+        std::memcpy(pattern.bytes.data() + 4, to - 4, 4);
     } else {
-        for (; bytes > 0; --bytes) *to++ = *from++;
+        for (uint64_t i = 0; i < distance; ++i) pattern.bytes[i] = *(to - distance + i);
+        for (uint64_t i = distance; i < 8; ++i) pattern.bytes[i] = pattern.bytes[i - distance];
+    }
+    return pattern;
+}
+
+// Copies at least 18 bytes and at most kSlack.
+void CopyWide(uint8_t* to, uint64_t distance) {
+    const uint8_t* from = to - distance;
+    if (distance >= 16) {
+        CopySixteen(to, from);
+        std::memcpy(to + 16, from + 16, 2);
+    } else if (distance >= 8) {
+        CopyEight(to, from);
+        CopyEight(to + 8, from + 8);
+        std::memcpy(to + 16, from + 16, 2);
+    } else {
+        const Pattern pattern = PatternBefore(to, distance);
+        for (uint32_t i = 0; i < 4; ++i) CopyEight(to + i * pattern.step, pattern.bytes.data());
+    }
+}
+
+// Goes on for `bytes`, a multiple of kGroupRoom, with the bytes that stand `distance` before; writes no more
+// than kSlack behind them.
+void GoOn(uint8_t* to, uint64_t distance, uint64_t bytes) {
+    static_assert(kGroupRoom % 16 == 0);
+    if (distance >= 16) {
+        for (uint64_t i = 0; i < bytes; i += 16) CopySixteen(to + i, to + i - distance);
+    } else if (distance >= 8) {
+        for (uint64_t i = 0; i < bytes; i += 8) CopyEight(to + i, to + i - distance);
+    } else if (distance == 1) {
+        std::memset(to, to[-1], bytes);
+    } else {
+        const Pattern pattern = PatternBefore(to, distance);
+        for (uint64_t i = 0; i < bytes; i += pattern.step) CopyEight(to + i, pattern.bytes.data());
+    }
+}
+
+// Four pairs of 18 bytes from a place on, each 18 places behind the one before, as they are packed.
+uint64_t FourPairs(uint32_t place) {
+    constexpr uint64_t kEach = 0x0001'0001'0001'0001;
+    constexpr uint64_t kPlaces =
+        uint64_t{kLongest} << 16 | uint64_t{2 * kLongest} << 32 | uint64_t{3 * kLongest} << 48;
+    const uint64_t places = (place & (kRingBytes - 1)) * kEach + kPlaces;
+    return (places & 0xFF * kEach) | (places & 0xF00 * kEach) << 4 | ((kLongest - kShortest) << 8) * kEach;
+}
+
+// Whether a group is eight pairs of 18 bytes whose distance is that of a pair from `place`, as in a run.
+bool IsGroupOfRun(const uint8_t* group, uint32_t place) {
+    if (group[0] != 0) return false;
+    if constexpr (std::endian::native == std::endian::little)
+        return LoadEight(group + 1) == FourPairs(place) &&
+               LoadEight(group + 9) == FourPairs(place + 4 * kLongest);
+    for (uint32_t i = 0; i < kItemsInGroup; ++i, place += kLongest) {
+        const uint8_t* pair = group + 1 + 2 * i;
+        if (PlaceOfPair(pair[0], pair[1]) != (place & (kRingBytes - 1)) || BytesOfPair(pair[1]) != kLongest)
+            return false;
+    }
+    return true;
+}
+
+/// Where the unpacking stands.
+struct Unpacker {
+    const uint8_t* next; ///< the flag byte of a group
+    const uint8_t* end;
+    uint8_t* start;
+    uint64_t done;
+    uint64_t room;
+};
+
+// The items of one group behind its flag byte.
+void UnpackItems(Unpacker& unpacker, uint32_t flags) {
+    const uint8_t* next = unpacker.next;
+    uint64_t done = unpacker.done;
+    for (uint32_t i = 0; i < kItemsInGroup; ++i, flags >>= 1) {
+        if (flags & 1) {
+            unpacker.start[done++] = *next++;
+            continue;
+        }
+        const uint64_t distance = DistanceOf(PlaceOfPair(next[0], next[1]), done);
+        const uint32_t bytes = BytesOfPair(next[1]);
+        next += 2;
+        if (distance > done) {
+            CopyMatch(unpacker.start, done, distance, bytes);
+        } else {
+            CopyWide(unpacker.start + done, distance);
+        }
+        done += bytes;
+    }
+    unpacker.next = next;
+    unpacker.done = done;
+}
+
+bool HasWholeGroup(const Unpacker& unpacker) {
+    return unpacker.end - unpacker.next >= std::ptrdiff_t{kGroupBytes} &&
+           unpacker.room - unpacker.done >= kGroupRoom + kSlack;
+}
+
+// The groups from here on that do nothing but go on with one run; false if there is none.
+bool UnpackRun(Unpacker& unpacker) {
+    const uint8_t* const pair = unpacker.next + 1;
+    if (BytesOfPair(pair[1]) != kLongest || BytesOfPair(pair[2 * kItemsInGroup - 1]) != kLongest)
+        return false;
+    uint32_t place = PlaceOfPair(pair[0], pair[1]);
+    const uint64_t distance = DistanceOf(place, unpacker.done);
+    if (distance > unpacker.done) return false;
+    uint8_t* const to = unpacker.start + unpacker.done;
+    uint64_t bytes = 0;
+    for (; HasWholeGroup(unpacker) && IsGroupOfRun(unpacker.next, place); place += kGroupRoom) {
+        unpacker.next += kGroupBytes;
+        unpacker.done += kGroupRoom;
+        bytes += kGroupRoom;
+    }
+    if (bytes == 0) return false;
+    GoOn(to, distance, bytes);
+    return true;
+}
+
+void UnpackGroups(Unpacker& unpacker) {
+    while (HasWholeGroup(unpacker)) {
+        if (*unpacker.next == 0 && UnpackRun(unpacker)) continue;
+        const uint32_t flags = *unpacker.next++;
+        UnpackItems(unpacker, flags);
     }
 }
 
 } // namespace
 
 uint64_t UnpackLzss(std::span<const uint8_t> packed, std::span<uint8_t> plain) {
-    ItemReader items(packed);
-    uint64_t done = 0;
+    Unpacker unpacker{packed.data(), packed.data() + packed.size(), plain.data(), 0, plain.size()};
+    if (plain.size() >= kGroupRoom + kSlack) UnpackGroups(unpacker);
+    ItemReader items(unpacker.next, unpacker.end);
+    uint64_t done = unpacker.done;
     while (done < plain.size()) {
         const ItemReader::Kind kind = items.Next();
         if (kind == ItemReader::kEnd) break;
@@ -62,19 +218,33 @@ uint64_t UnpackLzss(std::span<const uint8_t> packed, std::span<uint8_t> plain) {
             plain[done++] = items.byte();
             continue;
         }
-        // Distance 0 names the oldest byte of the ring, which the match is about to overwrite.
-        uint64_t distance = (kFirstPlace + done - items.place()) & (kRingBytes - 1);
-        if (distance == 0) distance = kRingBytes;
         const uint64_t bytes = std::min<uint64_t>(items.bytes(), plain.size() - done);
-        CopyMatch(plain.data(), done, distance, bytes);
+        CopyMatch(plain.data(), done, DistanceOf(items.place(), done), bytes);
         done += bytes;
     }
     return done;
 }
 
 uint64_t UnpackedLzssBytes(std::span<const uint8_t> packed) {
-    ItemReader items(packed);
+    const uint8_t* next = packed.data();
+    const uint8_t* const end = next + packed.size();
     uint64_t bytes = 0;
+    while (end - next >= std::ptrdiff_t{kGroupBytes}) {
+        uint32_t flags = *next++;
+        if (flags == 0) {
+            uint32_t sum = 0;
+            for (uint32_t i = 0; i < kItemsInGroup; ++i) sum += next[2 * i + 1] & 0x0F;
+            bytes += sum + kItemsInGroup * kShortest;
+            next += 2 * kItemsInGroup;
+            continue;
+        }
+        for (uint32_t i = 0; i < kItemsInGroup; ++i, flags >>= 1) {
+            const uint32_t isPair = ~flags & 1;
+            bytes += isPair ? BytesOfPair(next[1]) : 1;
+            next += 1 + isPair;
+        }
+    }
+    ItemReader items(next, end);
     for (;;) {
         const ItemReader::Kind kind = items.Next();
         if (kind == ItemReader::kEnd) return bytes;
