@@ -5,10 +5,16 @@
 #include "plugin/store/lzss.h"
 #include "plugin/store/lzss_form.h"
 #include "plugin/store/lzss_ranks.h"
+#include "plugin/store/lzss_unit.h"
 #include "plugin/store/lzss_window.h"
+#include "plugin/store/lzss_writer.h"
 #include "plugin/store/memory_handle.h"
 
-// The input goes through in blocks.  In each, the strings of 18 bytes at its places, and those that are left
+// After a long run of zeros nothing but their string is left in the window, and what follows up to the next
+// such run is a unit that can be packed with little ado (lzss_unit.h); the objects of a stream are mostly
+// such units.
+//
+// All else goes through in blocks.  In each, the strings of 18 bytes at its places, and those that are left
 // from the block before, are put in order first; then each place's string enters the window and the one that
 // falls out of the ring leaves it.  A string that stands one to four bytes back as well goes on with a run,
 // as most of a stream and of a preview does: it has the rank of that one, and is neither sorted nor searched.
@@ -21,64 +27,6 @@ constexpr uint32_t kReach = kRingBytes - kLongest + 1; ///< a string that is so 
 constexpr uint32_t kLongestPeriod = 4;                 ///< a pixel
 static_assert(kBlockBytes + kRingBytes <= kMostStrings);
 static_assert(kHistory + kBlockBytes <= std::numeric_limits<uint16_t>::max());
-
-/// Collects items into groups behind their flag bytes.
-class GroupWriter {
-public:
-    explicit GroupWriter(std::span<uint8_t> out) : out_(out) {}
-
-    /// False when the room does not suffice.
-    bool Literal(uint8_t byte) {
-        if (!Room(1)) return false;
-        out_[flags_] = static_cast<uint8_t>(out_[flags_] | 1u << items_++);
-        out_[used_++] = byte;
-        return true;
-    }
-    bool Pair(uint32_t ringPlace, uint32_t bytes) {
-        if (!Room(2)) return false;
-        ++items_;
-        PutPair(ringPlace, bytes);
-        return true;
-    }
-    /// Pairs of 18 bytes, each 18 places on.
-    bool Pairs(uint32_t ringPlace, uint32_t count) {
-        for (; count > 0; --count, ringPlace = (ringPlace + kLongest) & (kRingBytes - 1)) {
-            while (items_ == kItemsInGroup && count > kItemsInGroup &&
-                   out_.size() - used_ > 2 * kItemsInGroup) {
-                out_[used_++] = 0;
-                for (uint32_t i = 0; i < kItemsInGroup; ++i)
-                    PutPair((ringPlace + i * kLongest) & (kRingBytes - 1), kLongest);
-                ringPlace = (ringPlace + kItemsInGroup * kLongest) & (kRingBytes - 1);
-                count -= kItemsInGroup;
-            }
-            if (!Pair(ringPlace, kLongest)) return false;
-        }
-        return true;
-    }
-    uint64_t used() const { return used_; }
-
-private:
-    void PutPair(uint32_t ringPlace, uint32_t bytes) {
-        out_[used_] = static_cast<uint8_t>(ringPlace);
-        out_[used_ + 1] = static_cast<uint8_t>((ringPlace >> 4 & 0xF0) | (bytes - kShortest));
-        used_ += 2;
-    }
-    bool Room(size_t bytes) {
-        const bool opens = items_ == kItemsInGroup;
-        if (out_.size() - used_ < bytes + (opens ? 1 : 0)) return false;
-        if (opens) {
-            flags_ = used_++;
-            out_[flags_] = 0;
-            items_ = 0;
-        }
-        return true;
-    }
-
-    std::span<uint8_t> out_;
-    size_t used_ = 0;
-    size_t flags_ = 0;
-    uint32_t items_ = kItemsInGroup;
-};
 
 /// Neighbouring places of a block that all go on with runs of the same period, or, with period 0, with none.
 struct Span {
@@ -102,6 +50,7 @@ struct Packer {
     uint32_t inItem; ///< places that the last item still covers
     StringRanks strings;
     MatchWindow window;
+    UnitMemory unit;
 };
 
 /// One block: the places in the text from kHistory to `end`.
@@ -267,6 +216,34 @@ void StartWindow(Packer& packer) {
         packer.left[packer.leftCount++] = {static_cast<int64_t>(back) - kRingBytes, kHistory - back};
 }
 
+// Goes on behind a unit: all before is zeros, and their last string alone is in the window.
+void StartBehindZeros(Packer& packer, size_t start) {
+    std::fill_n(packer.text.begin(), kHistory, uint8_t{0});
+    packer.leftCount = 1;
+    packer.left[0] = {static_cast<int64_t>(start), kHistory - 1};
+}
+
+bool PackNextBlock(Packer& packer, std::span<const uint8_t> plain, size_t start, uint32_t bytes,
+                   GroupWriter& writer) {
+    const auto rest = plain.subspan(start);
+    const auto read = static_cast<uint32_t>(std::min<size_t>(rest.size(), bytes + kLongest));
+    std::memcpy(&packer.text[kHistory], rest.data(), read);
+    // Behind the input the ring still holds what came a round before.
+    for (uint32_t i = read; i < bytes + kLongest; ++i)
+        packer.text[kHistory + i] = packer.text[kHistory + i - kRingBytes];
+    packer.strings.strings = packer.leftCount;
+    for (uint32_t i = 0; i < packer.leftCount; ++i)
+        packer.strings.places[i] = static_cast<uint16_t>(packer.left[i].place);
+    const Block block{kHistory + bytes, kHistory + read, static_cast<int64_t>(start)};
+    FindSpans(packer, block.end);
+    RankStrings(packer.strings, packer.text.data());
+    FillWindow(packer, static_cast<uint32_t>((start + kFirstPlace) & (kRingBytes - 1)));
+    if (!PackBlock(packer, block, writer)) return false;
+    KeepWindow(packer, bytes);
+    std::memmove(packer.text.data(), &packer.text[bytes], kHistory);
+    return true;
+}
+
 } // namespace
 
 std::optional<uint64_t> PackLzss(std::span<const uint8_t> plain, std::span<uint8_t> packed) {
@@ -276,25 +253,21 @@ std::optional<uint64_t> PackLzss(std::span<const uint8_t> plain, std::span<uint8
     if (memory.bytes() == nullptr) return std::nullopt;
     Packer& packer = *reinterpret_cast<Packer*>(memory.bytes());
     StartWindow(packer);
+    bool onlyZeros = false; // in the window
     for (size_t start = 0; start < plain.size();) {
-        const auto rest = plain.subspan(start);
-        const auto bytes = static_cast<uint32_t>(std::min<size_t>(rest.size(), kBlockBytes));
-        const auto read = static_cast<uint32_t>(std::min<size_t>(rest.size(), kBlockBytes + kLongest));
-        std::memcpy(&packer.text[kHistory], rest.data(), read);
-        // Behind the input the ring still holds what came a round before.
-        for (uint32_t i = read; i < bytes + kLongest; ++i)
-            packer.text[kHistory + i] = packer.text[kHistory + i - kRingBytes];
-        packer.strings.strings = packer.leftCount;
-        for (uint32_t i = 0; i < packer.leftCount; ++i)
-            packer.strings.places[i] = static_cast<uint16_t>(packer.left[i].place);
-        const Block block{kHistory + bytes, kHistory + read, static_cast<int64_t>(start)};
-        FindSpans(packer, block.end);
-        RankStrings(packer.strings, packer.text.data());
-        FillWindow(packer, static_cast<uint32_t>((start + kFirstPlace) & (kRingBytes - 1)));
-        if (!PackBlock(packer, block, writer)) return std::nullopt;
-        KeepWindow(packer, bytes);
-        std::memmove(packer.text.data(), &packer.text[bytes], kHistory);
-        start += bytes;
+        const ZeroRun run = FindZeroRun(plain, start, start + kBlockBytes);
+        if (onlyZeros && run.end != 0 && run.start - start <= kMostUnitBytes) {
+            if (!PackUnit(packer.unit, plain, start, run, packer.inItem, writer)) return std::nullopt;
+            start = run.end - kLongest + 1;
+            StartBehindZeros(packer, start);
+            continue;
+        }
+        size_t end = std::min(plain.size(), start + kBlockBytes);
+        if (run.end != 0) end = std::min(end, run.end - kLongest + 1);
+        if (!PackNextBlock(packer, plain, start, static_cast<uint32_t>(end - start), writer))
+            return std::nullopt;
+        onlyZeros = run.end != 0 && end >= run.start + kResettingZeros;
+        start = end;
     }
     return writer.used();
 }

@@ -118,14 +118,16 @@ TEST(Lzss, PacksPreviewsAsTheClassicCoder) {
 
 TEST(Lzss, PacksStreamsAsTheClassicCoder) {
     ExpectAsClassic(StreamOfPaths(60), "stream");
-    for (uint32_t seed = 0; seed < 60; ++seed) {
-        // Pieces of runs, of noise and of what went before, in lengths around those of a match and the ring.
+    for (uint32_t seed = 0; seed < 150; ++seed) {
+        // Pieces of runs, of noise and of what went before, in lengths around those of a match, of the ring
+        // and of a block; every third seed has long runs of zeros only.
         std::mt19937 random(seed);
+        const size_t most = seed % 10 == 0 ? 100000 : 20000;
+        const size_t lengths[] = {1, 2, 3, 17, 18, 19, 40, 400, 4096, 5000};
         Bytes bytes;
-        while (bytes.size() < 20000) {
-            const size_t lengths[] = {1, 2, 3, 17, 18, 19, 40, 400, 4096, 5000};
+        while (bytes.size() < most) {
             const size_t length = lengths[random() % std::size(lengths)];
-            const uint32_t kind = random() % 3;
+            const uint32_t kind = random() % 4;
             const size_t period = 1 + random() % 6;
             const size_t from = bytes.empty() ? 0 : random() % bytes.size();
             for (size_t i = 0; i < length; ++i) {
@@ -133,12 +135,45 @@ TEST(Lzss, PacksStreamsAsTheClassicCoder) {
                     bytes.push_back(bytes[bytes.size() - period]);
                 } else if (kind == 1 && from < bytes.size()) {
                     bytes.push_back(bytes[from + i < bytes.size() ? from + i : from]);
+                } else if (kind == 2 || (seed % 3 == 1 && length > 400)) {
+                    bytes.push_back(0);
                 } else {
-                    bytes.push_back(static_cast<uint8_t>(random() % (seed % 3 == 0 ? 256 : 3)));
+                    bytes.push_back(static_cast<uint8_t>(random() % (seed % 2 == 0 ? 256 : 3)));
                 }
             }
         }
         ExpectAsClassic(bytes, "mixture of seed " + std::to_string(seed));
+    }
+}
+
+// Zeros that just drive everything else out of the ring, or just don't, at every phase of an item and a
+// group.
+TEST(Lzss, PacksBetweenLongRunsOfZerosAsTheClassicCoder) {
+    for (const size_t zeros : {4077, 4079, 4096, 4097, 4114, 4159, 4160, 4161, 4178, 4872}) {
+        for (size_t phase = 0; phase < 18; ++phase) {
+            Bytes bytes = Noise(phase, 3, 256);
+            for (uint32_t unit = 0; unit < 6; ++unit) {
+                bytes.insert(bytes.end(), zeros, 0);
+                // Sparse enough for starts of zeros of every length, and for equal strings far apart.
+                const Bytes noise =
+                    Noise(unit == 4 ? 3990 + phase : 30 + 61 * phase, unit, unit % 2 ? 9 : 256);
+                for (const uint8_t byte : noise) bytes.insert(bytes.end(), {byte, 0, 0, byte});
+                if (unit == 4) bytes.resize(bytes.size() - 3 * noise.size());
+            }
+            bytes.insert(bytes.end(), zeros * (phase % 2) + phase, 0);
+            ExpectAsClassic(bytes, std::to_string(zeros) + " zeros, phase " + std::to_string(phase));
+        }
+    }
+}
+
+// Rows that repeat but for a byte here and there: matches that end anywhere, far back.
+TEST(Lzss, PacksNearPeriodicBytesAsTheClassicCoder) {
+    for (const size_t period : {5u, 17u, 18u, 19u, 64u, 512u, 4078u, 4095u, 4096u, 4097u}) {
+        std::mt19937 random(static_cast<uint32_t>(period));
+        Bytes bytes = Noise(period, 1, 256);
+        while (bytes.size() < 40000)
+            bytes.push_back(static_cast<uint8_t>(bytes[bytes.size() - period] + (random() % 100 == 0)));
+        ExpectAsClassic(bytes, "period " + std::to_string(period));
     }
 }
 

@@ -1,0 +1,65 @@
+/// Writes packed items.  Only the packer includes this.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "plugin/store/lzss_form.h"
+
+/// Collects items into groups behind their flag bytes.
+class GroupWriter {
+public:
+    explicit GroupWriter(std::span<uint8_t> out) : out_(out) {}
+
+    /// False when the room does not suffice.
+    bool Literal(uint8_t byte) {
+        if (!Room(1)) return false;
+        out_[flags_] = static_cast<uint8_t>(out_[flags_] | 1u << items_++);
+        out_[used_++] = byte;
+        return true;
+    }
+    bool Pair(uint32_t ringPlace, uint32_t bytes) {
+        if (!Room(2)) return false;
+        ++items_;
+        PutPair(ringPlace, bytes);
+        return true;
+    }
+    /// Pairs of 18 bytes, each 18 places on.
+    bool Pairs(uint32_t ringPlace, size_t count) {
+        for (; count > 0; --count, ringPlace = (ringPlace + kLongest) & (kRingBytes - 1)) {
+            while (items_ == kItemsInGroup && count > kItemsInGroup &&
+                   out_.size() - used_ > 2 * kItemsInGroup) {
+                out_[used_++] = 0;
+                for (uint32_t i = 0; i < kItemsInGroup; ++i)
+                    PutPair((ringPlace + i * kLongest) & (kRingBytes - 1), kLongest);
+                ringPlace = (ringPlace + kItemsInGroup * kLongest) & (kRingBytes - 1);
+                count -= kItemsInGroup;
+            }
+            if (!Pair(ringPlace, kLongest)) return false;
+        }
+        return true;
+    }
+    uint64_t used() const { return used_; }
+
+private:
+    void PutPair(uint32_t ringPlace, uint32_t bytes) {
+        out_[used_] = static_cast<uint8_t>(ringPlace);
+        out_[used_ + 1] = static_cast<uint8_t>((ringPlace >> 4 & 0xF0) | (bytes - kShortest));
+        used_ += 2;
+    }
+    bool Room(size_t bytes) {
+        const bool opens = items_ == kItemsInGroup;
+        if (out_.size() - used_ < bytes + (opens ? 1 : 0)) return false;
+        if (opens) {
+            flags_ = used_++;
+            out_[flags_] = 0;
+            items_ = 0;
+        }
+        return true;
+    }
+
+    std::span<uint8_t> out_;
+    size_t used_ = 0;
+    size_t flags_ = 0;
+    uint32_t items_ = kItemsInGroup;
+};
