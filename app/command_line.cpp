@@ -19,11 +19,17 @@ struct Commands {
     RegisterOptions registering;
     ImportOptions import;
     ListOptions list;
+    SearchOptions search;
     ShowOptions show;
     PlaceOptions place;
     SheetOptions sheet;
     ConvertOptions convert;
     RoundtripOptions roundtrip;
+    EditOptions edit;
+    DeleteOptions deleting;
+    ExportOptions exporting;
+    CheckOptions check;
+    RepairOptions repair;
     Action action;
 };
 
@@ -72,6 +78,29 @@ void AddList(CLI::App& app, Commands& commands) {
                                    [&o] { return RunList(o); });
     AddDatabase(command, o.database);
     command->add_option("group", o.group, kGroupHelp)->type_name("GROUP");
+    command
+        ->add_option("--sort", o.sort,
+                     "a group's records by name, kind or date, newest first; without it as they are stored")
+        ->check(CLI::IsMember({"name", "kind", "date"}));
+    command->add_flag("--json", o.json, "as JSON");
+}
+
+void AddSearch(CLI::App& app, Commands& commands) {
+    SearchOptions& o = commands.search;
+    CLI::App* command = AddCommand(app, commands, "search", "find records of all groups by a text",
+                                   [&o] { return RunSearchCommand(o); });
+    AddDatabase(command, o.database);
+    command->add_option("--field", o.field, "where the text is looked for: name, kind or comment")
+        ->required()
+        ->check(CLI::IsMember({"name", "kind", "comment"}));
+    command->add_option("text", o.text, "what is looked for; an empty text finds every record")->required();
+    command->add_flag("--case", o.caseMatters, "tell capitals from small letters");
+    command->add_flag("--width", o.widthMatters, "tell full-width from half-width forms");
+    command->add_flag("--word", o.wholeWords, "find whole words alone");
+    command
+        ->add_option("--within", o.within, "keep what also has this in another field; may be given often")
+        ->type_name("FIELD=TEXT")
+        ->allow_extra_args(false);
     command->add_flag("--json", o.json, "as JSON");
 }
 
@@ -148,6 +177,68 @@ void AddRoundtrip(CLI::App& app, Commands& commands) {
     command->add_option("--jobs", o.jobs, "processes")->check(CLI::Range(1, 64));
 }
 
+void AddEdit(CLI::App& app, Commands& commands) {
+    EditOptions& o = commands.edit;
+    CLI::App* command = AddCommand(app, commands, "edit", "change a record's texts, or move it to a group",
+                                   [&o] { return RunEdit(o); });
+    AddDatabase(command, o.database);
+    command->add_option("group", o.group, kGroupHelp)->required()->type_name("GROUP");
+    command->add_option("number", o.number, "the record's number, from 0")
+        ->required()
+        ->check(CLI::NonNegativeNumber);
+    command->add_option("--name", o.name, "the record's new name");
+    command->add_option("--kind", o.kind, "the record's new kind");
+    command->add_option("--comment", o.comment, "the record's new comment");
+    command->add_option("--to", o.to, "the group to move it to, made if it is missing")->type_name("GROUP");
+    command->footer(
+        "Prints the record's group and number. A record that is moved and not otherwise changed "
+        "keeps both dates.");
+}
+
+void AddDelete(CLI::App& app, Commands& commands) {
+    DeleteOptions& o = commands.deleting;
+    CLI::App* command =
+        AddCommand(app, commands, "delete", "delete records of a group", [&o] { return RunDelete(o); });
+    AddDatabase(command, o.database);
+    command->add_option("group", o.group, kGroupHelp)->required()->type_name("GROUP");
+    command->add_option("numbers", o.numbers, "numbers of the records, from 0, all as they are before")
+        ->required()
+        ->check(CLI::NonNegativeNumber);
+    command->add_flag("--yes", o.yes, "don't ask");
+}
+
+void AddExport(CLI::App& app, Commands& commands) {
+    ExportOptions& o = commands.exporting;
+    CLI::App* command = AddCommand(app, commands, "export", "write records as drawings, one file for each",
+                                   [&o] { return RunExport(o); });
+    AddDatabase(command, o.database);
+    command->add_option("group", o.group, kGroupHelp)->type_name("GROUP");
+    command->add_option("--out", o.out, "where; folders in it follow the groups")
+        ->required()
+        ->type_name("FOLDER");
+    command->add_option("--as", o.as, "svg, png or pdf")
+        ->required()
+        ->check(CLI::IsMember({"svg", "png", "pdf"}));
+    command->add_flag("--force", o.force, "write over files that are there");
+}
+
+void AddCheck(CLI::App& app, Commands& commands) {
+    CheckOptions& o = commands.check;
+    CLI::App* command = AddCommand(app, commands, "check", "look for damage and leftovers; changes nothing",
+                                   [&o] { return RunCheck(o); });
+    AddDatabase(command, o.database);
+    command->add_flag("--json", o.json, "as JSON");
+}
+
+void AddRepair(CLI::App& app, Commands& commands) {
+    RepairOptions& o = commands.repair;
+    CLI::App* command = AddCommand(app, commands, "repair", "mend what can be mended without guessing",
+                                   [&o] { return RunRepair(o); });
+    AddDatabase(command, o.database);
+    command->add_flag("--dry-run", o.dryRun, "say what would be done, and change nothing");
+    command->footer("What is changed or taken out is kept in the database's folder .velquorne-repair-TIME.");
+}
+
 } // namespace
 
 int RunCommandLine(int argc, char** argv) {
@@ -161,11 +252,17 @@ int RunCommandLine(int argc, char** argv) {
     AddRegister(app, commands);
     AddImport(app, commands);
     AddList(app, commands);
+    AddSearch(app, commands);
     AddShow(app, commands);
     AddPlace(app, commands);
     AddSheet(app, commands);
     AddConvert(app, commands);
     AddRoundtrip(app, commands);
+    AddEdit(app, commands);
+    AddDelete(app, commands);
+    AddExport(app, commands);
+    AddCheck(app, commands);
+    AddRepair(app, commands);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

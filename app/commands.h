@@ -3,6 +3,7 @@
 #pragma once
 
 #include <nlohmann/json_fwd.hpp>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,9 +23,18 @@ int RunImport(const ImportOptions& options);
 
 struct ListOptions {
     std::string database, group;
+    std::string sort; ///< name, kind or date; empty: file order
     bool json = false;
 };
 int RunList(const ListOptions& options);
+
+struct SearchOptions {
+    std::string database, field, text;
+    std::vector<std::string> within; ///< FIELD=TEXT
+    bool caseMatters = false, widthMatters = false, wholeWords = false;
+    bool json = false;
+};
+int RunSearchCommand(const SearchOptions& options);
 
 struct ShowOptions {
     std::string database, group, preview;
@@ -60,6 +70,38 @@ struct RoundtripOptions {
     int jobs = 1;
 };
 int RunRoundtrip(const RoundtripOptions& options);
+
+struct EditOptions {
+    std::string database, group, to;
+    int number = 0;
+    std::optional<std::string> name, kind, comment; ///< nothing: stays as it is
+};
+int RunEdit(const EditOptions& options);
+
+struct DeleteOptions {
+    std::string database, group;
+    std::vector<int> numbers;
+    bool yes = false;
+};
+int RunDelete(const DeleteOptions& options);
+
+struct ExportOptions {
+    std::string database, group, out, as;
+    bool force = false;
+};
+int RunExport(const ExportOptions& options);
+
+struct CheckOptions {
+    std::string database;
+    bool json = false;
+};
+int RunCheck(const CheckOptions& options);
+
+struct RepairOptions {
+    std::string database;
+    bool dryRun = false;
+};
+int RunRepair(const RepairOptions& options);
 
 /// A line on standard error, with the program's name in front.
 void Complain(const std::string& sentence);

@@ -5,9 +5,11 @@
 
 #include "app/texts.h"
 #include "plugin/frame/globals.h"
+#include "plugin/store/header_walk.h"
 #include "plugin/store/record.h"
 #include "plugin/store/store_names.h"
 #include "plugin/store/store_tree.h"
+#include "plugin/store/swap_words.h"
 
 std::vector<std::string> AllGroups() {
     std::array<char, kNameBytes> root{};
@@ -23,20 +25,42 @@ std::string GroupForPeople(const std::string& groupName) {
     return !name.empty() && name[0] == '\\' ? name : "\\" + name;
 }
 
+namespace {
+
+// A header in file order as the plug-in has it in memory.
+RecordHeader InHostOrder(RecordHeader header) {
+    const auto swapped = [](int32_t bound) {
+        return static_cast<int32_t>(SwapLong(static_cast<uint32_t>(bound)));
+    };
+    header.objectCount = SwapLong(header.objectCount);
+    header.size = SwapLong(header.size);
+    header.boundsLeft = swapped(header.boundsLeft);
+    header.boundsTop = swapped(header.boundsTop);
+    header.boundsRight = swapped(header.boundsRight);
+    header.boundsBottom = swapped(header.boundsBottom);
+    header.created = SwapLong(header.created);
+    header.modified = SwapLong(header.modified);
+    return header;
+}
+
+} // namespace
+
 std::vector<RecordSummary> ReadHeaders(const std::string& groupName, uint32_t* expected) {
     std::vector<RecordSummary> headers;
-    *expected = CountRecords(groupName.c_str());
-    HandleOwner record;
-    for (uint32_t number = 0; number < *expected; ++number) {
-        AidbReadRecord(groupName.c_str(), static_cast<int32_t>(number), &record.get(), kReadHeader, true);
-        if (!record.bytes()) break;
-        RecordSummary summary;
-        summary.number = static_cast<int32_t>(number);
-        std::memcpy(&summary.header, record.bytes(), sizeof summary.header);
-        if (summary.header.size == 0) break;
-        headers.push_back(summary);
-    }
+    const HeaderReach reach =
+        ForEachHeader(groupName.c_str(), [&headers](uint32_t number, const RecordHeader& header) {
+            headers.push_back({static_cast<int32_t>(number), InHostOrder(header)});
+        });
+    *expected = reach.count;
     return headers;
+}
+
+bool ReadHeader(const std::string& groupName, int32_t number, RecordHeader* header) {
+    HandleOwner record;
+    AidbReadRecord(groupName.c_str(), number, &record.get(), kReadHeader, true);
+    if (!record.bytes()) return false;
+    std::memcpy(header, record.bytes(), sizeof *header);
+    return header->size != 0;
 }
 
 std::vector<uint8_t> ReadPreview(const std::string& groupName, int32_t number) {

@@ -23,6 +23,9 @@ struct RecordSummary {
 /// read if the file is damaged.
 std::vector<RecordSummary> ReadHeaders(const std::string& groupName, uint32_t* expected);
 
+/// A record's header in host order; false if there is none of that number or it can't be read.
+bool ReadHeader(const std::string& groupName, int32_t number, RecordHeader* header);
+
 /// A record's preview: 128 x 128 pixels of 4 bytes; empty if the record can't be read.
 std::vector<uint8_t> ReadPreview(const std::string& groupName, int32_t number);
 

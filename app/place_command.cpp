@@ -6,10 +6,7 @@
 #include "app/documents.h"
 #include "app/exit_code.h"
 #include "app/open_database.h"
-#include "plugin/frame/globals.h"
-#include "plugin/rebuild/load_art.h"
-#include "plugin/store/record.h"
-#include "win32/beep.h"
+#include "app/record_loading.h"
 
 namespace {
 
@@ -19,25 +16,6 @@ bool ParsePoint(const std::string& text, HostPoint* point) {
     if (x.ec != std::errc() || x.ptr == end || *x.ptr != ',') return false;
     const auto y = std::from_chars(x.ptr + 1, end, point->y);
     return y.ec == std::errc() && y.ptr == end && std::isfinite(point->x) && std::isfinite(point->y);
-}
-
-/// Loads the record into the front document.
-int Load(const std::string& group, const PlaceOptions& options, const HostPoint& point) {
-    globals->placePoint = point;
-    globals->originMode = static_cast<int16_t>(options.origin);
-    globals->trackState = 0;
-    globals->trackTarget = nullptr;
-    const unsigned beeps = BeepCount();
-    const HostError result = AidbLoadArt(group.c_str(), options.number);
-    if (!globals->curRecord) {
-        Complain(options.group + ": record " + std::to_string(options.number) + " can't be read");
-        return kRefusedOrDiffers;
-    }
-    if (BeepCount() != beeps || result != kHostNoError) {
-        Complain("not all of the record could be placed: the layer is hidden or locked, or art was refused");
-        return kRefusedOrDiffers;
-    }
-    return kDone;
 }
 
 } // namespace
@@ -69,8 +47,10 @@ int RunPlace(const PlaceOptions& options) {
         if (!losses.empty()) Complain(options.into + ": not taken from the file: " + losses);
     }
     database.host().Open(std::move(document));
-    const int loaded = Load(database.group(), options, point);
-    if (loaded != kDone) return loaded;
+    if (!LoadRecord(database.group(), options.number, point, options.origin, LinkedFileUse::kPool, &error)) {
+        Complain(options.group + ": " + error);
+        return kRefusedOrDiffers;
+    }
     for (const std::string& out : options.out) {
         if (SaveDocument(*database.host().front(), out, &error)) continue;
         Complain(error);

@@ -5,26 +5,18 @@
 #include "app/database_view.h"
 #include "app/documents.h"
 #include "app/exit_code.h"
+#include "app/linked_pictures.h"
+#include "app/record_texts.h"
 #include "app/registration.h"
 #include "app/texts.h"
 #include "plugin/store/record_layout.h"
 
 namespace {
 
-/// A text that was asked for must fit whole: a cut could change what it says.
-bool TextFor(const std::string& what, const std::string& utf8, size_t capacity, std::string* out) {
-    std::string error;
-    const auto text = Cp932OfUtf8(utf8, &error);
-    if (!text) {
-        Complain(what + ": " + error);
-        return false;
-    }
-    if (text->size() > capacity - 1) {
-        Complain(what + " is longer than " + std::to_string(capacity - 1) + " bytes");
-        return false;
-    }
-    *out = *text;
-    return true;
+bool TextFor(const char* what, const std::string& utf8, size_t capacity, std::string* out) {
+    const auto text = StoredText(what, utf8, capacity);
+    if (text) *out = *text;
+    return text.has_value();
 }
 
 /// Selects the art that bears `id`, or all art.
@@ -65,6 +57,8 @@ int RegisterFile(Session& session, const RegisterOptions& options, const std::st
         Complain(file + ": " + error);
         return kRefusedOrDiffers;
     }
+    if (!registered.lostPictures.empty())
+        Complain(file + ": linked pictures that couldn't be stored: " + JoinedNames(registered.lostPictures));
     const std::string losses = LossesLine(report.losses);
     if (!losses.empty()) Complain(file + ": not taken from the file: " + losses);
     std::cout << GroupForPeople(group) << "\t" << registered.number << "\t" << Utf8OfCp932(texts.name) << "\t"

@@ -1,0 +1,29 @@
+#include "app/record_loading.h"
+
+#include "app/linked_pictures.h"
+#include "plugin/frame/globals.h"
+#include "plugin/rebuild/load_art.h"
+#include "win32/beep.h"
+
+bool LoadRecord(const std::string& group, int32_t number, const HostPoint& point, int origin,
+                LinkedFileUse linkedFiles, std::string* error) {
+    globals->placePoint = point;
+    globals->originMode = static_cast<int16_t>(origin);
+    globals->trackState = 0;
+    globals->trackTarget = nullptr;
+    const unsigned beeps = BeepCount();
+    const HostError result = AidbLoadArt(group.c_str(), number, linkedFiles);
+    if (!globals->curRecord) {
+        *error = "record " + std::to_string(number) +
+                 " can't be read: there is none of that number, or the file is damaged before it";
+        return false;
+    }
+    const auto missing = MissingPictures({group.c_str(), number, linkedFiles});
+    if (!missing.empty()) {
+        *error = "linked pictures of the record are missing: " + JoinedNames(missing);
+        return false;
+    }
+    if (BeepCount() == beeps && result == kHostNoError) return true;
+    *error = "not all of the record could be placed: the layer is hidden or locked, or art was refused";
+    return false;
+}
