@@ -38,15 +38,19 @@ void FillEntry(const DiskEntry& entry, const std::string& name, WIN32_FIND_DATAA
     std::memcpy(data->cFileName, name.c_str(), name.size() + 1);
 }
 
-// False if the entry has no name that the plug-in could write, or is gone again.
-bool DescribeEntry(const std::string& folder, const char* diskName, WIN32_FIND_DATAA* data) {
+enum class Description { kGiven, kLeftOut, kFailed };
+
+// Left out is an entry that has no name that the plug-in could write, or is gone again.  One that only can't
+// be looked at must not be missing from a list that claims to be whole.
+Description DescribeEntry(const std::string& folder, const char* diskName, WIN32_FIND_DATAA* data) {
     const auto name = StoreNameOfDiskName(diskName);
-    if (!name || name->size() >= MAX_PATH) return false;
-    if (!IsAllowedStoreName(*name) && *name != "." && *name != "..") return false;
+    if (!name || name->size() >= MAX_PATH) return Description::kLeftOut;
+    if (!IsAllowedStoreName(*name) && *name != "." && *name != "..") return Description::kLeftOut;
     DiskEntry entry;
-    if (!ReadDiskEntry((folder + "/" + diskName).c_str(), &entry)) return false;
+    if (!ReadDiskEntry((folder + "/" + diskName).c_str(), &entry))
+        return errno == ENOENT ? Description::kLeftOut : Description::kFailed;
     FillEntry(entry, *name, data);
-    return true;
+    return Description::kGiven;
 }
 
 // False with GetLastError set, at the end or when the directory can't be read on.
@@ -57,7 +61,12 @@ bool NextListed(Search& search, WIN32_FIND_DATAA* data) {
             SetLastError(errno == 0 ? ERROR_NO_MORE_FILES : ErrorCodeOfErrno(errno));
             return false;
         }
-        if (DescribeEntry(search.folder, entry->d_name, data)) return true;
+        const Description description = DescribeEntry(search.folder, entry->d_name, data);
+        if (description == Description::kGiven) return true;
+        if (description == Description::kFailed) {
+            SetLastError(ErrorCodeOfErrno(errno));
+            return false;
+        }
     }
     SetLastError(ERROR_NO_MORE_FILES);
     return false;
