@@ -35,7 +35,7 @@ void RequireAsClassic(const Bytes& text) {
 // Opens each pair of bytes into a run, so that few bytes make streams with runs of every length.
 Bytes Runs(const uint8_t* data, size_t size) {
     Bytes bytes;
-    for (size_t i = 0; i + 1 < size && bytes.size() < 200'000; i += 2) {
+    for (size_t i = 0; i + 1 < size && bytes.size() < 30'000; i += 2) {
         const size_t length = data[i] < 0xE0 ? 1 + data[i] / 8 : 4050 + 8 * (data[i] & 0x1F);
         bytes.insert(bytes.end(), length, data[i] < 0xE0 ? data[i + 1] : 0);
         if (data[i] >= 0xE0) bytes.push_back(data[i + 1]);

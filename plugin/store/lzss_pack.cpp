@@ -87,7 +87,7 @@ void FindSpans(Packer& packer, uint32_t end) {
         if (period != 0) {
             place += 1 + RunBytes(string + kLongest, period, end - place - 1);
         } else {
-            do strings.places[strings.strings++] = static_cast<uint16_t>(place++);
+            do strings.strings[strings.count++] = place++;
             while (place < end && (period = PeriodAt(&packer.text[place])) == 0);
             period = 0;
         }
@@ -100,7 +100,7 @@ void FillWindow(Packer& packer, uint32_t ringOffset) {
     ClearWindow(packer.window, packer.strings, ringOffset);
     for (uint32_t i = 0; i < packer.leftCount; ++i) {
         const Left& left = packer.left[i];
-        const uint32_t rank = packer.strings.ranks[i];
+        const uint32_t rank = packer.strings.ranks[left.place];
         if (packer.window.Has(rank)) {
             ReplaceString(packer.window, rank, left.place);
         } else {
@@ -195,7 +195,6 @@ bool PackRun(Packer& packer, const Block& block, GroupWriter& writer, uint32_t p
 
 bool PackBlock(Packer& packer, const Block& block, GroupWriter& writer) {
     uint32_t place = kHistory;
-    uint32_t string = packer.leftCount;
     for (uint32_t i = 0; i < packer.spanCount; ++i) {
         const Span& span = packer.spans[i];
         if (span.period != 0) {
@@ -204,7 +203,7 @@ bool PackBlock(Packer& packer, const Block& block, GroupWriter& writer) {
             continue;
         }
         for (; place < span.end; ++place) {
-            if (!Advance(packer, block, writer, place, packer.strings.ranks[string++])) return false;
+            if (!Advance(packer, block, writer, place, packer.strings.ranks[place])) return false;
         }
     }
     return true;
@@ -231,9 +230,8 @@ bool PackNextBlock(Packer& packer, std::span<const uint8_t> plain, size_t start,
     // Behind the input the ring still holds what came a round before.
     for (uint32_t i = read; i < bytes + kLongest; ++i)
         packer.text[kHistory + i] = packer.text[kHistory + i - kRingBytes];
-    packer.strings.strings = packer.leftCount;
-    for (uint32_t i = 0; i < packer.leftCount; ++i)
-        packer.strings.places[i] = static_cast<uint16_t>(packer.left[i].place);
+    packer.strings.count = packer.leftCount;
+    for (uint32_t i = 0; i < packer.leftCount; ++i) packer.strings.strings[i] = packer.left[i].place;
     const Block block{kHistory + bytes, kHistory + read, static_cast<int64_t>(start)};
     FindSpans(packer, block.end);
     RankStrings(packer.strings, packer.text.data());

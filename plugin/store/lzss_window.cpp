@@ -32,7 +32,10 @@ uint32_t PresentBefore(const MatchWindow& window, uint32_t rank) {
 void RemoveString(MatchWindow& window, uint32_t rank) {
     const uint32_t before = window.before[rank], behind = window.behind[rank];
     const int64_t age = window.ages[rank];
-    if (window.ages[before] > age && window.ages[behind] > age) window.ages[before] = age;
+    // Neither outcome is likelier, so there is no branch.
+    const int64_t ageBefore = window.ages[before];
+    const bool bothYounger = (ageBefore > age) & (window.ages[behind] > age);
+    window.ages[before] = bothYounger ? age : ageBefore;
     window.behind[before] = static_cast<uint16_t>(behind);
     window.before[behind] = static_cast<uint16_t>(before);
     const uint64_t left = window.present[rank / 64] &= ~(uint64_t{1} << (rank % 64));
