@@ -85,6 +85,12 @@ typedef struct AIArtStyleSuite {
     /* None if the art has no style. */
     HostError (*GetArtStyle)(ArtHandle art, ArtStyleHandle* style);
     HostError (*GetPaintAttributes)(ArtStyleHandle style, struct HostPathStyle* paint);
+
+    /* A style that paints as a path would be painted.  The two numbers are the host's; 0 and 0 take the paint
+       alone.  kHostBadHandle as for AIPathStyleSuite's SetPathStyle. */
+    HostError (*NewStyleFromPathStyle)(const struct HostPathStyle* paint, int32_t options, int32_t reserved,
+                                       ArtStyleHandle* style);
+    HostError (*SetArtStyle)(ArtHandle art, ArtStyleHandle style);
 } AIArtStyleSuite;
 
 /* AI Plugin Group Suite, version 6: art that a plug-in computes from other art. */
@@ -103,12 +109,32 @@ typedef struct AIPluginGroupSuite {
     HostError (*SetDataRange)(ArtHandle pluginArt, const void* data, int32_t start, int32_t bytes);
 } AIPluginGroupSuite;
 
+enum : int32_t { kPlaceNewArt = 5 };
+
+/* What a place request asks for.  Words without a meaning here are the host's own. */
+typedef struct HostPlaceRequest {
+    int32_t mode; /* kPlaceNewArt */
+    ArtHandle oldArt, newArt;
+    FilePathHandle file;
+    int32_t type;  /* 3 */
+    int32_t flag;  /* 1 */
+    int32_t extra; /* 0 */
+} HostPlaceRequest;
+
 /* AI Placed Suite, version 8: linked files. */
 typedef struct AIPlacedSuite {
     /* The file's full path into `path`, in the platform's own separators; kHostNotFound if unknown. */
     HostError (*GetPlacedFile)(ArtHandle placed, UnicodeStringHandle path);
     HostError (*GetPlacedMatrix)(ArtHandle placed, HostMatrix* matrix);
     HostError (*GetPlaceOptions)(ArtHandle placed, int32_t* method, int32_t* alignment, int32_t* clip);
+
+    /* Makes art of a file on the current layer, above all other art, of the picture's own size and somewhere
+       on the page, and puts it into `newArt`.  The art is of kind kArtPlaced, or kArtRaster if the host takes
+       the picture in.  kHostNotFound if the file can't be read, kHostRefused if it is no picture,
+       kHostBadPlace if the layer is hidden or locked. */
+    HostError (*ExecutePlaceRequest)(HostPlaceRequest* request);
+    HostError (*SetPlacedMatrix)(ArtHandle placed, const HostMatrix* matrix);
+    HostError (*SetPlaceOptions)(ArtHandle placed, int32_t method, int32_t alignment, int32_t clip);
 } AIPlacedSuite;
 
 /* AI Raster Suite, version 10: images. */
@@ -117,7 +143,15 @@ typedef struct AIRasterSuite {
     HostError (*IsDataInDocument)(ArtHandle raster, int32_t* inDocument);
     HostError (*GetRasterFile)(ArtHandle raster, UnicodeStringHandle path);
     HostError (*GetRasterMatrix)(ArtHandle raster, HostMatrix* matrix);
+    HostError (*SetRasterMatrix)(ArtHandle raster, const HostMatrix* matrix);
 } AIRasterSuite;
+
+/* AI Transform Art Suite, version 3. */
+typedef struct AITransformArtSuite {
+    /* Moves, turns or scales art with all its members.  `lineScale` is the factor for line widths, `flags`
+       are bits of the host: what of the art goes with it; 0x6F is all of it. */
+    HostError (*TransformArt)(ArtHandle art, const HostMatrix* matrix, double lineScale, uint32_t flags);
+} AITransformArtSuite;
 
 /* AI Tag Suite, version 4: named values on art.  Names, types and values are bytes, passed unchanged. */
 typedef struct AITagSuite {

@@ -36,6 +36,7 @@ typedef struct AIDrawArtSuite {
 /* AI Real Math Suite, version 3. */
 typedef struct AIRealMathSuite {
     void (*SetScaleMatrix)(HostMatrix* matrix, double x, double y);
+    void (*SetTranslationMatrix)(HostMatrix* matrix, double x, double y);
     void (*TransformPoint)(const HostMatrix* matrix, const HostPoint* from, HostPoint* to);
 
     /* In place; kHostBadParameter, and the matrix untouched, if it has no inverse. */

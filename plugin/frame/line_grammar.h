@@ -21,6 +21,7 @@ struct LineGrammar {
 };
 
 constexpr LineGrammar kPreferencesGrammar = {'\n', "\t\r", 256, '\''};
+constexpr LineGrammar kPlacedNoteGrammar = {'\r', "\t\n", 256, '\''};
 constexpr LineGrammar kTagNoteGrammar = {'\r', "\t\n", 512, '\''};
 
 /// Takes a text apart into lines.  The text must outlive the reader.

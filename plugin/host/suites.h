@@ -20,6 +20,7 @@ const AIArtStyleSuite& ArtStyleSuite();
 const AIPluginGroupSuite& PluginGroupSuite();
 const AIPlacedSuite& PlacedSuite();
 const AIRasterSuite& RasterSuite();
+const AITransformArtSuite& TransformArtSuite();
 const AITagSuite& TagSuite();
 
 // Paint

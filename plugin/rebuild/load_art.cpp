@@ -11,6 +11,7 @@
 #include "plugin/rebuild/custom_color_rebuild.h"
 #include "plugin/rebuild/load_state.h"
 #include "plugin/rebuild/path_rebuild.h"
+#include "plugin/rebuild/placed_rebuild.h"
 #include "plugin/rebuild/plugin_art_rebuild.h"
 #include "plugin/rebuild/tag_rebuild.h"
 #include "plugin/rebuild/tag_transfer.h"
@@ -142,6 +143,15 @@ LoadStep PassOver(LoadState&, const Note&) {
     return LoadStep::kGoOn;
 }
 
+LoadStep PlaceFile(LoadState& load, const Note& note) {
+    const HostPoint offset = PlacementOffset(load);
+    const ArtHandle prep = InnermostContainer(OpenContainers(load));
+    load.lastResult =
+        LoadArtPlacedProcess(load.source, note.object, prep ? kPlaceInsideOnTop : kPlaceAboveAll, prep,
+                             static_cast<float>(offset.x), static_cast<float>(offset.y));
+    return LoadStep::kGoOn;
+}
+
 LoadStep TakeTags(LoadState&, const Note& note) {
     LoadArtTagProcess(note.text);
     return LoadStep::kGoOn;
@@ -177,8 +187,7 @@ constexpr NoteRule kNoteRules[] = {
     {"/ PluginArt", Always, OpenPluginArt},
     {kPluginNoteText, InPluginArt, ClosePluginArt},
     {kCustomColorWord, Always, PassOver}, // see LoadCustomColors
-    // Placed files have no rebuild.  The row keeps their names away from the rule for tags.
-    {"PlacedFile", Always, PassOver},
+    {"PlacedFile", Always, PlaceFile},
     {"Tag", Always, TakeTags},
 };
 
@@ -274,14 +283,14 @@ void BuildRecord(LoadState& load) {
 
 } // namespace
 
-HostError AidbLoadArt(const char* groupPath, int32_t recordNumber) {
+HostError AidbLoadArt(const char* groupPath, int32_t recordNumber, LinkedFileUse linkedFiles) {
     AidbReadRecord(groupPath, recordNumber, nullptr, kReadWhole, true);
-    return RebuildCurrentRecord();
+    return RebuildCurrentRecord({groupPath, recordNumber, linkedFiles});
 }
 
-HostError RebuildCurrentRecord() {
+HostError RebuildCurrentRecord(const RecordSource& source) {
     LoadState load;
-    const LoadGuard guard(load);
+    const LoadGuard guard(load, source);
     BuildRecord(load);
 
     // The holders lie in the layer too and would count as its objects.

@@ -39,8 +39,9 @@ void Beep() {
     MessageBeep(static_cast<UINT>(-1));
 }
 
-LoadGuard::LoadGuard(LoadState& load) : load_(load) {
+LoadGuard::LoadGuard(LoadState& load, const RecordSource& source) : load_(load) {
     load = LoadState{};
+    load.source = source;
     load.gradientSpot = {kNoGradientSpot, kNoGradientSpot};
 
     globals->customCount = 0;

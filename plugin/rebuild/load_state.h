@@ -23,7 +23,21 @@ struct ContainerStack {
 void ResetContainers(ContainerStack& stack, ArtHandle base);
 ArtHandle InnermostContainer(const ContainerStack& stack);
 
+/// How a load gets at the files of placed art.
+enum class LinkedFileUse : uint8_t {
+    kPool, ///< a placement: files move on to the image folder
+    kLook  ///< files are used where they are, and nothing in the database changes
+};
+
+/// Where a record came from, for what lies beside it.
+struct RecordSource {
+    const char* groupPath = nullptr; ///< cp932; null: the record has no place, so no files either
+    int32_t number = -1;
+    LinkedFileUse linkedFiles = LinkedFileUse::kLook;
+};
+
 struct LoadState {
+    RecordSource source;
     ContainerStack page;    ///< containers on the layer
     ContainerStack pattern; ///< containers within the holder of the pattern now being read
     bool inPattern;         ///< art goes into the pattern's holder
@@ -69,7 +83,7 @@ void Beep();
 /// no pattern holder and no scratch group stays in the document.
 class LoadGuard {
 public:
-    explicit LoadGuard(LoadState& load);
+    LoadGuard(LoadState& load, const RecordSource& source);
     ~LoadGuard();
     LoadGuard(const LoadGuard&) = delete;
     LoadGuard& operator=(const LoadGuard&) = delete;

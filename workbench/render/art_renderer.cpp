@@ -7,6 +7,7 @@
 
 #include "workbench/render/cairo_handle.h"
 #include "workbench/render/paint_source.h"
+#include "workbench/render/picture_images.h"
 
 namespace workbench {
 namespace {
@@ -29,12 +30,13 @@ cairo_operator_t OperatorOf(int32_t mode) {
 
 class Renderer {
 public:
-    Renderer(cairo_t* context, const Document& document) : context_(context), document_(document) {}
+    Renderer(cairo_t* context, const Document& document, PictureImages& pictures)
+        : context_(context), document_(document), pictures_(pictures) {}
 
     void Draw(const Art& art) {
         if (art.hidden) return;
         if (const Art* styled = StyledArtOf(art)) {
-            Renderer inner(context_, document_, depth_ + 1, patternDepth_);
+            Renderer inner(context_, document_, pictures_, depth_ + 1, patternDepth_);
             if (depth_ < kDeepestContainer) inner.Draw(*styled);
             return;
         }
@@ -51,6 +53,9 @@ public:
             case kArtRaster:
                 DrawRaster(art);
                 break;
+            case kArtPlaced:
+                DrawPlaced(art);
+                break;
             case kArtPlugin:
                 DrawPluginArt(art);
                 break;
@@ -60,8 +65,12 @@ public:
     }
 
 private:
-    Renderer(cairo_t* context, const Document& document, int depth, int patternDepth)
-        : context_(context), document_(document), depth_(depth), patternDepth_(patternDepth) {}
+    Renderer(cairo_t* context, const Document& document, PictureImages& pictures, int depth, int patternDepth)
+        : context_(context),
+          document_(document),
+          pictures_(pictures),
+          depth_(depth),
+          patternDepth_(patternDepth) {}
 
     const Art* StyledArtOf(const Art& art) const {
         if (!art.styledArt || art.styledArt == art.handle) return nullptr;
@@ -258,7 +267,7 @@ private:
         cairo_path_t* shape = cairo_copy_path(context_);
         const bool set =
             SetPaintSource(context_, document_, color, extents, [this](cairo_t* target, const Art& art) {
-                Renderer inner(target, document_, depth_ + 1, patternDepth_ + 1);
+                Renderer inner(target, document_, pictures_, depth_ + 1, patternDepth_ + 1);
                 if (depth_ < kDeepestContainer) inner.Draw(art);
             });
         cairo_new_path(context_);
@@ -297,8 +306,9 @@ private:
             }
         }
         cairo_surface_mark_dirty(image.get());
-        cairo_save(context_);
         const cairo_matrix_t matrix = CairoMatrix(raster->matrix);
+        if (!IsInvertible(matrix)) return;
+        cairo_save(context_);
         cairo_transform(context_, &matrix);
         cairo_scale(context_, 1, -1);
         cairo_set_source_surface(context_, image.get(), 0, 0);
@@ -307,8 +317,90 @@ private:
         cairo_restore(context_);
     }
 
+    void DrawPlaced(const Art& art) {
+        const auto* placed = std::get_if<PlacedData>(&art.data);
+        if (!placed || !IsDrawableSide(placed->width) || !IsDrawableSide(placed->height)) return;
+        const cairo_matrix_t matrix = CairoMatrix(placed->matrix);
+        if (!IsInvertible(matrix)) return;
+        const PictureImage& picture = pictures_.Load(placed->file);
+        const bool composed = art.blend.opacity < 1 || art.blend.mode != kBlendNormal;
+        cairo_save(context_);
+        if (composed) cairo_push_group(context_);
+        cairo_save(context_);
+        cairo_transform(context_, &matrix);
+        DrawPicture(picture, *placed);
+        cairo_restore(context_);
+        if (composed) {
+            cairo_pop_group_to_source(context_);
+            cairo_set_operator(context_, OperatorOf(art.blend.mode));
+            cairo_paint_with_alpha(context_, std::clamp(art.blend.opacity, 0.0, 1.0));
+        }
+        cairo_restore(context_);
+    }
+
+    /// Others flatten what is drawn to nothing, and would end all drawing in the context.
+    static bool IsInvertible(const cairo_matrix_t& m) {
+        const double determinant = m.xx * m.yy - m.xy * m.yx;
+        return determinant != 0 && std::isfinite(determinant);
+    }
+
+    static bool IsDrawableSide(double length) { return length > 1e-6 && length < 1e9; }
+
+    void DrawPicture(const PictureImage& picture, const PlacedData& placed) {
+        if (picture.pixels) {
+            cairo_rectangle(context_, 0, 0, placed.width, placed.height);
+            cairo_clip(context_);
+            DrawPixels(picture.pixels.get(), placed);
+        } else if (picture.drawing && depth_ < kDeepestContainer) {
+            cairo_rectangle(context_, 0, 0, placed.width, placed.height);
+            cairo_clip(context_);
+            DrawDrawing(*picture.drawing, placed);
+        } else {
+            DrawCrossedBox(placed);
+        }
+    }
+
+    void DrawPixels(cairo_surface_t* pixels, const PlacedData& placed) {
+        const double columns = cairo_image_surface_get_width(pixels);
+        const double rows = cairo_image_surface_get_height(pixels);
+        cairo_translate(context_, 0, placed.height);
+        cairo_scale(context_, placed.width / columns, -placed.height / rows);
+        cairo_set_source_surface(context_, pixels, 0, 0);
+        cairo_pattern_set_extend(cairo_get_source(context_), CAIRO_EXTEND_PAD); // no soft edge
+        cairo_paint(context_);
+    }
+
+    void DrawDrawing(const Document& drawing, const PlacedData& placed) {
+        const HostRect& page = drawing.page;
+        const double width = page.right - page.left, height = page.top - page.bottom;
+        if (!(width > 0) || !(height > 0)) return;
+        cairo_scale(context_, placed.width / width, placed.height / height);
+        cairo_translate(context_, -page.left, -page.bottom);
+        // Pictures may hold no pictures, so this goes one level down and no further.
+        Renderer inner(context_, drawing, pictures_, depth_ + 1, patternDepth_);
+        for (size_t i = drawing.LayerCount(); i-- > 0;) {
+            const Layer& layer = drawing.LayerAt(i);
+            if (layer.visible && layer.root) inner.Draw(*layer.root);
+        }
+    }
+
+    /// What stands for a picture that can't be shown: a box with its diagonals, of a hair's width.
+    void DrawCrossedBox(const PlacedData& placed) {
+        cairo_rectangle(context_, 0, 0, placed.width, placed.height);
+        cairo_move_to(context_, 0, 0);
+        cairo_line_to(context_, placed.width, placed.height);
+        cairo_move_to(context_, 0, placed.height);
+        cairo_line_to(context_, placed.width, 0);
+        cairo_identity_matrix(context_);
+        cairo_set_source_rgb(context_, 0.5, 0.5, 0.5);
+        cairo_set_line_width(context_, 1);
+        cairo_set_dash(context_, nullptr, 0, 0);
+        cairo_stroke(context_);
+    }
+
     cairo_t* context_;
     const Document& document_;
+    PictureImages& pictures_;
     int depth_ = 0;
     int patternDepth_ = 0;
 };
@@ -325,13 +417,15 @@ cairo_matrix_t CairoMatrix(const HostMatrix& matrix) {
 }
 
 void DrawArt(cairo_t* context, const Document& document, const Art& art) {
-    Renderer(context, document).Draw(art);
+    PictureImages pictures;
+    Renderer(context, document, pictures).Draw(art);
 }
 
 void DrawDocument(cairo_t* context, const Document& document) {
+    PictureImages pictures;
     for (size_t i = document.LayerCount(); i-- > 0;) {
         const Layer& layer = document.LayerAt(i);
-        if (layer.visible && layer.root) DrawArt(context, document, *layer.root);
+        if (layer.visible && layer.root) Renderer(context, document, pictures).Draw(*layer.root);
     }
 }
 

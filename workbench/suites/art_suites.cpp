@@ -226,6 +226,25 @@ HostError GetArtStyle(SuiteCall&, Art& art, ArtStyleHandle& style) {
     return kHostNoError;
 }
 
+HostError NewStyleFromPathStyle(SuiteCall& call, const HostPathStyle& paint, int32_t, int32_t,
+                                ArtStyleHandle& style) {
+    if (const HostError error = NeedDocument(call)) return error;
+    HostPathStyle own = paint;
+    for (const auto& [painted, color] :
+         {std::pair(paint.fillPaint, &own.fill), std::pair(paint.strokePaint, &own.stroke)}) {
+        if (call.document().Knows(*color)) continue;
+        if (painted) return call.Fault(kHostBadHandle, "a colour that names nothing");
+        *color = GrayColor(0);
+    }
+    style = call.document().NewArtStyle(own).handle;
+    return kHostNoError;
+}
+
+HostError SetArtStyle(SuiteCall&, Art& art, ArtStyle& style) {
+    art.artStyle = style.handle;
+    return kHostNoError;
+}
+
 HostError GetPaintAttributes(SuiteCall&, ArtStyle& style, HostPathStyle& paint) {
     paint = style.paint;
     return kHostNoError;
@@ -287,47 +306,6 @@ HostError SetDataRange(SuiteCall& call, Of<PluginArtData> plugin, const void* da
     }
     if (!data && bytes > 0) return call.Fault(kHostBadParameter, "a pointer is missing");
     std::copy_n(static_cast<const uint8_t*>(data), bytes, plugin.data.data.begin() + start);
-    return kHostNoError;
-}
-
-// AI Placed Suite, AI Raster Suite
-
-/// Paths go out in the form of the platform that plug-ins know: with backslashes.
-HostError PutFile(const std::string& file, HostText& path) {
-    const bool unclear = file.find('/') != std::string::npos && file.find('\\') != std::string::npos;
-    if (file.empty() || unclear) return kHostNotFound;
-    path.utf8 = file;
-    std::replace(path.utf8.begin(), path.utf8.end(), '/', '\\');
-    return kHostNoError;
-}
-
-HostError GetPlacedFile(SuiteCall&, Of<PlacedData> placed, HostText& path) {
-    return PutFile(placed.data.file, path);
-}
-
-HostError GetPlacedMatrix(SuiteCall&, Of<PlacedData> placed, HostMatrix& matrix) {
-    matrix = placed.data.matrix;
-    return kHostNoError;
-}
-
-HostError GetPlaceOptions(SuiteCall&, Of<PlacedData> placed, int32_t& method, int32_t& alignment,
-                          int32_t& clip) {
-    method = placed.data.method;
-    alignment = placed.data.alignment;
-    clip = placed.data.clip;
-    return kHostNoError;
-}
-
-HostError IsDataInDocument(SuiteCall&, Of<RasterData> raster, int32_t& inDocument) {
-    return Put(inDocument, raster.data.file.empty());
-}
-
-HostError GetRasterFile(SuiteCall&, Of<RasterData> raster, HostText& path) {
-    return PutFile(raster.data.file, path);
-}
-
-HostError GetRasterMatrix(SuiteCall&, Of<RasterData> raster, HostMatrix& matrix) {
-    matrix = raster.data.matrix;
     return kHostNoError;
 }
 
@@ -443,6 +421,8 @@ const void* ArtStyleSuiteTable() {
         Entry<"AI Art Style Suite", "GetStyledArt", GetStyledArt>::Run,
         Entry<"AI Art Style Suite", "GetArtStyle", GetArtStyle>::Run,
         Entry<"AI Art Style Suite", "GetPaintAttributes", GetPaintAttributes>::Run,
+        Entry<"AI Art Style Suite", "NewStyleFromPathStyle", NewStyleFromPathStyle>::Run,
+        Entry<"AI Art Style Suite", "SetArtStyle", SetArtStyle>::Run,
     };
     return &table;
 }
@@ -458,24 +438,6 @@ const void* PluginGroupSuiteTable() {
         Entry<"AI Plugin Group Suite", "SetVersion", SetVersion>::Run,
         Entry<"AI Plugin Group Suite", "SetDataSize", SetDataSize>::Run,
         Entry<"AI Plugin Group Suite", "SetDataRange", SetDataRange>::Run,
-    };
-    return &table;
-}
-
-const void* PlacedSuiteTable() {
-    static constexpr AIPlacedSuite table{
-        Entry<"AI Placed Suite", "GetPlacedFile", GetPlacedFile>::Run,
-        Entry<"AI Placed Suite", "GetPlacedMatrix", GetPlacedMatrix>::Run,
-        Entry<"AI Placed Suite", "GetPlaceOptions", GetPlaceOptions>::Run,
-    };
-    return &table;
-}
-
-const void* RasterSuiteTable() {
-    static constexpr AIRasterSuite table{
-        Entry<"AI Raster Suite", "IsDataInDocument", IsDataInDocument>::Run,
-        Entry<"AI Raster Suite", "GetRasterFile", GetRasterFile>::Run,
-        Entry<"AI Raster Suite", "GetRasterMatrix", GetRasterMatrix>::Run,
     };
     return &table;
 }

@@ -136,4 +136,9 @@ std::string ValueText(const HostDrawData& data) {
            ValueText(data.origin) + ", " + ValueText(data.matrix) + "}";
 }
 
+std::string ValueText(const HostPlaceRequest& request) {
+    return "{mode " + std::to_string(request.mode) + ", file " + HandleText(request.file) + ", new art " +
+           HandleText(request.newArt) + "}";
+}
+
 } // namespace workbench

@@ -5,6 +5,7 @@
 #include <string>
 #include <type_traits>
 
+#include "suites/art.h"
 #include "suites/draw.h"
 #include "suites/host_types.h"
 
@@ -25,6 +26,7 @@ std::string ValueText(const HostPathStyle& style);
 std::string ValueText(const HostGradientStop& stop);
 std::string ValueText(const HostCustomColor& color);
 std::string ValueText(const HostDrawData& data);
+std::string ValueText(const HostPlaceRequest& request);
 
 template <typename T>
 concept Complete = requires {

@@ -108,6 +108,10 @@ void SetScaleMatrix(SuiteCall&, HostMatrix& matrix, double x, double y) {
     matrix = {x, 0, 0, y, 0, 0};
 }
 
+void SetTranslationMatrix(SuiteCall&, HostMatrix& matrix, double x, double y) {
+    matrix = {1, 0, 0, 1, x, y};
+}
+
 void TransformPoint(SuiteCall&, const HostMatrix& m, const HostPoint& from, HostPoint& to) {
     to = {m.a * from.x + m.c * from.y + m.tx, m.b * from.x + m.d * from.y + m.ty};
 }
@@ -159,6 +163,7 @@ const void* DrawArtSuiteTable() {
 const void* RealMathSuiteTable() {
     static constexpr AIRealMathSuite table{
         Entry<"AI Real Math Suite", "SetScaleMatrix", SetScaleMatrix>::Run,
+        Entry<"AI Real Math Suite", "SetTranslationMatrix", SetTranslationMatrix>::Run,
         Entry<"AI Real Math Suite", "TransformPoint", TransformPoint>::Run,
         Entry<"AI Real Math Suite", "InvertMatrix", InvertMatrix>::Run,
         Entry<"AI Real Math Suite", "PointsEqual", PointsEqual, EntryKind::kPlain>::Run,

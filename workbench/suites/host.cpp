@@ -176,6 +176,10 @@ void Host::SetPainter(Painter* painter) {
     state_->painter = painter;
 }
 
+void Host::SetPictureFiles(PictureFiles* pictures) {
+    state_->pictures = pictures;
+}
+
 void Host::AddPluginGroup(std::string name) {
     auto group = std::make_unique<HostPluginGroup>();
     group->name = std::move(name);

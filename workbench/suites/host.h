@@ -20,6 +20,7 @@
 #include "suites/basic.h"
 #include "workbench/document/document.h"
 #include "workbench/document/painter.h"
+#include "workbench/document/pictures.h"
 
 namespace workbench {
 
@@ -51,6 +52,9 @@ public:
     /// Draws for AI Draw Art Suite; not owned.  Without one, ports can be filled and read, and drawing is
     /// refused.
     void SetPainter(Painter* painter);
+
+    /// Tells place requests about files; not owned.  Without one every request is refused.
+    void SetPictureFiles(PictureFiles* pictures);
 
     /// Another plug-in's kind of plug-in art, as AI Plugin Group Suite lists it.
     void AddPluginGroup(std::string name);

@@ -44,6 +44,7 @@ struct HostState {
 
     std::unique_ptr<Document> document;
     Painter* painter = nullptr;
+    PictureFiles* pictures = nullptr;
     HandleTable handles; ///< texts, paths, ports, plug-in groups
     size_t loaned = 0;   ///< texts, paths and ports that the plug-in has to dispose of
     std::vector<std::unique_ptr<HostPluginGroup>> pluginGroups;

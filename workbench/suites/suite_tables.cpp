@@ -48,7 +48,7 @@ constexpr std::array<Row, 134> kRows = {{
     {{"AI Custom Color Suite", 8}, CustomColorSuiteTable},
     {{"AI Path Style Suite", 13}, PathStyleSuiteTable},
     {{"AI Swatch List Suite", 7}, SwatchListSuiteTable},
-    {{"AI Transform Art Suite", 3}, nullptr},
+    {{"AI Transform Art Suite", 3}, TransformArtSuiteTable},
     {{"AI Hard Soft Suite", 5}, HardSoftSuiteTable},
     {{"AI Mesh Suite", 6}, nullptr},
     {{"AI Mesh Patch Suite", 3}, nullptr},

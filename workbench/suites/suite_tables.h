@@ -14,6 +14,7 @@ const void* ArtStyleSuiteTable();
 const void* PluginGroupSuiteTable();
 const void* PlacedSuiteTable();
 const void* RasterSuiteTable();
+const void* TransformArtSuiteTable();
 const void* TagSuiteTable();
 const void* PathStyleSuiteTable();
 const void* GradientSuiteTable();

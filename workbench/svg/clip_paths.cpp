@@ -97,6 +97,11 @@ Art* MakeClip(ReadContext& context, std::vector<Piece>& pieces, Art* group) {
 void AddExtentOf(const Art& art, const HostMatrix& matrix, Box* box) {
     const PathData* path = art.path();
     if (path && !path->style.clip) AddExtent(path->segments, path->closed, matrix, box);
+    if (const auto* placed = std::get_if<PlacedData>(&art.data)) {
+        const HostMatrix whole = Concat(matrix, placed->matrix);
+        for (const double x : {0.0, placed->width})
+            for (const double y : {0.0, placed->height}) box->Add(Apply(whole, {x, y}));
+    }
     for (const Art* child = art.firstChild; child; child = child->below) AddExtentOf(*child, matrix, box);
 }
 

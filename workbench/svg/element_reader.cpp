@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "workbench/svg/clip_paths.h"
+#include "workbench/svg/images.h"
 #include "workbench/svg/own_words.h"
 #include "workbench/svg/path_art.h"
 #include "workbench/svg/transforms.h"
@@ -36,9 +37,6 @@ void CountUnread(ReadContext& context, pugi::xml_node element, ElementKind kind)
     switch (kind) {
         case ElementKind::kText:
             if (HasText(element)) context.Lose("text");
-            break;
-        case ElementKind::kImage:
-            if (!Href(element).empty()) context.Lose("image");
             break;
         case ElementKind::kForeignObject:
             context.Lose("foreignObject");
@@ -88,28 +86,6 @@ Viewport ReadViewport(pugi::xml_node element, pugi::xml_node use, const Surround
     viewport.sized =
         element.attribute("viewBox") || element.attribute("width") || (use && use.attribute("width"));
     return viewport;
-}
-
-/// Cuts a viewport's members off at its edges, if any of them sticks out.
-void ClipToViewport(ReadContext& context, const ViewBox& place, const Surroundings& around, Art* group) {
-    Box box;
-    HostMatrix toUser;
-    if (!Invert(around.toArt, &toUser)) return;
-    AddExtentOf(*group, toUser, &box);
-    const double right = place.x + place.width, bottom = place.y + place.height;
-    if (box.empty ||
-        (box.left >= place.x && box.top >= place.y && box.right <= right && box.bottom <= bottom))
-        return;
-    PathBuilder builder(4);
-    builder.MoveTo({place.x, place.y});
-    builder.LineTo({right, place.y});
-    builder.LineTo({right, bottom});
-    builder.LineTo({place.x, bottom});
-    builder.Close();
-    Subpaths subpaths = builder.Finish();
-    if (ToArt(context, around.toArt, &subpaths) &&
-        MakePathArt(context, std::move(subpaths), ClippingStyle(false), {}, group))
-        group->group()->clipped = true;
 }
 
 /// The members of a nested svg or of a symbol.
@@ -200,6 +176,14 @@ Art* ReadGroup(ReadContext& context, pugi::xml_node element, ElementKind kind, c
     return group;
 }
 
+/// An element by itself, whatever clips it.
+Art* ReadPlain(ReadContext& context, pugi::xml_node element, ElementKind kind, const Surroundings& here,
+               Art* container) {
+    if (kind == ElementKind::kImage) return ReadImage(context, element, here, container);
+    return IsShape(kind) ? ReadShape(context, element, kind, here, container)
+                         : ReadGroup(context, element, kind, here, container);
+}
+
 /// An element with a clip path: the clip's links from the outermost inwards are groups; a group element is
 /// the innermost of them itself.
 Art* ReadClipped(ReadContext& context, pugi::xml_node element, ElementKind kind, const Surroundings& here,
@@ -213,8 +197,7 @@ Art* ReadClipped(ReadContext& context, pugi::xml_node element, ElementKind kind,
         if (!inner) return nullptr;
         groups.push_back(inner);
     }
-    Art* const art = IsShape(kind) ? ReadShape(context, element, kind, here, inner)
-                                   : ReadGroup(context, element, kind, here, inner);
+    Art* const art = ReadPlain(context, element, kind, here, inner);
     if (!art) {
         if (!groups.empty()) context.document.DisposeArt(groups.front());
         return nullptr;
@@ -236,7 +219,7 @@ Surroundings Enter(ReadContext& context, pugi::xml_node element, const Surroundi
 Art* ReadElement(ReadContext& context, pugi::xml_node element, const Surroundings& around, Art* container) {
     const ElementKind kind = context.KindOf(element);
     const bool group = kind >= ElementKind::kGroup && kind <= ElementKind::kSvg;
-    if (!group && !IsShape(kind)) {
+    if (!group && !IsShape(kind) && kind != ElementKind::kImage) {
         CountUnread(context, element, kind);
         return nullptr;
     }
@@ -247,8 +230,28 @@ Art* ReadElement(ReadContext& context, pugi::xml_node element, const Surrounding
     std::vector<pugi::xml_node> clips;
     if (!here.style.clipPath.empty()) clips = ClipLinks(context, here.style.clipPath);
     if (!clips.empty()) return ReadClipped(context, element, kind, here, clips, container);
-    return group ? ReadGroup(context, element, kind, here, container)
-                 : ReadShape(context, element, kind, here, container);
+    return ReadPlain(context, element, kind, here, container);
+}
+
+void ClipToViewport(ReadContext& context, const ViewBox& place, const Surroundings& around, Art* group) {
+    Box box;
+    HostMatrix toUser;
+    if (!Invert(around.toArt, &toUser)) return;
+    AddExtentOf(*group, toUser, &box);
+    const double right = place.x + place.width, bottom = place.y + place.height;
+    if (box.empty ||
+        (box.left >= place.x && box.top >= place.y && box.right <= right && box.bottom <= bottom))
+        return;
+    PathBuilder builder(4);
+    builder.MoveTo({place.x, place.y});
+    builder.LineTo({right, place.y});
+    builder.LineTo({right, bottom});
+    builder.LineTo({place.x, bottom});
+    builder.Close();
+    Subpaths subpaths = builder.Finish();
+    if (ToArt(context, around.toArt, &subpaths) &&
+        MakePathArt(context, std::move(subpaths), ClippingStyle(false), {}, group))
+        group->group()->clipped = true;
 }
 
 void ReadMembers(ReadContext& context, pugi::xml_node parent, const Surroundings& inside, Art* container) {

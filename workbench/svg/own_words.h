@@ -38,6 +38,7 @@ inline constexpr char kOwnResolution[] = "resolution";
 inline constexpr char kOwnLockClip[] = "lock-clip";
 inline constexpr char kOwnClip[] = "clip";       ///< "true": the clip flag of a path that clips nothing
 inline constexpr char kOwnPainted[] = "painted"; ///< "true": a clipping path's own paint counts
+inline constexpr char kOwnPlace[] = "place";     ///< of an image: method alignment clip
 inline constexpr char kOwnColor[] = "color";     ///< an element: a custom colour
 
 /// "gray 0.5", "four 0 1 1 0", "three 1 0 0" or "custom 0.25 Name"; empty for gradients and patterns.

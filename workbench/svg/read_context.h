@@ -12,6 +12,7 @@
 
 #include "workbench/document/document.h"
 #include "workbench/svg/computed_style.h"
+#include "workbench/svg/picture_links.h"
 #include "workbench/svg/style_sheet.h"
 #include "workbench/svg/svg_limits.h"
 #include "workbench/svg/svg_reader.h"
@@ -62,6 +63,7 @@ struct Surroundings {
 struct ReadContext {
     Document& document;
     ReadReport& report;
+    PictureLinks& links;
     pugi::xml_node root;
     StyleSheet sheet;
     std::unordered_map<std::string_view, pugi::xml_node> ids; ///< the first element of each id
@@ -77,8 +79,8 @@ struct ReadContext {
     std::map<std::pair<const void*, int32_t>, GradientHandle> gradients;
     std::unordered_map<std::string, PatternHandle> patterns;
 
-    ReadContext(Document& madeDocument, ReadReport& madeReport)
-        : document(madeDocument), report(madeReport) {}
+    ReadContext(Document& madeDocument, ReadReport& madeReport, PictureLinks& pictureLinks)
+        : document(madeDocument), report(madeReport), links(pictureLinks) {}
 
     void Lose(const char* what) { ++report.losses[what]; }
     bool refused() const { return !refusal.empty(); }

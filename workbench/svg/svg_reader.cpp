@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 
 #include "workbench/svg/clip_paths.h"
 #include "workbench/svg/element_reader.h"
@@ -206,9 +207,10 @@ struct Pass {
     bool measured = true;
 };
 
-Pass ReadTree(pugi::xml_node root, const std::string& fileName, double unknownWidth, double unknownHeight) {
+Pass ReadTree(pugi::xml_node root, const std::string& fileName, PictureLinks& links, double unknownWidth,
+              double unknownHeight) {
     Pass pass;
-    ReadContext context(*pass.document, pass.report);
+    ReadContext context(*pass.document, pass.report, links);
     context.Index(root);
     ReadSheets(context);
     ReadCustomColors(context);
@@ -253,10 +255,8 @@ pugi::xml_node FindRoot(const pugi::xml_document& tree) {
     return {};
 }
 
-} // namespace
-
-std::unique_ptr<Document> ReadSvg(std::span<const uint8_t> bytes, const std::string& fileName,
-                                  ReadReport* report, std::string* error) {
+std::unique_ptr<Document> ReadLinked(std::span<const uint8_t> bytes, const std::string& fileName,
+                                     PictureLinks& links, ReadReport* report, std::string* error) {
     std::string why;
     const auto refuse = [&](std::string reason) {
         if (error) *error = std::move(reason);
@@ -282,12 +282,12 @@ std::unique_ptr<Document> ReadSvg(std::span<const uint8_t> bytes, const std::str
     const pugi::xml_node root = FindRoot(tree);
     if (!root) return refuse("no SVG: the outermost element is not svg");
 
-    Pass pass = ReadTree(root, fileName, kUnknownSize, kUnknownSize);
+    Pass pass = ReadTree(root, fileName, links, kUnknownSize, kUnknownSize);
     if (!pass.measured && pass.refusal.empty()) {
         const Box box = DrawnBox(*pass.document);
         const double width = box.empty || !(box.right > 0) ? kUnknownSize : box.right;
         const double height = box.empty || !(box.bottom > 0) ? kUnknownSize : box.bottom;
-        pass = ReadTree(root, fileName, width, height);
+        pass = ReadTree(root, fileName, links, width, height);
     }
     if (!pass.refusal.empty()) return refuse(pass.refusal);
     if (damaged) pass.report.notes.push_back("bytes that are no text in the file's encoding were replaced");
@@ -295,14 +295,26 @@ std::unique_ptr<Document> ReadSvg(std::span<const uint8_t> bytes, const std::str
     return std::move(pass.document);
 }
 
-std::unique_ptr<Document> ReadSvgFile(const std::string& path, ReadReport* report, std::string* error) {
+} // namespace
+
+std::unique_ptr<Document> ReadSvg(std::span<const uint8_t> bytes, const std::string& fileName,
+                                  ReadReport* report, std::string* error) {
+    PictureLinks none;
+    return ReadLinked(bytes, fileName, none, report, error);
+}
+
+std::unique_ptr<Document> ReadSvgFile(const std::string& path, ReadReport* report, std::string* error,
+                                      const std::string& picturesBelow) {
     std::vector<uint8_t> bytes;
     std::string why;
     if (!ReadWholeFile(path, &bytes, &why)) {
         if (error) *error = why;
         return nullptr;
     }
-    return ReadSvg(bytes, path, report, error);
+    std::error_code trouble;
+    const auto whole = std::filesystem::absolute(path, trouble);
+    PictureLinks links(whole.parent_path().string(), picturesBelow);
+    return ReadLinked(bytes, path, links, report, error);
 }
 
 } // namespace workbench

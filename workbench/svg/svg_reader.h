@@ -28,6 +28,7 @@ struct ReadReport {
 /// The document has the page of the file in points, y growing upward, (0, 0) the page's lower left corner;
 /// nothing is selected.  Art bears its element's id as its name, or its title if it has none.  What isn't
 /// displayed is read as hidden art, so a caller that selects everything has to leave hidden art out.
+/// No link to a picture is followed: each counts as missing.
 /// @param fileName  UTF-8; its last part without the suffix is the title of a document that has none
 /// @param report    may be null
 /// @param error     set when the answer is null; may be null
@@ -35,7 +36,12 @@ struct ReadReport {
 std::unique_ptr<Document> ReadSvg(std::span<const uint8_t> bytes, const std::string& fileName,
                                   ReadReport* report, std::string* error);
 
-/// The same for a file on disk; `path` is UTF-8.
-std::unique_ptr<Document> ReadSvgFile(const std::string& path, ReadReport* report, std::string* error);
+/// The same for a file on disk; `path` is UTF-8.  Links to pictures lead on from the file's folder to
+/// wherever the user may read, since drawings share pictures with their neighbours; only regular files that
+/// are pictures are taken.
+/// @param picturesBelow  if not empty, an absolute folder that no picture may lie outside of: for drawings
+///                       that nobody looked at one by one
+std::unique_ptr<Document> ReadSvgFile(const std::string& path, ReadReport* report, std::string* error,
+                                      const std::string& picturesBelow = {});
 
 } // namespace workbench

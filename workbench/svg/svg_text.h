@@ -16,8 +16,9 @@ namespace workbench {
 struct WriteContext {
     const Document& document;
     std::map<std::string, int>& losses;
-    std::string defs;                                    ///< what is referred to, in the order of its making
-    std::set<std::string> ids;                           ///< taken ones
+    std::string folder;        ///< absolute, of the file that is written; empty: not known
+    std::string defs;          ///< what is referred to, in the order of its making
+    std::set<std::string> ids; ///< taken ones
     std::unordered_map<std::string, std::string> paints; ///< a server's text without its id, to its id
     std::map<const void*, std::string> stops;            ///< a gradient to the id of its stops
     std::map<const void*, std::string> tiles;            ///< a pattern to the id of its art

@@ -4,6 +4,7 @@
 
 #include "workbench/svg/computed_style.h"
 #include "workbench/svg/path_art.h"
+#include "workbench/svg/picture_links.h"
 #include "workbench/svg/svg_limits.h"
 #include "workbench/svg/svg_text.h"
 #include "workbench/svg/transforms.h"
@@ -212,10 +213,29 @@ void AppendCustomColors(WriteContext& context, const Art& root, std::set<std::st
     });
 }
 
+/// Upside down in the numbers, because the layer's y grows upward: exact when read back.
+void WritePlaced(WriteContext& context, const Art& art, const PlacedData& placed, std::string* markup) {
+    if (placed.file.empty()) {
+        context.losses["placed file"]++;
+        return;
+    }
+    const HostMatrix& m = placed.matrix;
+    std::string text = "<image";
+    AppendNature(context, art, art.hidden, &text);
+    text += BlendAttributes(art.blend);
+    AppendAttribute(&text, "y", NumbersText(-placed.height));
+    AppendAttribute(&text, "width", NumbersText(placed.width));
+    AppendAttribute(&text, "height", NumbersText(placed.height));
+    AppendAttribute(&text, "preserveAspectRatio", "none");
+    AppendAttribute(&text, "transform", MatrixText({m.a, m.b, -m.c, -m.d, m.tx, m.ty}));
+    if (placed.method || placed.alignment || placed.clip)
+        AppendOwn(&text, kOwnPlace, NumbersText(placed.method, placed.alignment, placed.clip));
+    AppendAttribute(&text, "xlink:href", LinkTo(placed.file, context.folder));
+    *markup += text + "/>\n";
+}
+
 const char* LossOf(const Art& art) {
     switch (art.kind) {
-        case kArtPlaced:
-            return "placed file";
         case kArtRaster:
             return "image";
         case kArtMesh:
@@ -267,6 +287,8 @@ void WriteArt(WriteContext& context, const Art& art, std::string* markup) {
         WritePath(context, art, markup);
     } else if (art.kind == kArtGroup) {
         WriteGroup(context, art, markup);
+    } else if (const auto* placed = std::get_if<PlacedData>(&art.data)) {
+        WritePlaced(context, art, *placed, markup);
     } else if (const auto* plugin = std::get_if<PluginArtData>(&art.data)) {
         context.losses["plug-in art"]++;
         if (const Art* result = context.document.Find(plugin->result)) WriteArt(context, *result, markup);
@@ -276,9 +298,10 @@ void WriteArt(WriteContext& context, const Art& art, std::string* markup) {
     --context.depth;
 }
 
-std::string WriteSvg(const Document& document, std::map<std::string, int>* losses) {
+std::string WriteSvg(const Document& document, std::map<std::string, int>* losses,
+                     const std::string& folder) {
     std::map<std::string, int> ownLosses;
-    WriteContext context{document, losses ? *losses : ownLosses, {}, {}, {}, {}, {}, 0, 0};
+    WriteContext context{document, losses ? *losses : ownLosses, folder, {}, {}, {}, {}, {}, 0, 0};
     std::string body, colors;
     std::set<std::string> seen;
     std::set<const void*> patterns;

@@ -15,8 +15,11 @@ inline constexpr char kDocumentNamespace[] = "urn:velquorne:document";
 /// The whole document as an SVG file, UTF-8, coordinates in points (so the width is given in pt and the
 /// viewBox in the same numbers).  Numbers are the shortest that read back as the same double.
 ///
-/// Placed files, rasters, meshes and text frames are left out: the reader has no words for them yet.
+/// Rasters, meshes and text frames are left out: the reader has no words for them yet.
 /// @param losses  if given, how often something was left out, by a short name
-std::string WriteSvg(const Document& document, std::map<std::string, int>* losses = nullptr);
+/// @param folder  absolute folder that the file will lie in, UTF-8: links to pictures are relative to it; if
+///                it is empty they name the full path
+std::string WriteSvg(const Document& document, std::map<std::string, int>* losses = nullptr,
+                     const std::string& folder = {});
 
 } // namespace workbench

@@ -1,0 +1,73 @@
+#include "workbench/document/document.h"
+
+namespace workbench {
+
+namespace {
+
+HostPoint Mapped(const HostMatrix& m, const HostPoint& p) {
+    return {m.a * p.x + m.c * p.y + m.tx, m.b * p.x + m.d * p.y + m.ty};
+}
+
+/// First `inner`, then `outer`.
+HostMatrix Joined(const HostMatrix& outer, const HostMatrix& inner) {
+    const HostPoint moved = Mapped(outer, {inner.tx, inner.ty});
+    return {outer.a * inner.a + outer.c * inner.b,
+            outer.b * inner.a + outer.d * inner.b,
+            outer.a * inner.c + outer.c * inner.d,
+            outer.b * inner.c + outer.d * inner.d,
+            moved.x,
+            moved.y};
+}
+
+void TransformPaint(HostColor& color, const HostMatrix& matrix) {
+    if (color.kind == kColorGradient)
+        color.u.gradient.matrix = Joined(matrix, color.u.gradient.matrix);
+    else if (color.kind == kColorPattern)
+        color.u.pattern.matrix = Joined(matrix, color.u.pattern.matrix);
+}
+
+void TransformPath(PathData& path, const HostMatrix& matrix, double lineScale) {
+    for (HostPathSegment& segment : path.segments) {
+        for (HostPoint* point : {&segment.anchor, &segment.in, &segment.out}) *point = Mapped(matrix, *point);
+    }
+    TransformPaint(path.style.fill, matrix);
+    TransformPaint(path.style.stroke, matrix);
+    path.style.lineWidth *= lineScale;
+    path.style.dash.offset *= lineScale;
+    for (double& length : path.style.dash.lengths) length *= lineScale;
+}
+
+/// Kinds that know nothing but their box take the box of the mapped one.
+void TransformBox(HostRect& box, const HostMatrix& matrix) {
+    const HostPoint first = Mapped(matrix, {box.left, box.top});
+    HostRect mapped{first.x, first.y, first.x, first.y};
+    for (const HostPoint corner :
+         {HostPoint{box.right, box.top}, {box.right, box.bottom}, {box.left, box.bottom}}) {
+        const HostPoint point = Mapped(matrix, corner);
+        if (point.x < mapped.left) mapped.left = point.x;
+        if (point.x > mapped.right) mapped.right = point.x;
+        if (point.y > mapped.top) mapped.top = point.y;
+        if (point.y < mapped.bottom) mapped.bottom = point.y;
+    }
+    box = mapped;
+}
+
+} // namespace
+
+void Document::Transform(Art& art, const HostMatrix& matrix, double lineScale) {
+    ForEachArt(art, [&](const Art& each) {
+        Art& member = const_cast<Art&>(each);
+        if (PathData* path = member.path())
+            TransformPath(*path, matrix, lineScale);
+        else if (auto* placed = std::get_if<PlacedData>(&member.data))
+            placed->matrix = Joined(matrix, placed->matrix);
+        else if (auto* raster = std::get_if<RasterData>(&member.data))
+            raster->matrix = Joined(matrix, raster->matrix);
+        else if (auto* mesh = std::get_if<MeshData>(&member.data))
+            TransformBox(mesh->bounds, matrix);
+        else if (auto* text = std::get_if<TextFrameData>(&member.data))
+            TransformBox(text->bounds, matrix);
+    });
+}
+
+} // namespace workbench

@@ -1,0 +1,158 @@
+// The tables for linked files and images, and for moving art, of suites/art.h over the front document.
+
+#include <algorithm>
+#include <cmath>
+
+#include "suites/art.h"
+#include "workbench/suites/suite_call.h"
+
+namespace workbench {
+
+namespace {
+
+bool IsFinite(const HostMatrix& m) {
+    for (const double value : {m.a, m.b, m.c, m.d, m.tx, m.ty}) {
+        if (!std::isfinite(value)) return false;
+    }
+    return true;
+}
+
+// AI Placed Suite, AI Raster Suite
+
+/// Paths go out in the form of the platform that plug-ins know: with backslashes.
+HostError PutFile(const std::string& file, HostText& path) {
+    const bool unclear = file.find('/') != std::string::npos && file.find('\\') != std::string::npos;
+    if (file.empty() || unclear) return kHostNotFound;
+    path.utf8 = file;
+    std::replace(path.utf8.begin(), path.utf8.end(), '/', '\\');
+    return kHostNoError;
+}
+
+HostError GetPlacedFile(SuiteCall&, Of<PlacedData> placed, HostText& path) {
+    return PutFile(placed.data.file, path);
+}
+
+HostError GetPlacedMatrix(SuiteCall&, Of<PlacedData> placed, HostMatrix& matrix) {
+    matrix = placed.data.matrix;
+    return kHostNoError;
+}
+
+HostError GetPlaceOptions(SuiteCall&, Of<PlacedData> placed, int32_t& method, int32_t& alignment,
+                          int32_t& clip) {
+    method = placed.data.method;
+    alignment = placed.data.alignment;
+    clip = placed.data.clip;
+    return kHostNoError;
+}
+
+/// The picture's centre comes onto the page's.
+HostMatrix PlaceOnPage(const Document& document, const PictureSize& size) {
+    const HostRect& page = document.page;
+    return {
+        1, 0, 0, 1, (page.left + page.right - size.width) / 2, (page.top + page.bottom - size.height) / 2};
+}
+
+HostError ExecutePlaceRequest(SuiteCall& call, HostPlaceRequest& request) {
+    if (const HostError error = NeedDocument(call)) return error;
+    if (request.mode != kPlaceNewArt) return call.Fault(kHostBadParameter, "no such mode of placing");
+    if (request.oldArt || request.newArt)
+        return call.Fault(kHostBadParameter, "art in a request for new art");
+    HostFilePath* path = LookUp<HostFilePath>(call, request.file, false);
+    if (!path) return call.error();
+    std::string file = path->utf8;
+    std::replace(file.begin(), file.end(), '\\', '/');
+    const auto size = call.host().pictures ? call.host().pictures->SizeOf(file) : std::nullopt;
+    if (!size) return kHostRefused;
+    Document& document = call.document();
+    Art* art = nullptr;
+    if (const HostError error = document.NewArt(kArtPlaced, kPlaceAboveAll, nullptr, &art)) return error;
+    auto& placed = std::get<PlacedData>(art->data);
+    placed.file = std::move(file);
+    placed.width = size->width;
+    placed.height = size->height;
+    placed.matrix = PlaceOnPage(document, *size);
+    request.newArt = art->handle;
+    return kHostNoError;
+}
+
+HostError SetPlacedMatrix(SuiteCall&, Of<PlacedData> placed, const HostMatrix& matrix) {
+    if (!IsFinite(matrix)) return kHostBadParameter;
+    placed.data.matrix = matrix;
+    return kHostNoError;
+}
+
+HostError SetPlaceOptions(SuiteCall&, Of<PlacedData> placed, int32_t method, int32_t alignment,
+                          int32_t clip) {
+    placed.data.method = method;
+    placed.data.alignment = alignment;
+    placed.data.clip = clip ? 1 : 0;
+    return kHostNoError;
+}
+
+HostError IsDataInDocument(SuiteCall&, Of<RasterData> raster, int32_t& inDocument) {
+    inDocument = raster.data.file.empty() ? 1 : 0;
+    return kHostNoError;
+}
+
+HostError GetRasterFile(SuiteCall&, Of<RasterData> raster, HostText& path) {
+    return PutFile(raster.data.file, path);
+}
+
+HostError GetRasterMatrix(SuiteCall&, Of<RasterData> raster, HostMatrix& matrix) {
+    matrix = raster.data.matrix;
+    return kHostNoError;
+}
+
+HostError SetRasterMatrix(SuiteCall&, Of<RasterData> raster, const HostMatrix& matrix) {
+    if (!IsFinite(matrix)) return kHostBadParameter;
+    raster.data.matrix = matrix;
+    return kHostNoError;
+}
+
+// AI Transform Art Suite
+
+constexpr uint32_t kTransformAll = 0x6F;
+
+HostError TransformArt(SuiteCall& call, Art& art, const HostMatrix& matrix, double lineScale,
+                       uint32_t flags) {
+    if (flags != kTransformAll) return call.Fault(kHostBadParameter, "a transform of parts of the art");
+    if (!IsFinite(matrix) || !std::isfinite(lineScale)) return kHostBadParameter;
+    const Layer* layer = call.document().LayerOf(art);
+    if (!layer) return call.Fault(kHostBadPlace, "art that is no part of the tree");
+    if (!Document::CanChange(layer)) return kHostBadPlace;
+    call.document().Transform(art, matrix, lineScale);
+    return kHostNoError;
+}
+
+} // namespace
+
+const void* PlacedSuiteTable() {
+    static constexpr AIPlacedSuite table{
+        Entry<"AI Placed Suite", "GetPlacedFile", GetPlacedFile>::Run,
+        Entry<"AI Placed Suite", "GetPlacedMatrix", GetPlacedMatrix>::Run,
+        Entry<"AI Placed Suite", "GetPlaceOptions", GetPlaceOptions>::Run,
+        Entry<"AI Placed Suite", "ExecutePlaceRequest", ExecutePlaceRequest>::Run,
+        Entry<"AI Placed Suite", "SetPlacedMatrix", SetPlacedMatrix>::Run,
+        Entry<"AI Placed Suite", "SetPlaceOptions", SetPlaceOptions>::Run,
+    };
+    return &table;
+}
+
+const void* RasterSuiteTable() {
+    static constexpr AIRasterSuite table{
+        Entry<"AI Raster Suite", "IsDataInDocument", IsDataInDocument>::Run,
+        Entry<"AI Raster Suite", "GetRasterFile", GetRasterFile>::Run,
+        Entry<"AI Raster Suite", "GetRasterMatrix", GetRasterMatrix>::Run,
+        Entry<"AI Raster Suite", "SetRasterMatrix", SetRasterMatrix>::Run,
+    };
+    return &table;
+}
+
+const void* TransformArtSuiteTable() {
+    static constexpr AITransformArtSuite table{
+        Entry<"AI Transform Art Suite", "TransformArt", TransformArt>::Run,
+    };
+    return &table;
+}
+
+} // namespace workbench
