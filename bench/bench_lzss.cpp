@@ -28,7 +28,7 @@ namespace {
 
 using Bytes = std::vector<uint8_t>;
 
-constexpr size_t kMostStreamBytes = 24'000'000; ///< enough of them; the classic coder takes seconds for it
+constexpr size_t kMostStreamBytes = 8'000'000; ///< enough of them, and short rounds
 
 struct Bodies {
     std::vector<Bytes> plain, packed;
@@ -85,7 +85,7 @@ RealBodies ReadGroup(const char* path) {
             const auto start = file.begin() + static_cast<std::ptrdiff_t>(at + 424 + from);
             return ClassicUnpack(Bytes(start, start + static_cast<std::ptrdiff_t>(bytes)));
         };
-        if (real.previews.plain.size() < 200) real.previews.Add(body(0, preview));
+        if (real.previews.plain.size() < 80) real.previews.Add(body(0, preview));
         Bytes stream = body(preview, objects);
         Bodies& bodies = HoldsGradient(stream) ? real.gradientStreams : real.streams;
         if (bodies.plainBytes() + stream.size() < kMostStreamBytes) bodies.Add(std::move(stream));
@@ -181,7 +181,7 @@ double ZlibSeconds(const Bodies& bodies) {
     z_stream stream{};
     deflateInit(&stream, 6);
     Bytes out(compressBound(bodies.longest()));
-    const double seconds = BestSeconds(3, [&] {
+    const double seconds = BestSeconds(4, [&] {
         for (const Bytes& plain : bodies.plain) {
             deflateReset(&stream);
             stream.next_in = const_cast<uint8_t*>(plain.data());
@@ -200,10 +200,10 @@ void PackBodies(benchmark::State& state, const Bodies& bodies) {
     Bytes out(MostPackedBytes(bodies.longest()));
     double ours = 0, classic = 0, zlib = 0;
     for (auto _ : state) {
-        classic = BestSeconds(2, [&] {
+        classic = BestSeconds(4, [&] {
             for (const Bytes& plain : bodies.plain) ClassicPack(plain.data(), plain.size(), out.data());
         });
-        ours = BestSeconds(7, [&] {
+        ours = BestSeconds(12, [&] {
             for (const Bytes& plain : bodies.plain) PackLzss(plain, out);
         });
         zlib = ZlibSeconds(bodies);
@@ -224,14 +224,14 @@ void UnpackBodies(benchmark::State& state, const Bodies& bodies) {
     Bytes out(bodies.longest());
     double ours = 0, classic = 0, copy = 0;
     for (auto _ : state) {
-        classic = BestSeconds(3, [&] {
+        classic = BestSeconds(15, [&] {
             for (const Bytes& packed : bodies.packed) ClassicUnpack(packed.data(), packed.size(), out.data());
         });
-        ours = BestSeconds(9, [&] {
+        ours = BestSeconds(15, [&] {
             for (const Bytes& packed : bodies.packed)
                 UnpackLzss(packed, std::span(out).first(UnpackedLzssBytes(packed)));
         });
-        copy = BestSeconds(9, [&] {
+        copy = BestSeconds(15, [&] {
             for (const Bytes& plain : bodies.plain) {
                 if (!plain.empty()) std::memcpy(out.data(), plain.data(), plain.size());
                 benchmark::ClobberMemory();

@@ -134,7 +134,7 @@ bool PutItem(Packer& packer, const Block& block, GroupWriter& writer, uint32_t p
 // Moves the window on by one place.
 bool Advance(Packer& packer, const Block& block, GroupWriter& writer, uint32_t place, uint32_t rank) {
     MatchWindow& window = packer.window;
-    RemoveStrings(window, window.RingPlace(place - kReach), 1);
+    RemoveString(window, window.RingPlace(place - kReach));
     const bool starts = packer.inItem == 0;
     if (window.Has(rank)) {
         if (starts && !PutItem(packer, block, writer, place, {window.places[rank], kLongest})) return false;

@@ -29,19 +29,6 @@ uint32_t PresentBefore(const MatchWindow& window, uint32_t rank) {
     return word * 64 + TopBit(window.present[word]);
 }
 
-void RemoveString(MatchWindow& window, uint32_t rank) {
-    const uint32_t before = window.before[rank], behind = window.behind[rank];
-    const int64_t age = window.ages[rank];
-    // Neither outcome is likelier, so there is no branch.
-    const int64_t ageBefore = window.ages[before];
-    const bool bothYounger = (ageBefore > age) & (window.ages[behind] > age);
-    window.ages[before] = bothYounger ? age : ageBefore;
-    window.behind[before] = static_cast<uint16_t>(behind);
-    window.before[behind] = static_cast<uint16_t>(before);
-    const uint64_t left = window.present[rank / 64] &= ~(uint64_t{1} << (rank % 64));
-    if (left == 0) window.presentWords[rank / 4096] &= ~(uint64_t{1} << (rank / 64 % 64));
-}
-
 } // namespace
 
 void ClearWindow(MatchWindow& window, const StringRanks& strings, uint32_t ringOffset) {
@@ -75,12 +62,9 @@ void AddString(MatchWindow& window, uint32_t rank, uint32_t place, int64_t age) 
 void RemoveStrings(MatchWindow& window, uint32_t ringPlace, uint32_t count) {
     while (count > 0) {
         const uint32_t bit = ringPlace % 64, bits = std::min(count, 64 - bit);
-        uint64_t& word = window.presentAt[ringPlace / 64];
         const uint64_t mask = (bits == 64 ? ~uint64_t{0} : (uint64_t{1} << bits) - 1) << bit;
-        for (uint64_t there = word & mask; there != 0; there &= there - 1)
-            RemoveString(window,
-                         window.rankAt[ringPlace - bit + static_cast<uint32_t>(std::countr_zero(there))]);
-        word &= ~mask;
+        for (uint64_t there = window.presentAt[ringPlace / 64] & mask; there != 0; there &= there - 1)
+            RemoveString(window, ringPlace - bit + static_cast<uint32_t>(std::countr_zero(there)));
         ringPlace = (ringPlace + bits) & (kRingBytes - 1);
         count -= bits;
     }

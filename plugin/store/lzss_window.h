@@ -50,7 +50,25 @@ inline void ReplaceString(MatchWindow& window, uint32_t rank, uint32_t place) {
     window.places[rank] = static_cast<uint16_t>(place);
 }
 
-/// Takes out the strings that begin at `count` places of the ring, if they are there.
+/// Takes out the string that begins at a place of the ring, if it is there.
+inline void RemoveString(MatchWindow& window, uint32_t ringPlace) {
+    const uint64_t there = uint64_t{1} << (ringPlace % 64);
+    if ((window.presentAt[ringPlace / 64] & there) == 0) return;
+    window.presentAt[ringPlace / 64] &= ~there;
+    const uint32_t rank = window.rankAt[ringPlace];
+    const uint32_t before = window.before[rank], behind = window.behind[rank];
+    const int64_t age = window.ages[rank];
+    // Neither outcome is likelier, so there is no branch.
+    const int64_t ageBefore = window.ages[before];
+    const bool bothYounger = (ageBefore > age) & (window.ages[behind] > age);
+    window.ages[before] = bothYounger ? age : ageBefore;
+    window.behind[before] = static_cast<uint16_t>(behind);
+    window.before[behind] = static_cast<uint16_t>(before);
+    const uint64_t left = window.present[rank / 64] &= ~(uint64_t{1} << (rank % 64));
+    if (left == 0) window.presentWords[rank / 4096] &= ~(uint64_t{1} << (rank / 64 % 64));
+}
+
+/// The same for `count` places.
 void RemoveStrings(MatchWindow& window, uint32_t ringPlace, uint32_t count);
 
 /// The match of a string that was just added; of fewer bytes than kShortest if there is none.

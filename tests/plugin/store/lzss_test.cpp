@@ -150,7 +150,7 @@ TEST(Lzss, PacksStreamsAsTheClassicCoder) {
 // group.
 TEST(Lzss, PacksBetweenLongRunsOfZerosAsTheClassicCoder) {
     for (const size_t zeros : {4077, 4079, 4096, 4097, 4114, 4159, 4160, 4161, 4178, 4872}) {
-        for (size_t phase = 0; phase < 18; ++phase) {
+        for (size_t phase = 0; phase < 18; phase += zeros == 4160 ? 1 : 5) {
             Bytes bytes = Noise(phase, 3, 256);
             for (uint32_t unit = 0; unit < 6; ++unit) {
                 bytes.insert(bytes.end(), zeros, 0);
