@@ -1,13 +1,19 @@
-#include <cmath>
+#include <algorithm>
 #include <iomanip>
 #include <iostream>
 #include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
 
 #include "app/commands.h"
 #include "app/database_view.h"
 #include "app/exit_code.h"
 #include "app/open_database.h"
+#include "app/record_list.h"
+#include "plugin/frame/globals.h"
 #include "plugin/store/record.h"
+#include "plugin/store/record_index.h"
+#include "plugin/store/store_names.h"
 
 namespace {
 
@@ -27,40 +33,41 @@ int ListGroupsOf(bool json) {
     return kDone;
 }
 
-Json RecordJson(const std::string& group, const RecordSummary& record) {
-    const RecordHeader& header = record.header;
-    return {{"group", GroupForPeople(group)},
-            {"number", record.number},
-            {"name", FieldText(header.name, sizeof header.name)},
-            {"kind", FieldText(header.kind, sizeof header.kind)},
-            {"comment", FieldText(header.comment, sizeof header.comment)},
-            {"created", header.created},
-            {"modified", header.modified},
-            {"width", WidthOf(header)},
-            {"height", HeightOf(header)},
-            {"objects", header.objectCount},
-            {"bytes", header.size}};
+int16_t SortModeOf(const std::string& word) {
+    return word == "kind" ? kByKind : word == "date" ? kByDate : kByName;
 }
 
-int ListRecords(const std::string& group, bool json) {
+/// Brings a group's records, given in file order, into the order of the browser's rows.
+std::vector<RecordSummary> InOrderOfRows(const std::string& group, const std::string& sort,
+                                         const std::vector<RecordSummary>& records) {
+    globals->sortMode = SortModeOf(sort);
+    SelectGroup(group.c_str());
+    globals->findMode = kFindGroup; // the name may have been current in another way
+    LoadRihList(group.c_str());
+    std::vector<RecordSummary> sorted;
+    for (int32_t row = 0; row < RihCount(globals->rihList); ++row) {
+        int32_t number = 0;
+        if (GetRecordOfRow(row, nullptr, &number) == 0) break;
+        // Another program may have added a record since.
+        if (static_cast<size_t>(number) < records.size())
+            sorted.push_back(records[static_cast<size_t>(number)]);
+    }
+    return sorted;
+}
+
+int ListRecords(const std::string& group, const ListOptions& options) {
     uint32_t expected = 0;
     Json records = Json::array();
-    const auto headers = ReadHeaders(group, &expected);
+    auto headers = ReadHeaders(group, &expected);
+    if (!options.sort.empty()) headers = InOrderOfRows(group, options.sort, headers);
     for (const RecordSummary& record : headers) {
-        if (json) {
-            records.push_back(RecordJson(group, record));
-            continue;
+        if (options.json) {
+            records.push_back(RecordListJson(group, record));
+        } else {
+            PrintRecordLine(group, record, false);
         }
-        std::cout << std::setw(6) << record.number << "  " << std::setw(9) << record.header.size << " bytes  "
-                  << std::setw(6) << record.header.objectCount << " objects  " << std::setw(5)
-                  << std::lround(WidthOf(record.header)) << " x " << std::setw(4) << std::left
-                  << std::lround(HeightOf(record.header)) << std::right << "  "
-                  << FieldText(record.header.name, sizeof record.header.name);
-        const std::string kind = FieldText(record.header.kind, sizeof record.header.kind);
-        if (!kind.empty()) std::cout << "  [" << kind << "]";
-        std::cout << "\n";
     }
-    if (json) PrintJson({{"schema", 1}, {"records", std::move(records)}});
+    if (options.json) PrintJson({{"schema", 1}, {"records", std::move(records)}});
     if (headers.size() == expected) return kDone;
     Complain(GroupForPeople(group) + ": damaged: " + std::to_string(headers.size()) + " of " +
              std::to_string(expected) + " records can be read");
@@ -72,5 +79,5 @@ int ListRecords(const std::string& group, bool json) {
 int RunList(const ListOptions& options) {
     const OpenedDatabase database(options.database, options.group);
     if (database.trouble() != kDone) return database.trouble();
-    return options.group.empty() ? ListGroupsOf(options.json) : ListRecords(database.group(), options.json);
+    return options.group.empty() ? ListGroupsOf(options.json) : ListRecords(database.group(), options);
 }

@@ -9,6 +9,7 @@
 #include <filesystem>
 
 #include "plugin/frame/globals.h"
+#include "plugin/frame/preferences.h"
 #include "plugin/frame/plugin_main.h"
 #include "plugin/host/suite_table.h"
 #include "plugin/store/store_names.h"
@@ -31,15 +32,21 @@ std::string PrivateDocuments() {
 
 Session::Session() {
     host_.SetPainter(&painter_);
+    host_.SetPictureFiles(&pictures_);
     const std::string documents = PrivateDocuments();
     std::error_code ignored;
     std::filesystem::create_directories(documents, ignored);
     SetDocumentsFolder(documents.c_str());
     started_ = Send(HOST_SELECTOR_STARTUP);
+    if (started_) preferences_ = PreferencesText();
 }
 
 Session::~Session() {
-    if (started_) Send(HOST_SELECTOR_SHUTDOWN);
+    if (started_) {
+        // A command's database, order and search are its own, not what the next one begins with.
+        TakePreferences(preferences_);
+        Send(HOST_SELECTOR_SHUTDOWN);
+    }
     host_.Close();
     host_.CheckBalance(true);
     for (const std::string& fault : host_.faults())

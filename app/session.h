@@ -6,11 +6,14 @@
 
 #include "workbench/render/cairo_painter.h"
 #include "workbench/suites/host.h"
+#include "workbench/svg/picture_links.h"
 
 class Session {
 public:
     Session();  ///< brings the plug-in up through its entry; ok() tells
-    ~Session(); ///< takes it down; what the host found wrong goes to standard error
+    /// Takes it down, with the preferences that it came up with; what the host found wrong goes to standard
+    /// error.
+    ~Session();
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
@@ -35,8 +38,10 @@ private:
     bool Send(const char* selector);
 
     workbench::CairoPainter painter_;
+    workbench::DiskPictures pictures_;
     workbench::Host host_;
     void* globals_ = nullptr;
+    std::string preferences_; ///< as they stood when the plug-in was up
     bool started_ = false;
 };
 

@@ -62,15 +62,6 @@ TEST_F(RecordIndexTest, DatesSortNewestFirstAndThenByName) {
     EXPECT_EQ(Rows(), (Names{"a2", "b0", "d3", "c1"}));
 }
 
-TEST_F(RecordIndexTest, AnUnknownOrderIsThatOfNames) {
-    globals->sortMode = 9;
-    globals->rihList = NewRihList();
-    Add("", 0, "b", "a", 9);
-    Add("", 1, "a", "b", 1);
-    EXPECT_EQ(Rows(), (Names{"a1", "b0"}));
-    EXPECT_EQ(globals->sortMode, 9);
-}
-
 TEST_F(RecordIndexTest, ResortingKeepsTheOrderOfEqualItems) {
     globals->rihList = NewRihList();
     Add("", 0, "b", "k", 1);
@@ -155,16 +146,34 @@ TEST_F(RecordIndexTest, AFolderListsTheGroupsDirectlyInIt) {
     EXPECT_EQ(globals->curRecordNo, 1);
 }
 
-// More items than the block's first grain holds.
-TEST_F(RecordIndexTest, GrowsWithItsItems) {
-    globals->rihList = NewRihList();
-    for (uint32_t number = 0; number < 2000; ++number) {
-        Add("G", number, std::to_string(1000 + number * 7919 % 2000).c_str());
-    }
-    ASSERT_EQ(RihCount(globals->rihList), 2000);
-    for (int32_t row = 1; row < 2000; ++row) {
-        ASSERT_LE(std::strcmp(RihItemOfRow(globals->rihList, row - 1)->name,
-                              RihItemOfRow(globals->rihList, row)->name),
-                  0);
+// A sort of everything at once must come to what inserting one by one comes to, whatever is equal.
+TEST_F(RecordIndexTest, SortingEqualsInsertingOneByOne) {
+    const char* const parts[] = {"", "a", "A", "\x95\x5C", "longer than eight", "longer than eighty", "\xFF"};
+    uint32_t random = 1;
+    const auto next = [&random](uint32_t below) {
+        random = random * 1664525 + 1013904223;
+        return (random >> 16) % below;
+    };
+    for (int16_t mode = -1; mode <= 3; ++mode) {
+        for (const uint32_t count : {0u, 1u, 2u, 3000u}) { // more than the block's first grain holds
+            globals->sortMode = mode;
+            FreeHandle(globals->rihList);
+            globals->rihList = NewRihList();
+            HandleOwner appended(NewRihList());
+            for (uint32_t number = 0; number < count; ++number) {
+                RecordHeader header{};
+                std::strcpy(header.name, parts[next(7)]);
+                std::strcat(header.name, parts[next(7)]);
+                std::strcpy(header.kind, parts[next(3)]);
+                header.created = next(2) * 0xFF000000 + next(2);
+                AppendRihItem(&appended.get(), "G", number, header);
+                const RihItem* item = RihItemOfRow(appended.get(), static_cast<int32_t>(number));
+                Add("G", number, header.name, header.kind, item->created);
+            }
+            SortRihList(appended.get());
+            const Names inserted = Rows();
+            std::swap(globals->rihList, appended.get());
+            ASSERT_EQ(Rows(), inserted) << mode << " of " << count;
+        }
     }
 }
