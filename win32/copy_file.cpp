@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <string>
 
+#include "win32/disk_entry.h"
 #include "win32/file_handles.h"
 #include "win32/last_error.h"
 #include "win32/path_names.h"
@@ -76,8 +77,9 @@ int CopyToDiskPath(int from, const std::string& diskPath, bool replaces) {
         const int error = errno;
         systemCalls->remove(workPath.c_str());
         errno = error;
+        return -1;
     }
-    return result;
+    return FlushFolderOf(diskPath);
 }
 
 BOOL CopyFileA(LPCSTR from, LPCSTR to, BOOL failIfExists) {

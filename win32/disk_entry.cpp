@@ -24,3 +24,13 @@ bool ReadDiskEntry(const char* diskPath, DiskEntry* entry) {
     entry->bytes = directory ? 0 : static_cast<uint64_t>(status.st_size);
     return true;
 }
+
+std::string FolderOf(const std::string& diskPath) {
+    const size_t slash = diskPath.rfind('/');
+    if (slash == std::string::npos) return ".";
+    return slash == 0 ? "/" : diskPath.substr(0, slash);
+}
+
+int FlushFolderOf(const std::string& diskPath) {
+    return systemCalls->flushDirectory(FolderOf(diskPath).c_str());
+}

@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <ctime>
+#include <string>
 
 struct DiskEntry {
     DWORD attributes = 0;
@@ -14,5 +15,10 @@ struct DiskEntry {
 /// Of a link, what it leads to, with REPARSE_POINT added; a link that leads nowhere counts as a file.  False
 /// with errno set if there is no such entry.
 bool ReadDiskEntry(const char* diskPath, DiskEntry* entry);
+
+std::string FolderOf(const std::string& diskPath);
+
+/// Brings the names in a file's folder to the disk; 0 or -1 with errno.
+int FlushFolderOf(const std::string& diskPath);
 
 FILETIME FileTimeOfTimespec(const timespec& time);

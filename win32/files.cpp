@@ -126,12 +126,6 @@ HANDLE FailToOpen(int error, const std::string& diskPath) {
     return INVALID_HANDLE_VALUE;
 }
 
-bool SyncName(const std::string& diskPath) {
-    const size_t slash = diskPath.rfind('/');
-    const std::string folder = slash == std::string::npos ? "." : diskPath.substr(0, slash + 1);
-    return systemCalls->flushDirectory(folder.c_str()) == 0;
-}
-
 } // namespace
 
 HANDLE CreateFileA(LPCSTR path, DWORD access, DWORD sharing, SECURITY_ATTRIBUTES* security, DWORD disposition,
@@ -152,7 +146,7 @@ HANDLE CreateFileA(LPCSTR path, DWORD access, DWORD sharing, SECURITY_ATTRIBUTES
     const bool existed = disposition == OPEN_ALWAYS && systemCalls->status(diskPath->c_str(), &before) == 0;
     const int file = OpenShared(diskPath->c_str(), flags, wanted, denied);
     if (file < 0) return FailToOpen(errno, *diskPath);
-    if (disposition != OPEN_EXISTING && !existed && !SyncName(*diskPath)) {
+    if (disposition != OPEN_EXISTING && !existed && FlushFolderOf(*diskPath) != 0) {
         CloseAfterFailure(file);
         return FailToOpen(errno, *diskPath);
     }

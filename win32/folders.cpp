@@ -31,17 +31,9 @@ bool IsLink(const std::string& diskPath) {
     return systemCalls->linkStatus(diskPath.c_str(), &link) == 0 && S_ISLNK(link.st_mode);
 }
 
-std::string FolderOf(const std::string& diskPath) {
-    const size_t slash = diskPath.rfind('/');
-    if (slash == std::string::npos) return ".";
-    return slash == 0 ? "/" : diskPath.substr(0, slash);
-}
-
 int FlushFoldersOf(const std::string& from, const std::string& to) {
-    const std::string target = FolderOf(to);
-    if (systemCalls->flushDirectory(target.c_str()) != 0) return -1;
-    const std::string source = FolderOf(from);
-    return source == target ? 0 : systemCalls->flushDirectory(source.c_str());
+    if (FlushFolderOf(to) != 0) return -1;
+    return FolderOf(from) == FolderOf(to) ? 0 : FlushFolderOf(from);
 }
 
 bool MoveByCopy(const std::string& from, const std::string& to, bool replaces) {
@@ -95,7 +87,8 @@ BOOL CreateDirectoryA(LPCSTR path, SECURITY_ATTRIBUTES* security) {
     }
     const auto diskPath = DiskPathOfStorePath(path);
     if (!diskPath) return FALSE;
-    if (systemCalls->makeDirectory(diskPath->c_str(), 0777) == 0) return TRUE;
+    if (systemCalls->makeDirectory(diskPath->c_str(), 0777) == 0)
+        return FlushFolderOf(*diskPath) == 0 ? TRUE : FailOnPath(*diskPath);
     return errno == ENOENT ? Fail(ERROR_PATH_NOT_FOUND) : FailOnPath(*diskPath);
 }
 

@@ -253,6 +253,7 @@ BOOL SetEndOfFile(HANDLE file);
 /// Attributes; a link has REPARSE_POINT and, if it leads to a directory, DIRECTORY.
 DWORD GetFileAttributesA(LPCSTR path);
 
+/// The new directory's name is on the disk when the call returns.
 BOOL CreateDirectoryA(LPCSTR path, struct SECURITY_ATTRIBUTES* security);
 
 /// Removes an empty directory.  A link to a directory is removed itself; what it leads to stays.
@@ -275,7 +276,8 @@ BOOL MoveFileA(LPCSTR from, LPCSTR to);
 /// old or the new file.  With WRITE_THROUGH the change of the directory is on the disk when the call returns.
 BOOL MoveFileExA(LPCSTR from, LPCSTR to, DWORD flags);
 
-/// Copies bytes and the time of the last write.  The copy appears complete, or not at all.
+/// Copies bytes and the time of the last write.  The copy appears complete, or not at all, and is on the disk
+/// when the call returns.
 BOOL CopyFileA(LPCSTR from, LPCSTR to, BOOL failIfExists);
 
 /// Lists a directory, in the order that it gives: the last component of the path is `*` or `*.*`; "." and

@@ -1,0 +1,8 @@
+/// Many processes at work on one database, some of them killed at random moments.
+#pragma once
+
+#include <cstdint>
+
+/// Runs `workers` processes with `operations` operations each; 1 if a record that was acknowledged is not
+/// there exactly once, else 0.
+int RunProcesses(int workers, uint64_t operations, uint64_t seed);
