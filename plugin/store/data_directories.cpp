@@ -77,10 +77,7 @@ int32_t CloseGapWithNote(const std::string& directoryInRoot, uint32_t number) {
         DeleteRemoved(directory);
         return 0;
     }
-    if (!WriteIntent(intent)) {
-        StoreFails(StoreTrouble::kDisk);
-        return -1;
-    }
+    if (!WriteIntent(intent)) return -1;
     return FinishWork(intent) == WorkEnd::kDone ? 0 : -1;
 }
 

@@ -9,6 +9,7 @@
 
 #include "plugin/frame/line_grammar.h"
 #include "plugin/store/folder_entries.h"
+#include "plugin/store/store_lock.h"
 
 namespace {
 
@@ -170,10 +171,13 @@ bool ParseIntent(std::string_view text, Intent& intent) {
 
 bool WriteIntent(const Intent& intent) {
     const std::string text = FormatIntent(intent);
-    if (text.size() > kMostIntentBytes || !WriteWholeFile(PathInRoot(kIntentWorkFile), text)) return false;
+    if (text.size() > kMostIntentBytes || !WriteWholeFile(PathInRoot(kIntentWorkFile), text))
+        return StoreFails(StoreTrouble::kDisk);
     if (MoveNote(kIntentWorkFile, kIntentFile)) return true;
-    DropIntent(); // it may be there, and only not for certain on the disk
-    return false;
+    // It may be there, and only not for certain on the disk; if it stays, the next who finds it goes by it.
+    DropIntent();
+    const bool gone = StateOfEntry(PathInRoot(kIntentFile)) == EntryState::kMissing;
+    return StoreFails(gone ? StoreTrouble::kDisk : StoreTrouble::kUnfinished);
 }
 
 bool ReadIntent(Intent& intent) {

@@ -42,7 +42,8 @@ std::string FormatIntent(const Intent& intent);
 /// False if the text isn't whole, or holds what no such note holds.
 bool ParseIntent(std::string_view text, Intent& intent);
 
-/// False if the note isn't on the disk; then nothing may be begun.
+/// False, with the reason in `globals->storeTrouble`, if the note isn't certainly on the disk; then nothing
+/// may be begun.
 bool WriteIntent(const Intent& intent);
 
 /// False if there is none that can be read whole.

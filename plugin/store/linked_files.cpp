@@ -72,10 +72,7 @@ int32_t PoolAs(const StoredFile& file, const std::string& pooledName, bool& take
     intent.number = file.number;
     intent.storedName = file.name;
     intent.pooledName = pooledName;
-    if (!WriteIntent(intent)) {
-        StoreFails(StoreTrouble::kDisk);
-        return -1;
-    }
+    if (!WriteIntent(intent)) return -1;
     if (!MoveFileExA(file.path.c_str(), pooled.c_str(), MOVEFILE_COPY_ALLOWED | MOVEFILE_WRITE_THROUGH)) {
         const DWORD reason = GetLastError();
         taken = reason == ERROR_ALREADY_EXISTS || reason == ERROR_FILE_EXISTS;

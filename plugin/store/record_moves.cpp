@@ -36,10 +36,7 @@ int32_t Delete(const char* group, int32_t number) {
     Intent intent;
     intent.kind = IntentKind::kDelete;
     if (!Survey(group, number, intent)) return -1;
-    if (!WriteIntent(intent)) {
-        StoreFails(StoreTrouble::kDisk);
-        return -1;
-    }
+    if (!WriteIntent(intent)) return -1;
     DeleteRecord(group, number);
     return FinishWork(intent) == WorkEnd::kDone ? 0 : -1;
 }
@@ -114,10 +111,7 @@ int32_t Move(const char* group, int32_t number, const char* newGroup, int32_t* n
         return 0;
     }
     if (!ReadImage(group, number, record) || !Prepare(newGroup, intent)) return -1;
-    if (!WriteIntent(intent)) {
-        StoreFails(StoreTrouble::kDisk);
-        return -1;
-    }
+    if (!WriteIntent(intent)) return -1;
     Append(intent, record);
     const WorkEnd end = FinishWork(intent);
     if (end == WorkEnd::kUndone) return -1;
