@@ -56,10 +56,38 @@ private:
         TagsOf(expected, actual, place);
         if (expected.kind == kArtPath) {
             PathOf(*expected.path(), *actual.path(), place);
+        } else if (expected.kind == kArtPlaced) {
+            PlacedOf(expected, actual, place);
         } else {
             if (expected.group()) Same(expected.group()->clipped, actual.group()->clipped, place, "clipped");
             Members(MembersOf(expected), MembersOf(actual), place);
         }
+    }
+
+    /// A note holds six digits of each number.
+    void PlacedOf(const Art& expected, const Art& actual, const std::string& place) {
+        constexpr double kDigits = 1e-5;
+        const auto& a = std::get<workbench::PlacedData>(expected.data);
+        const auto& b = std::get<workbench::PlacedData>(actual.data);
+        Same(a.width == b.width && a.height == b.height, true, place, "picture size");
+        Same(a.method == b.method && a.alignment == b.alignment && (a.clip != 0) == (b.clip != 0), true,
+             place, "place options");
+        const auto near = [&](double x, double y, double room, const char* what) {
+            if (!(std::abs(x - y) <= room)) Report(place, what, x, y);
+        };
+        for (double HostMatrix::*member : {&HostMatrix::a, &HostMatrix::b, &HostMatrix::c, &HostMatrix::d})
+            near(a.matrix.*member, b.matrix.*member, std::abs(a.matrix.*member) * kDigits, "picture matrix");
+        HostRect from{}, to{};
+        stored_.Bounds(expected, &from);
+        rebuilt_.Bounds(actual, &to);
+        const double room =
+            kDigits * (std::abs(from.left - frame_.origin.x) + std::abs(from.right - from.left) +
+                       std::abs(from.top - frame_.origin.y) + std::abs(from.top - from.bottom)) +
+            1e-3;
+        near(from.left, to.left, room, "picture left");
+        near(from.right, to.right, room, "picture right");
+        near(from.top, to.top, room, "picture top");
+        near(from.bottom, to.bottom, room, "picture bottom");
     }
 
     void BlendOf(const workbench::Blend& expected, const workbench::Blend& actual, const std::string& place) {

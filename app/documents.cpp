@@ -25,12 +25,17 @@ std::string ExtensionOf(const std::string& path) {
     return extension;
 }
 
+std::string FolderOf(const std::string& path) {
+    std::error_code trouble;
+    return std::filesystem::absolute(path, trouble).parent_path().string();
+}
+
 } // namespace
 
 std::unique_ptr<Document> OpenDocument(const std::string& path, workbench::ReadReport* report,
-                                       std::string* error) {
+                                       std::string* error, const std::string& picturesBelow) {
     std::string why;
-    auto document = workbench::ReadSvgFile(path, report, &why);
+    auto document = workbench::ReadSvgFile(path, report, &why, picturesBelow);
     if (!document) *error = path + ": " + why;
     return document;
 }
@@ -64,7 +69,7 @@ bool SaveDocument(const Document& document, const std::string& path, std::string
     const std::string extension = ExtensionOf(path);
     if (extension == ".svg" || extension == ".json") {
         const std::string text = extension == ".svg"
-                                     ? workbench::WriteSvg(document)
+                                     ? workbench::WriteSvg(document, nullptr, FolderOf(path))
                                      : workbench::DocumentJson(document).dump(
                                            1, ' ', false, nlohmann::json::error_handler_t::replace) +
                                            "\n";

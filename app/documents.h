@@ -10,8 +10,9 @@
 #include "workbench/svg/svg_reader.h"
 
 /// A document from an SVG file; null, and a sentence in *error, if there is none in it.
+/// @param picturesBelow  as ReadSvgFile takes it
 std::unique_ptr<workbench::Document> OpenDocument(const std::string& path, workbench::ReadReport* report,
-                                                  std::string* error);
+                                                  std::string* error, const std::string& picturesBelow = {});
 
 /// Whether `path` ends in an extension that SaveDocument knows; if not, a sentence in *error.
 bool KnownExtension(const std::string& path, std::string* error);

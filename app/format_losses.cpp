@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <set>
 
 using workbench::Art;
@@ -46,6 +47,14 @@ private:
 
     bool Kept(const Art& art) {
         if (art.kind == kArtGroup || art.kind == kArtCompoundPath) return true;
+        if (art.kind == kArtPlaced) {
+            if (inPattern_) ++counts_["linked picture in a pattern"];
+            std::error_code ignored;
+            const auto& file = std::get<workbench::PlacedData>(art.data).file;
+            const bool there = std::filesystem::is_regular_file(file, ignored);
+            if (!inPattern_ && !there) ++counts_["missing linked picture"];
+            return !inPattern_ && there;
+        }
         const workbench::PathData* path = art.path();
         if (!path) {
             ++counts_["art of another kind"];
@@ -59,6 +68,7 @@ private:
         if (art.hidden) ++counts_["hidden art"];
         art.hidden = false;
         if (art.kind == kArtPath) return ApplyToPath(art, origin);
+        if (art.kind == kArtPlaced) return ApplyToPlaced(art);
         ApplyToContainerBlend(art);
         ApplyToMembers(art, origin);
     }
@@ -77,6 +87,13 @@ private:
         if (art.blend.knockout != kept.knockout || art.blend.alphaIsShape != kept.alphaIsShape)
             ++counts_["group knockout"];
         art.blend = kept;
+    }
+
+    void ApplyToPlaced(Art& art) {
+        if (!(art.blend == workbench::Blend{})) ++counts_["blending of a linked picture"];
+        art.blend = {};
+        if (!art.tags.empty()) counts_["tag of a linked picture"] += static_cast<int>(art.tags.size());
+        art.tags.clear();
     }
 
     void ApplyToPath(Art& art, const HostPoint& origin) {

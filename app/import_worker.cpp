@@ -69,19 +69,24 @@ public:
 private:
     void StoreNew(const std::string& file, ImportOutcome* outcome, int32_t* number) {
         workbench::ReadReport report;
-        auto document = OpenDocument(share_.source + "/" + file, &report, &outcome->refused);
+        auto document = OpenDocument(share_.source + "/" + file, &report, &outcome->refused, share_.source);
         if (!document) return;
         document->SelectAll();
         const RecordTexts texts = TextsOf(*document, &report.losses);
         outcome->lost = LossesLine(report.losses);
         if (first_ && StoredWithoutLine(session_, group_, journal_, texts.name)) {
             *number = journal_.lastNumber() + 1;
+            session_.host().Open(std::move(document));
+            CopyFilesOfFrontDocument(session_, group_, *number);
             return;
         }
         session_.host().Open(std::move(document));
         Registered registered;
         if (RegisterFrontDocument(session_, group_, texts, &registered, &outcome->refused))
             *number = registered.number;
+        if (registered.lostPictures.empty()) return;
+        report.losses["linked picture"] += static_cast<int>(registered.lostPictures.size());
+        outcome->lost = LossesLine(report.losses);
     }
 
     Session& session_;

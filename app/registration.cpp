@@ -1,11 +1,16 @@
 #include "app/registration.h"
 
 #include <algorithm>
+#include <array>
 
+#include "app/texts.h"
 #include "plugin/capture/post_art.h"
 #include "plugin/frame/globals.h"
+#include "plugin/rebuild/placed_rebuild.h"
+#include "plugin/store/linked_files.h"
 #include "plugin/store/record.h"
 #include "plugin/store/record_layout.h"
+#include "plugin/store/store_lock.h"
 #include "plugin/store/store_names.h"
 #include "plugin/store/swap_words.h"
 
@@ -21,11 +26,33 @@ RecordHeader* CurrentHeader() {
     return reinterpret_cast<RecordHeader*>(BlockBytes(globals->curRecord));
 }
 
+/// The entries of the link list that aren't beside the record.
+std::vector<std::string> LostLinks(const std::string& groupName, int32_t number) {
+    std::vector<std::string> lost;
+    const RecordSource source = {groupName.c_str(), number, LinkedFileUse::kLook};
+    for (size_t row = 0; row < static_cast<size_t>(globals->linkCount); ++row) {
+        const auto* name =
+            reinterpret_cast<const char*>(BlockBytes(globals->linkNames)) + row * kLinkNameBytes;
+        const auto* path =
+            reinterpret_cast<const char*>(BlockBytes(globals->linkPaths)) + row * kLinkPathBytes;
+        std::array<char, kFullPathBytes> stored{};
+        if (FindPlacedFile(source, name, stored.data()) != 0 || !PlacedFileExists(stored.data()))
+            lost.push_back(Utf8OfCp932(path));
+    }
+    return lost;
+}
+
 } // namespace
 
 bool RegisterFrontDocument(Session& session, const std::string& groupName, const RecordTexts& texts,
                            Registered* registered, std::string* error) {
     const SuitesHeld held(session.host());
+    // The number must not come to mean another record before its files lie beside it.
+    const StoreLock lock(kStoreShared);
+    if (!lock.held()) {
+        *error = "the database is in use by another program, or work on it was interrupted";
+        return false;
+    }
     SelectGroup(groupName.c_str());
     AidbPostArt();
     RecordHeader* header = globals->curRecord ? CurrentHeader() : nullptr;
@@ -47,5 +74,16 @@ bool RegisterFrontDocument(Session& session, const std::string& groupName, const
     }
     registered->number = globals->curRecordNo;
     registered->bytes = SwapLong(CurrentHeader()->size);
+    if (CopyLinkedFiles(groupName.c_str(), registered->number) != 0)
+        registered->lostPictures = LostLinks(groupName, registered->number);
     return true;
+}
+
+void CopyFilesOfFrontDocument(Session& session, const std::string& groupName, int32_t number) {
+    const SuitesHeld held(session.host());
+    const StoreLock lock(kStoreShared);
+    if (!lock.held()) return;
+    SelectGroup(groupName.c_str());
+    AidbPostArt();
+    CopyLinkedFiles(groupName.c_str(), number);
 }

@@ -55,7 +55,11 @@ public:
     /// Before each file, so that the group stays small however many files there are.
     void Empty() const {
         std::error_code ignored;
-        std::filesystem::remove(path_ + "/" + kGroup + ".AID", ignored);
+        for (const auto& entry : std::filesystem::directory_iterator(path_, ignored)) {
+            const std::string name = entry.path().filename().string();
+            if (name.starts_with(kGroup) || name == "_%%image")
+                std::filesystem::remove_all(entry.path(), ignored);
+        }
     }
 
 private:
