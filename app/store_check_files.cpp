@@ -102,9 +102,10 @@ private:
 
     void CheckDataDirectory(const std::string& group, const fs::path& directory);
     void CheckEntry(const GroupFacts& facts, const fs::path& path);
-    void PutAside(Severity severity, const GroupFacts& facts, const fs::path& path, std::string what);
+    std::vector<std::string> TakeOwners(const fs::path& directory);
     void CheckRecordDirectory(const GroupFacts& facts, uint32_t number, const fs::path& directory);
-    void CheckNote(const GroupFacts& facts, const std::vector<std::string>& linked, const fs::path& path);
+    void CheckNote(const GroupFacts& facts, const std::vector<std::string>& linked, bool sure,
+                   const fs::path& path);
     void CheckLinkedFile(const GroupFacts& facts, const fs::path& directory, const std::string& name);
     void CheckRecordsWithoutData();
     void CheckPool();
@@ -128,6 +129,7 @@ void FileChecks::CheckDataDirectory(const std::string& group, const fs::path& di
     const auto found = groups_.find(group);
     if (found == groups_.end()) {
         Tell(Severity::kWarning, directory, "the files of a group that isn't there", {});
+        for (const fs::path& path : EntriesOf(directory)) TakeOwners(path);
         return;
     }
     const GroupFacts& facts = found->second;
@@ -149,51 +151,59 @@ void FileChecks::CheckEntry(const GroupFacts& facts, const fs::path& path) {
     std::error_code ignored;
     if (!fs::is_directory(fs::symlink_status(path, ignored))) {
         Tell(Severity::kInfo, path, "the file belongs to no record", facts.state);
-    } else if (name.ends_with(kRenumberedSuffix)) {
+        return;
+    }
+    std::vector<std::string> owned = TakeOwners(path);
+    const auto putAside = [&](Severity severity, std::string what) {
+        Finding& finding = Tell(severity, path, std::move(what), facts.state);
+        finding.remedy = Remedy::kPutAside;
+        finding.along = std::move(owned);
+    };
+    if (name.ends_with(kRenumberedSuffix)) {
         Tell(Severity::kError, path, "the files of a record whose number was being changed", facts.state);
     } else if (name.starts_with(kRemovedPrefix)) {
-        PutAside(Severity::kInfo, facts, path, "what a delete has left");
+        putAside(Severity::kInfo, "what a delete has left");
     } else if (name.starts_with(kStalePrefix)) {
-        PutAside(Severity::kInfo, facts, path, "files that stood where another record's had to go");
+        putAside(Severity::kInfo, "files that stood where another record's had to go");
     } else if (name.find_first_not_of("0123456789") != std::string::npos) {
         Tell(Severity::kInfo, path, "the folder belongs to no record", facts.state);
     } else if (facts.known) {
-        PutAside(Severity::kWarning, facts, path, "the group has no record of that number");
+        putAside(Severity::kWarning, "the group has no record of that number");
     }
 }
 
-/// What the directory's notes own in the image folder goes with it.
-void FileChecks::PutAside(Severity severity, const GroupFacts& facts, const fs::path& path,
-                          std::string what) {
-    Finding& finding = Tell(severity, path, std::move(what), facts.state);
-    finding.remedy = Remedy::kPutAside;
-    for (const fs::path& entry : EntriesOf(path)) {
+/// What the notes in a directory that is no record's own in the image folder; paths on disk.
+std::vector<std::string> FileChecks::TakeOwners(const fs::path& directory) {
+    std::vector<std::string> owned;
+    for (const fs::path& entry : EntriesOf(directory)) {
         LinkNote note;
         if (!IsNoteName(entry.filename().string()) || !ReadNoteOnDisk(entry.string(), &note)) continue;
         if (!IsPlainComponent(note.pooledName) || !IsPooled(note.pooledName)) continue;
         const std::string pooled = DiskNameOfStoreName(note.pooledName);
         owners_[pooled].push_back(entry);
-        finding.along.push_back((fs::path(listing_.imageFolder) / pooled).string());
+        owned.push_back((fs::path(listing_.imageFolder) / pooled).string());
     }
+    return owned;
 }
 
 void FileChecks::CheckRecordDirectory(const GroupFacts& facts, uint32_t number, const fs::path& directory) {
     const auto links = facts.linkedFiles.find(number);
     const std::vector<std::string> linked =
         links == facts.linkedFiles.end() ? std::vector<std::string>() : links->second;
+    const bool sure = !facts.damagedRecords.contains(number); // that these are all
     std::set<std::string> wanted;
     for (const std::string& name : linked) wanted.insert(DiskNameOfStoreName(name));
     for (const fs::path& path : EntriesOf(directory)) {
         const std::string name = path.filename().string();
         if (IsNoteName(name) && !wanted.contains(name))
-            CheckNote(facts, linked, path);
-        else if (!wanted.contains(name) && !facts.damagedRecords.contains(number))
+            CheckNote(facts, linked, sure, path);
+        else if (!wanted.contains(name) && sure)
             Tell(Severity::kInfo, path, "the record has no picture of that name", facts.state);
     }
     for (const std::string& name : linked) CheckLinkedFile(facts, directory, name);
 }
 
-void FileChecks::CheckNote(const GroupFacts& facts, const std::vector<std::string>& linked,
+void FileChecks::CheckNote(const GroupFacts& facts, const std::vector<std::string>& linked, bool sure,
                            const fs::path& path) {
     LinkNote note;
     const auto wanted = std::find_if(linked.begin(), linked.end(), [&](const std::string& name) {
@@ -205,7 +215,7 @@ void FileChecks::CheckNote(const GroupFacts& facts, const std::vector<std::strin
     else if (wanted == linked.end())
         Tell(Severity::kError, path, "the note can't be read, or names a place outside the image folder",
              facts.state);
-    if (wanted == linked.end())
+    if (wanted == linked.end() && sure)
         Tell(Severity::kInfo, path, "a note about a picture that the record doesn't have", facts.state);
 }
 
