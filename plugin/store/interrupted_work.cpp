@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "plugin/frame/globals.h"
+#include "plugin/store/cp932.h"
 #include "plugin/store/data_directories.h"
 #include "plugin/store/folder_entries.h"
 #include "plugin/store/group_file.h"
@@ -155,9 +156,33 @@ WorkEnd FinishPool(const Intent& intent) {
                : WorkEnd::kStuck;
 }
 
+// A path below the root that leads nowhere else.
+bool StaysBelowRoot(std::string_view path) {
+    if (path.starts_with('\\')) path.remove_prefix(1);
+    size_t begin = 0;
+    for (size_t at = 0; at <= path.size();
+         at += at < path.size() && IsLeadByte(static_cast<uint8_t>(path[at])) ? 2 : 1) {
+        if (at < path.size() && path[at] != '\\') continue;
+        if (!IsPlainComponent(path.substr(begin, at - begin))) return false;
+        begin = at + 1;
+    }
+    return true;
+}
+
+// The note lies on a share, and anybody may have written it.
 bool NamesAreSafe(const Intent& intent) {
-    return intent.kind != IntentKind::kPool ||
-           (IsPlainComponent(intent.storedName) && IsPlainComponent(intent.pooledName));
+    switch (intent.kind) {
+        case IntentKind::kDelete:
+            return StaysBelowRoot(intent.group);
+        case IntentKind::kMove:
+            return StaysBelowRoot(intent.group) && StaysBelowRoot(intent.newGroup);
+        case IntentKind::kRenumber:
+            return StaysBelowRoot(intent.directory);
+        case IntentKind::kPool:
+            return StaysBelowRoot(intent.group) && IsPlainComponent(intent.storedName) &&
+                   IsPlainComponent(intent.pooledName);
+    }
+    return false;
 }
 
 WorkEnd GoOn(const Intent& intent) {
@@ -185,7 +210,7 @@ bool WorkIsInterrupted() {
 bool FinishInterruptedWork() {
     if (!WorkIsInterrupted()) return true;
     Intent intent;
-    if (!ReadIntent(intent)) return StoreFails(StoreTrouble::kUnfinished);
+    if (!ReadIntent(intent) || !NamesAreSafe(intent)) return StoreFails(StoreTrouble::kUnfinished);
     const StoreTrouble before =
         globals->storeTrouble; // that others' work had to be undone is no trouble of ours
     if (FinishWork(intent) == WorkEnd::kStuck) return false;
@@ -208,7 +233,7 @@ bool SetAsideInterruptedWork() {
 
 WorkEnd FinishWork(const Intent& intent) {
     const StoreTrouble before = globals->storeTrouble;
-    const WorkEnd end = NamesAreSafe(intent) ? GoOn(intent) : WorkEnd::kStuck;
+    const WorkEnd end = GoOn(intent);
     if (end == WorkEnd::kStuck) {
         StoreFails(StoreTrouble::kUnfinished);
         return end;
