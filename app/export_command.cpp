@@ -67,7 +67,7 @@ std::string Export::FolderOf(const std::string& group) {
     for (int i = 0; i < 3; ++i) {
         const std::string part = FieldText(parts[i].data(), parts[i].size());
         if (part.empty()) continue;
-        key += "\\" + part + (i == 2 ? "\\" : ""); // a group and a folder may have one name
+        key += "\\" + part;
         auto known = folders_.find(key);
         if (known == folders_.end())
             known = folders_.emplace(key, folder + "/" + names_.Take(folder, SafeFileName(part), "")).first;
@@ -112,7 +112,8 @@ bool Export::WriteRecordAs(const std::string& group, const RecordSummary& record
     document->page = {0, std::max(HeightOf(record.header), 1.0), std::max(WidthOf(record.header), 1.0), 0};
     document->title = FieldText(record.header.name, sizeof record.header.name);
     host_.Open(std::move(document));
-    const bool loaded = LoadRecord(group, record.number, {0, 0}, kOriginLeftBottom, LinkedFileUse::kLook, error);
+    const bool loaded =
+        LoadRecord(group, record.number, {0, 0}, kOriginLeftBottom, LinkedFileUse::kLook, error);
     const auto filled = host_.Close();
     if (!loaded) return false;
     const std::string made = fs::path(path).parent_path().string() + "/.velquorne-export." + options_.as;

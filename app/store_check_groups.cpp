@@ -53,25 +53,49 @@ private:
         frame_.end = record.place + record.bytes;
     }
 
-    /// The record at `place`, if any of its two sizes leads to one.
-    bool Next(uint32_t place, FramedRecord* record) {
+    /// The sizes that stand in a record.
+    struct Sizes {
+        uint32_t word = 0;
+        uint64_t byBodies = 0;
+    };
+
+    bool ReadSizes(uint32_t place, Sizes* sizes) {
         std::array<uint8_t, kPreviewOffset> start;
-        const uint32_t left = frame_.length < place ? 0 : frame_.length - place;
-        if (left < kSmallestRecordBytes) return false;
+        if (Left(place) < kSmallestRecordBytes) return false;
         if (!file_.Read(place, start.data(), start.size())) {
             frame_.unreadable = true;
             return false;
         }
-        uint32_t word;
-        std::memcpy(&word, start.data() + offsetof(RecordHeader, size), sizeof word);
-        word = SwapLong(word);
-        const uint64_t byBodies = BytesByBodies(start);
-        const bool wordFits = word >= kSmallestRecordBytes && word <= left;
-        *record = {place, word, false};
-        if (wordFits && word == byBodies) return true;
-        if (byBodies <= left && IsWhole(place, static_cast<uint32_t>(byBodies))) {
-            *record = {place, static_cast<uint32_t>(byBodies), true};
-            return true;
+        std::memcpy(&sizes->word, start.data() + offsetof(RecordHeader, size), sizeof sizes->word);
+        sizes->word = SwapLong(sizes->word);
+        sizes->byBodies = BytesByBodies(start);
+        return true;
+    }
+
+    uint32_t Left(uint32_t place) const { return frame_.length < place ? 0 : frame_.length - place; }
+
+    /// The file ends there, or there is a record whose sizes agree.
+    bool LeadsOn(uint32_t place) {
+        Sizes sizes;
+        return place == frame_.length ||
+               (ReadSizes(place, &sizes) && sizes.word == sizes.byBodies && sizes.word <= Left(place));
+    }
+
+    /// The record at `place`, if any of its two sizes leads to one.  The size word is what every reader goes
+    /// by: the other one counts only where the word leads nowhere.
+    bool Next(uint32_t place, FramedRecord* record) {
+        Sizes sizes;
+        if (!ReadSizes(place, &sizes)) return false;
+        const bool wordFits = sizes.word >= kSmallestRecordBytes && sizes.word <= Left(place);
+        *record = {place, sizes.word, false};
+        if (wordFits && (sizes.word == sizes.byBodies || LeadsOn(place + sizes.word))) return true;
+        if (sizes.byBodies <= Left(place)) {
+            const auto bytes = static_cast<uint32_t>(sizes.byBodies);
+            const bool last = !wordFits && frame_.records.size() + 1 == frame_.storedCount;
+            if ((last || LeadsOn(place + bytes)) && IsWhole(place, bytes)) {
+                *record = {place, bytes, true};
+                return true;
+            }
         }
         return wordFits;
     }

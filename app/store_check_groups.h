@@ -18,8 +18,9 @@ struct FramedRecord {
 
 /// The frame of a group's file as it should be.
 ///
-/// A record's size stands in it twice: in its size word, and as the lengths of its two bodies.  Where these
-/// differ and the bodies unpack as they must, the size word is the damaged one.  Bytes behind the counted
+/// A record's size stands in it twice: in its size word, and as the lengths of its two bodies.  Readers go by
+/// the word.  Only where it leads to no record, and the bodies unpack as they must and lead on, it is taken
+/// for damaged; a length that merely looks right could cost the records behind it.  Bytes behind the counted
 /// records are records only if they are nothing but whole ones, up to the file's end: then the count is
 /// damaged, or an append was stopped before its last step.
 struct GroupFrame {

@@ -272,7 +272,8 @@ RecordReport CheckRecordImage(std::span<const uint8_t> image) {
     const auto error = [&](std::string what) {
         report.faults.push_back({Severity::kError, -1, std::move(what)});
     };
-    const RecordStart start = StartOf(image);
+    RecordStart start = StartOf(image);
+    start.header.size = static_cast<uint32_t>(image.size()); // the caller knows better than a damaged word
     CheckText(start.header.name, "name", &report);
     CheckText(start.header.kind, "kind", &report);
     CheckText(start.header.comment, "comment", &report);
