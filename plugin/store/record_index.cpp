@@ -1,6 +1,7 @@
 #include "plugin/store/record_index.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <span>
 
@@ -121,10 +122,9 @@ namespace {
 constexpr uint32_t kTextWords = kRecordNameBytes / sizeof(uint64_t);
 
 uint64_t TextWord(const char* text, uint32_t word) {
-    uint64_t value = 0;
-    for (size_t i = 0; i < sizeof value; ++i) {
-        value = value << 8 | static_cast<uint8_t>(text[word * sizeof value + i]);
-    }
+    uint64_t value;
+    std::memcpy(&value, text + word * sizeof value, sizeof value);
+    if constexpr (std::endian::native == std::endian::little) value = __builtin_bswap64(value);
     return value;
 }
 
@@ -138,6 +138,14 @@ uint64_t KeyWord(const RihItem& item, int16_t mode, uint32_t word) {
     }
     if (mode == kByDate) return word == 0 ? ~uint64_t{item.created} : TextWord(item.name, word - 1);
     return TextWord(item.name, word);
+}
+
+// The word that tells items apart whose words are equal up to this one.  Fields are filled with zeros, so
+// nothing follows a word that ends with one.
+uint32_t NextWord(int16_t mode, uint32_t word, uint64_t key) {
+    const bool isText = mode != kByDate || word != 0;
+    if (!isText || (key & 0xFF) != 0) return word + 1;
+    return mode == kByKind && word < kTextWords ? kTextWords : KeyWords(mode);
 }
 
 struct SortEntry {
@@ -154,12 +162,12 @@ struct SortEntry {
 void SortEntries(std::span<SortEntry> entries, const RihItem* items, int16_t mode, uint32_t word) {
     for (SortEntry& entry : entries) entry.key = KeyWord(items[entry.row], mode, word);
     if (!std::is_sorted(entries.begin(), entries.end())) std::sort(entries.begin(), entries.end());
-    if (++word == KeyWords(mode)) return;
     while (!entries.empty()) {
         const uint64_t key = entries[0].key;
+        const uint32_t next = NextWord(mode, word, key);
         const auto end = std::ranges::find_if(entries, [key](const SortEntry& e) { return e.key != key; });
         const auto equal = entries.first(static_cast<size_t>(end - entries.begin()));
-        if (equal.size() > 1) SortEntries(equal, items, mode, word);
+        if (equal.size() > 1 && next < KeyWords(mode)) SortEntries(equal, items, mode, next);
         entries = entries.subspan(equal.size());
     }
 }

@@ -76,7 +76,10 @@ int32_t MatchHere(const char* text, const char* key, int32_t* length, int16_t ca
 int32_t FindInText(const char* text, const char* key, int16_t caseFlag, int16_t widthFlag, int16_t wordFlag) {
     if (text == nullptr || key == nullptr) return -1;
     const auto keyBytes = static_cast<int32_t>(std::strlen(key));
+    const Character first = Fold(key, CharacterBytes(key), caseFlag, widthFlag);
     for (const char* at = text; *at != '\0'; at = NextStart(at, wordFlag)) {
+        // Most places fail at the first character.
+        if (keyBytes != 0 && Fold(at, CharacterBytes(at), caseFlag, widthFlag).Minus(first) != 0) continue;
         int32_t used = keyBytes;
         if (MatchHere(at, key, &used, caseFlag, widthFlag) != 0) continue;
         if (wordFlag == 0 || !IsWordByte(at[used])) return static_cast<int32_t>(at - text);

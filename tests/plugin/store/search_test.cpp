@@ -138,7 +138,7 @@ protected:
     // What reading the records one by one and adding each hit comes to.
     Names SlowSearch() {
         HandleOwner list(NewRihList());
-        for (const char* group : {"\\F\\S\\H", "\\F\\B", "G"}) {
+        for (const char* group : {"G", "\\F\\B", "\\F\\S\\H"}) {
             for (int32_t number = 0; number < static_cast<int32_t>(CountRecords(group)); ++number) {
                 AidbReadRecord(group, number, nullptr, kReadHeader, true);
                 const RecordHeader& header = cur().header;
@@ -161,11 +161,11 @@ protected:
 
 TEST_F(SearchTest, FindsInAllGroupsAndNowhereElse) {
     EXPECT_EQ(Search("cat"),
-              (Names{"\\F\\S\\H:Cat1", "\\F\\B:cat0", "G:cat1", "\\F\\S\\H:concat0", "G:ＣＡＴ2"}));
+              (Names{"\\F\\S\\H:Cat1", "G:cat1", "\\F\\B:cat0", "\\F\\S\\H:concat0", "G:ＣＡＴ2"}));
     EXPECT_STREQ(globals->aidbfname, kSearchResult);
     EXPECT_EQ(globals->findMode, kFindSearchResult);
-    EXPECT_STREQ(cur().header.name, "dog"); // the last header read
-    EXPECT_EQ(globals->curRecordNo, 3);
+    EXPECT_STREQ(cur().header.name, "表"); // the last header read
+    EXPECT_EQ(globals->curRecordNo, 2);
     EXPECT_EQ(Search("").size(), 9u);
     EXPECT_EQ(Search("\\"), Names{});
     EXPECT_EQ(Search("表"), (Names{"\\F\\S\\H:表2", "G:表示0"}));
@@ -187,9 +187,11 @@ TEST_F(SearchTest, EqualsReadingOneByOneInEveryModeAndOrder) {
 TEST_F(SearchTest, LimitNarrowsWhatWasFound) {
     Search("cat");
     globals->sortMode = 2;
+    globals->flCnvCase = 1;
+    globals->flCnvKanji = 1;
     // Newest first; the date of a record here is its name's first byte.
-    EXPECT_EQ(Limit("kind of c", 1), (Names{"\\F\\B:cat0", "G:cat1", "\\F\\S\\H:concat0"}));
-    EXPECT_EQ(Limit("about cat", 2), (Names{"\\F\\B:cat0", "G:cat1"}));
+    EXPECT_EQ(Limit("kind of c", 1), (Names{"G:cat1", "\\F\\B:cat0", "\\F\\S\\H:concat0"}));
+    EXPECT_EQ(Limit("about cat", 2), (Names{"G:cat1", "\\F\\B:cat0"}));
     EXPECT_STREQ(cur().header.name, "concat"); // the last header read, a hit or not
     // What has gone meanwhile is kept out, and an empty text keeps all else.
     std::filesystem::remove(root() / "F" / "B.AID");
@@ -210,14 +212,18 @@ TEST_F(SearchTest, LimitInAFolderTakesTheFoldersRecords) {
 }
 
 TEST_F(SearchTest, ALongTextIsCutBetweenCharacters) {
-    MakeGroup("Long", {std::string(61, 'x') + "表"});
+    MakeCurRecord("x");
+    auto* header = reinterpret_cast<RecordHeader*>(BlockBytes(globals->curRecord));
+    std::strcpy(header->name, (std::string(61, 'x') + "表").c_str());
+    ASSERT_EQ(WriteRecord("Long", -1), 0);
     EXPECT_EQ(Search((std::string(61, 'x') + "表示").c_str()).size(), 1u);
     EXPECT_EQ(std::strlen(globals->flCnvFnStr), 65u);
 }
 
 // Records behind the damage can't be searched, and the caller learns of it.
 TEST_F(SearchTest, DamageIsTold) {
-    std::filesystem::resize_file(fileOf("G"), std::filesystem::file_size(fileOf("G")) - 1);
+    const auto last = root() / "F" / "S" / "H.AID";
+    std::filesystem::resize_file(last, std::filesystem::file_size(last) - 1);
     std::strcpy(globals->flCnvFnStr, "");
     EXPECT_EQ(RunSearch(), 1);
     EXPECT_EQ(RihCount(globals->rihList), 8);
