@@ -142,9 +142,12 @@ HANDLE CreateFileA(LPCSTR path, DWORD access, DWORD sharing, SECURITY_ATTRIBUTES
     const FileAccess wanted = {.reads = true, .writes = (access & GENERIC_WRITE) != 0};
     const FileAccess denied = {.reads = (sharing & FILE_SHARE_READ) == 0,
                                .writes = (sharing & FILE_SHARE_WRITE) == 0};
-    struct stat before;
-    const bool existed = disposition == OPEN_ALWAYS && systemCalls->status(diskPath->c_str(), &before) == 0;
-    const int file = OpenShared(diskPath->c_str(), flags, wanted, denied);
+    // Most files are there, so making one is the second try.
+    int file =
+        disposition == OPEN_ALWAYS ? OpenShared(diskPath->c_str(), flags & ~O_CREAT, wanted, denied) : -1;
+    const bool existed = file >= 0;
+    if (!existed && (disposition != OPEN_ALWAYS || errno == ENOENT))
+        file = OpenShared(diskPath->c_str(), flags, wanted, denied);
     if (file < 0) return FailToOpen(errno, *diskPath);
     if (disposition != OPEN_EXISTING && !existed && FlushFolderOf(*diskPath) != 0) {
         CloseAfterFailure(file);

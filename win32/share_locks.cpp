@@ -1,16 +1,18 @@
 #include "win32/share_locks.h"
 
+#include <array>
 #include <cerrno>
 
 #include "win32/system_calls.h"
 
 namespace {
 
+// In this order what one opening holds is one range, and so is what speaks against it, in all but odd cases.
 constexpr off_t kReads = off_t{1} << 62;
-constexpr off_t kWrites = kReads + 1;
-constexpr off_t kDeniesReads = kReads + 2;
-constexpr off_t kDeniesWrites = kReads + 3;
-constexpr off_t kAllBytes = 4;
+constexpr off_t kAllBytes = 4; // reads, denies writes, writes, denies reads
+
+/// Some of the four bytes, from kReads on.
+using LockBytes = std::array<bool, kAllBytes>;
 
 struct flock RangeOf(short type, off_t start, off_t length) {
     struct flock range = {};
@@ -25,8 +27,21 @@ bool MeansNoLocks(int error) {
     return error == EINVAL || error == ENOLCK || error == ENOSYS || error == ENOTSUP;
 }
 
-int Hold(int file, off_t byte) {
-    struct flock range = RangeOf(F_RDLCK, byte, 1);
+// Calls `work` with each range of bytes that are set, until one gives an error.
+int ForRanges(const LockBytes& bytes, int (*work)(int file, off_t start, off_t length), int file) {
+    for (size_t first = 0; first < bytes.size(); ++first) {
+        size_t end = first;
+        while (end < bytes.size() && bytes[end]) ++end;
+        if (end == first) continue;
+        const int error = work(file, kReads + static_cast<off_t>(first), static_cast<off_t>(end - first));
+        if (error != 0) return error;
+        first = end;
+    }
+    return 0;
+}
+
+int Hold(int file, off_t start, off_t length) {
+    struct flock range = RangeOf(F_RDLCK, start, length);
     if (systemCalls->lock(file, F_OFD_SETLK, &range) == 0) return 0;
     return errno == EACCES ? EAGAIN : errno;
 }
@@ -43,20 +58,10 @@ int CheckUnheld(int file, off_t start, off_t length) {
 int LockForOpening(int file, FileAccess access, FileAccess denied) {
     // Own bytes first, then the look at the others': of two openings at the same time that speak against each
     // other at most one comes through.
-    const struct {
-        bool applies;
-        off_t own, others;
-    } rules[] = {{access.reads, kReads, kDeniesReads},
-                 {access.writes, kWrites, kDeniesWrites},
-                 {denied.reads, kDeniesReads, kReads},
-                 {denied.writes, kDeniesWrites, kWrites}};
-    int error = 0;
-    for (const auto& rule : rules) {
-        if (error == 0 && rule.applies) error = Hold(file, rule.own);
-    }
-    for (const auto& rule : rules) {
-        if (error == 0 && rule.applies) error = CheckUnheld(file, rule.others, 1);
-    }
+    const LockBytes own = {access.reads, denied.writes, access.writes, denied.reads};
+    const LockBytes others = {denied.reads, access.writes, denied.writes, access.reads};
+    int error = ForRanges(own, Hold, file);
+    if (error == 0) error = ForRanges(others, CheckUnheld, file);
     if (!MeansNoLocks(error)) return error;
     return denied.reads || denied.writes ? ENOTSUP : 0;
 }

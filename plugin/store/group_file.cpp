@@ -339,12 +339,13 @@ bool CopyRange(GroupFile& from, uint32_t begin, uint32_t end, GroupFile& to, uin
     return true;
 }
 
-bool WriteWithout(GroupFile& group, const CutOut& cut, const char* workPath) {
+bool WriteWithout(GroupFile& group, const CutOut& cut, const char* workPath, FileStamp& stamp) {
     GroupFile work;
     return work.MakeWorkFile(workPath) && work.WriteCount(group.storedCount() - 1) &&
            CopyRange(group, kCountBytes, cut.begin, work, kCountBytes) &&
            CopyRange(group, cut.end, cut.fileEnd, work, cut.begin) &&
-           work.HasLength(cut.fileEnd - (cut.end - cut.begin)) && work.Flush() && work.Close();
+           work.HasLength(cut.fileEnd - (cut.end - cut.begin)) && work.Flush() && work.ReadStamp(stamp) &&
+           work.Close();
 }
 
 // Puts a complete file in the place of another in one step; false with the reason in GetLastError.
@@ -395,10 +396,14 @@ bool RemoveFromGroup(const char* groupName, uint32_t number) {
     GroupFile group;
     CutOut cut;
     if (!lock.held() || !group.OpenToChange(groupName) || !PlanCut(group, number, cut)) return false;
-    const bool written = WriteWithout(group, cut, workPath);
+    FileStamp stamp;
+    const bool written = WriteWithout(group, cut, workPath, stamp);
+    GroupOffsets* offsets = group.offsets();
     // An open file can't be replaced; the database's lock keeps other writers out meanwhile.
     group.Close();
     const bool replaced = written && ReplaceGroup(workPath, groupPath);
     DeleteFileA(workPath);
-    return replaced || StoreFails(StoreTrouble::kDisk);
+    if (!replaced) return StoreFails(StoreTrouble::kDisk);
+    if (offsets != nullptr) CutOffset(*offsets, number, stamp);
+    return true;
 }

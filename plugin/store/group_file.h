@@ -64,11 +64,11 @@ public:
     /// After changes of one's own that leave the known records where they are: what the table knows holds for
     /// the file as it stands now.
     void KeepOffsets();
+    bool ReadStamp(FileStamp& stamp) const;
 
 private:
     bool Open(const char* path, DWORD access, DWORD sharing, DWORD disposition);
     bool ReadFrame();
-    bool ReadStamp(FileStamp& stamp) const;
 
     HANDLE file_ = INVALID_HANDLE_VALUE;
     FileStamp stamp_{};

@@ -43,6 +43,15 @@ bool AddOffset(GroupOffsets& table, uint32_t end) {
     return true;
 }
 
+void CutOffset(GroupOffsets& table, uint32_t number, const FileStamp& stamp) {
+    table.stamp = stamp;
+    if (number >= table.known) return;
+    auto* places = reinterpret_cast<uint32_t*>(BlockBytes(table.places));
+    const uint32_t bytes = places[number + 1] - places[number];
+    for (uint32_t i = number + 1; i < table.known; ++i) places[i] = places[i + 1] - bytes;
+    --table.known;
+}
+
 uint32_t PlaceOf(const GroupOffsets& table, uint32_t number) {
     uint32_t place;
     std::memcpy(&place, BlockBytes(table.places) + uint64_t{number} * sizeof place, sizeof place);

@@ -36,6 +36,9 @@ GroupOffsets* OffsetsOf(const FileStamp& stamp);
 /// Adds record number `known`, which ends at `end`; false, with the table as it was, if memory ran out.
 bool AddOffset(GroupOffsets& table, uint32_t end);
 
+/// What the table knows after record `number` has been taken out and the file has become another one.
+void CutOffset(GroupOffsets& table, uint32_t number, const FileStamp& stamp);
+
 /// Where a known record begins; for number `known` where the last known one ends.
 uint32_t PlaceOf(const GroupOffsets& table, uint32_t number);
 

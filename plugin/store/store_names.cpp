@@ -92,11 +92,12 @@ int32_t GetHostDataFolder(char* out256) {
 }
 
 int32_t GetDatabaseRoot(char* out256) {
-    GetHostDataFolder(out256);
+    // Asked for by every operation, so the system is asked for its folders only if they matter.
     if (globals->aidbfpath[0] != '\0') {
         CopyText(out256, kNameBytes, globals->aidbfpath);
-    } else if (out256[0] != '\0') {
-        std::strcat(out256, "\\Velquorne");
+    } else {
+        GetHostDataFolder(out256);
+        if (out256[0] != '\0') std::strcat(out256, "\\Velquorne");
     }
     if (out256[0] != '\0') CreateDirectoryA(out256, nullptr);
     return 0;
