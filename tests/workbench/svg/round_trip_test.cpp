@@ -14,6 +14,7 @@ ReadFile WriteAndRead(const Document& document) {
     ReadFile file = ReadText(text);
     EXPECT_TRUE(file.document) << file.error << "\n" << text.substr(0, 2000);
     if (!file.document) file.document = std::make_unique<Document>();
+    file.report.losses.erase("missing image file"); // bytes lie in no folder that links could start from
     EXPECT_THAT(file.report.losses, testing::IsEmpty());
     return file;
 }
