@@ -1,6 +1,6 @@
 // Tries to lose a designer's records: failing system calls, kills, power cuts, many processes, damaged bytes.
 //
-// soak faults N | kills N | crashes N | processes WORKERS OPERATIONS | bytes STRIDE   [--seed S]
+// soak faults N | kills N | crashes N | processes WORKERS OPERATIONS [ROOT] | bytes STRIDE   [--seed S]
 //
 // Prints one line with what was tried and ends with 1, with the seed and the step, at the first loss.
 #include <fcntl.h>
@@ -207,7 +207,8 @@ int main(int count, char** words) {
     } else if (mode == "crashes") {
         RunCrashes(times, seed);
     } else if (mode == "processes") {
-        return RunProcesses(static_cast<int>(times), NumberAt(count, words, 3, 100), seed);
+        return RunProcesses(static_cast<int>(times), NumberAt(count, words, 3, 100), seed,
+                            count > 4 ? words[4] : "");
     } else if (mode == "bytes") {
         return RunBytes(static_cast<unsigned>(times));
     } else {

@@ -159,9 +159,9 @@ bool Verify(ModelStore& store, const Said& said) {
 
 } // namespace
 
-int RunProcesses(int workers, uint64_t operations, uint64_t seed) {
+int RunProcesses(int workers, uint64_t operations, uint64_t seed, const std::string& givenRoot) {
     const TemporaryFolder folder;
-    const fs::path root = folder.path() / "db";
+    const fs::path root = givenRoot.empty() ? folder.path() / "db" : fs::path(givenRoot);
     const auto journalOf = [&](int worker) { return folder.path() / ("journal" + std::to_string(worker)); };
     std::mt19937_64 random(seed);
     std::map<pid_t, int> running;

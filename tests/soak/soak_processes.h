@@ -2,7 +2,9 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
-/// Runs `workers` processes with `operations` operations each; 1 if a record that was acknowledged is not
+/// Runs `workers` processes with `operations` operations each on the database in `root`, or on one of its own
+/// if that is empty; 1 if a record that was acknowledged is not
 /// there exactly once, else 0.
-int RunProcesses(int workers, uint64_t operations, uint64_t seed);
+int RunProcesses(int workers, uint64_t operations, uint64_t seed, const std::string& root);
