@@ -42,6 +42,8 @@ private:
     void WriteGroup(const std::string& group, Progress& progress);
     bool WriteRecordAs(const std::string& group, const RecordSummary& record, const std::string& path,
                        std::string* error);
+    std::string CopyOfPicture(const std::string& picture, const std::string& path, std::string* error);
+    bool CopyPictures(workbench::Document& document, const std::string& path, std::string* error);
     bool PutInPlace(const std::string& made, const std::string& path, std::string* error);
     std::string FolderOf(const std::string& group);
 
@@ -116,8 +118,40 @@ bool Export::WriteRecordAs(const std::string& group, const RecordSummary& record
         LoadRecord(group, record.number, {0, 0}, kOriginLeftBottom, LinkedFileUse::kLook, error);
     const auto filled = host_.Close();
     if (!loaded) return false;
+    if (options_.as == "svg" && !CopyPictures(*filled, path, error)) return false;
     const std::string made = fs::path(path).parent_path().string() + "/.velquorne-export." + options_.as;
     return SaveDocument(*filled, made, error) && PutInPlace(made, path, error);
+}
+
+/// The copy of a linked picture beside the file at `path`; empty if it can't be made.
+std::string Export::CopyOfPicture(const std::string& picture, const std::string& path, std::string* error) {
+    const fs::path source(picture), target(path);
+    const std::string folder = target.parent_path().string();
+    const std::string stem = SafeFileName(target.stem().string() + " - " + source.stem().string());
+    const std::string copy = folder + "/" + names_.Take(folder, stem, source.extension().string());
+    std::error_code trouble;
+    fs::copy_file(source, copy,
+                  options_.force ? fs::copy_options::overwrite_existing : fs::copy_options::none, trouble);
+    if (!trouble) return copy;
+    *error = copy + ": " + trouble.message();
+    return "";
+}
+
+/// An SVG links to its pictures, and those in the database move when their record is placed, so the file gets
+/// copies of its own.  A picture that is missing stays a link that leads nowhere.
+bool Export::CopyPictures(workbench::Document& document, const std::string& path, std::string* error) {
+    std::map<std::string, std::string> copies;
+    for (size_t layer = 0; layer < document.LayerCount(); ++layer) {
+        workbench::ForEachArt(*document.LayerAt(layer).root, [&](const workbench::Art& art) {
+            auto* placed = std::get_if<workbench::PlacedData>(&document.Find(art.handle)->data);
+            std::error_code missing;
+            if (placed == nullptr || !error->empty() || !fs::is_regular_file(placed->file, missing)) return;
+            std::string& copy = copies[placed->file];
+            if (copy.empty()) copy = CopyOfPicture(placed->file, path, error);
+            placed->file = copy;
+        });
+    }
+    return error->empty();
 }
 
 /// Without --force the name is taken in one step that fails if there is a file by now.
