@@ -101,6 +101,7 @@ TEST_F(LinkedPicturesTest, AreStoredBesideTheRecordThenPooledAndPlacedFromThere)
     // From here on the database must do without the drawing's own pictures.
     fs::remove_all(Path("in/pictures"));
     fs::remove_all(Path("shared"));
+    ASSERT_EQ(RunCommand({"export", "--db", Path("db"), "--out", Path("out"), "--as", "svg"}).code, 0);
 
     json before;
     for (const char* name : {"first.json", "second.json"}) {
@@ -118,6 +119,9 @@ TEST_F(LinkedPicturesTest, AreStoredBesideTheRecordThenPooledAndPlacedFromThere)
     }
     EXPECT_TRUE(fs::exists(Path("db/G.DAT/0/red one.lnk")));
     EXPECT_FALSE(fs::exists(Path("db/G.DAT/0/red one.png")));
+    // What was exported before has pictures of its own.
+    ASSERT_EQ(RunCommand({"convert", Path("out/G/drawing.svg"), "--out", Path("out.json")}).code, 0);
+    EXPECT_EQ(PlacedIn(Read("out.json"))[1]["file"], Path("out/G/drawing - red one.png"));
     // 40 by 20 units in the box's middle, turned by 30 degrees clockwise: 5 units for each pixel.
     const json matrix = before[1]["matrix"];
     EXPECT_NEAR(matrix[0].get<double>(), 5 * std::cos(M_PI / 6), 1e-4);
