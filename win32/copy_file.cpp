@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cerrno>
+#include <new>
 #include <string>
 
 #include "win32/disk_entry.h"
@@ -66,7 +67,7 @@ int FillWorkFile(int from, const std::string& workPath) {
 
 } // namespace
 
-int CopyToDiskPath(int from, const std::string& diskPath, bool replaces) {
+int CopyToDiskPath(int from, const std::string& diskPath, bool replaces) try {
     const std::string workPath = WorkPathBeside(diskPath);
     int result = FillWorkFile(from, workPath);
     if (result == 0) {
@@ -80,9 +81,12 @@ int CopyToDiskPath(int from, const std::string& diskPath, bool replaces) {
         return -1;
     }
     return FlushFolderOf(diskPath);
+} catch (const std::bad_alloc&) { // before anything was made
+    errno = ENOMEM;
+    return -1;
 }
 
-BOOL CopyFileA(LPCSTR from, LPCSTR to, BOOL failIfExists) {
+BOOL CopyFileA(LPCSTR from, LPCSTR to, BOOL failIfExists) try {
     const auto source = DiskPathOfStorePath(from);
     if (!source) return FALSE;
     const auto target = DiskPathOfStorePath(to);
@@ -112,4 +116,6 @@ BOOL CopyFileA(LPCSTR from, LPCSTR to, BOOL failIfExists) {
         SetErrorOfPath(error, target->c_str());
     }
     return FALSE;
+} catch (const std::bad_alloc&) {
+    return FailForMemory(FALSE);
 }

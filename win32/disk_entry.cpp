@@ -1,6 +1,7 @@
 #include "win32/disk_entry.h"
 
 #include <cerrno>
+#include <new>
 
 #include "win32/system_calls.h"
 
@@ -31,6 +32,9 @@ std::string FolderOf(const std::string& diskPath) {
     return slash == 0 ? "/" : diskPath.substr(0, slash);
 }
 
-int FlushFolderOf(const std::string& diskPath) {
+int FlushFolderOf(const std::string& diskPath) try {
     return systemCalls->flushDirectory(FolderOf(diskPath).c_str());
+} catch (const std::bad_alloc&) {
+    errno = ENOMEM;
+    return -1;
 }

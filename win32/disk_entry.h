@@ -18,7 +18,7 @@ bool ReadDiskEntry(const char* diskPath, DiskEntry* entry);
 
 std::string FolderOf(const std::string& diskPath);
 
-/// Brings the names in a file's folder to the disk; 0 or -1 with errno.
+/// Brings the names in a file's folder to the disk; 0 or -1 with errno.  Throws nothing.
 int FlushFolderOf(const std::string& diskPath);
 
 FILETIME FileTimeOfTimespec(const timespec& time);

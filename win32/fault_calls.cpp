@@ -124,6 +124,7 @@ constexpr SystemCalls kFaultCalls = {
     .status = Guarded<kFaultStatus, &SystemCalls::status>::Call,
     .linkStatus = Guarded<kFaultStatus, &SystemCalls::linkStatus>::Call,
     .fileStatus = Guarded<kFaultStatus, &SystemCalls::fileStatus>::Call,
+    .realPath = Guarded<kFaultStatus, &SystemCalls::realPath>::Call,
     .setTimes = Guarded<kFaultSetTimes, &SystemCalls::setTimes>::Call,
     .close = Close,
     .rename = Guarded<kFaultRename, &SystemCalls::rename>::Call,

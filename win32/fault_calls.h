@@ -13,7 +13,7 @@ enum FaultCall : unsigned {
     kFaultFlush,
     kFaultTruncate,
     kFaultLock,
-    kFaultStatus, ///< status, linkStatus and fileStatus
+    kFaultStatus, ///< status, linkStatus, fileStatus and realPath
     kFaultSetTimes,
     kFaultClose, ///< the descriptor is closed all the same
     kFaultRename,

@@ -1,6 +1,7 @@
 #include <windows.h>
 
 #include <cerrno>
+#include <new>
 
 #include "win32/disk_entry.h"
 #include "win32/file_handles.h"
@@ -86,7 +87,7 @@ bool CutAtPosition(int file) {
 
 } // namespace
 
-HFILE _lopen(LPCSTR path, int mode) {
+HFILE _lopen(LPCSTR path, int mode) try {
     FileAccess denied;
     const int accessMode = mode & 3;
     if ((mode & ~0x73) != 0 || accessMode == 3 || !SharingOfMode(mode, &denied)) {
@@ -102,6 +103,8 @@ HFILE _lopen(LPCSTR path, int mode) {
         return HFILE_ERROR;
     }
     return HandleOfDescriptor(file);
+} catch (const std::bad_alloc&) {
+    return FailForMemory(HFILE{HFILE_ERROR});
 }
 
 namespace {
@@ -129,7 +132,7 @@ HANDLE FailToOpen(int error, const std::string& diskPath) {
 } // namespace
 
 HANDLE CreateFileA(LPCSTR path, DWORD access, DWORD sharing, SECURITY_ATTRIBUTES* security, DWORD disposition,
-                   DWORD attributes, HANDLE pattern) {
+                   DWORD attributes, HANDLE pattern) try {
     const int flags = FlagsOfCreation(access, disposition);
     const bool offered = (access & ~GENERIC_WRITE) == GENERIC_READ &&
                          (sharing & ~DWORD{FILE_SHARE_READ | FILE_SHARE_WRITE}) == 0 && flags >= 0;
@@ -155,13 +158,15 @@ HANDLE CreateFileA(LPCSTR path, DWORD access, DWORD sharing, SECURITY_ATTRIBUTES
     }
     SetLastError(existed ? ERROR_ALREADY_EXISTS : ERROR_SUCCESS);
     return reinterpret_cast<HANDLE>(static_cast<intptr_t>(HandleOfDescriptor(file)));
+} catch (const std::bad_alloc&) {
+    return FailForMemory(INVALID_HANDLE_VALUE);
 }
 
 BOOL CloseHandle(HANDLE handle) {
     return _lclose(static_cast<HFILE>(reinterpret_cast<intptr_t>(handle))) == 0 ? TRUE : FALSE;
 }
 
-HFILE _lcreat(LPCSTR path, int attributes) {
+HFILE _lcreat(LPCSTR path, int attributes) try {
     if (attributes != 0) {
         RefuseLoudly("_lcreat with attributes");
         return HFILE_ERROR;
@@ -179,6 +184,8 @@ HFILE _lcreat(LPCSTR path, int attributes) {
         return Fail(ErrorCodeOfErrno(errno));
     }
     return HandleOfDescriptor(file);
+} catch (const std::bad_alloc&) {
+    return FailForMemory(HFILE{HFILE_ERROR});
 }
 
 UINT _lread(HFILE handle, LPVOID buffer, UINT bytes) {

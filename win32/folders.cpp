@@ -1,6 +1,7 @@
 #include <windows.h>
 
 #include <cerrno>
+#include <new>
 
 #include "win32/copy_file.h"
 #include "win32/disk_entry.h"
@@ -69,7 +70,7 @@ bool MoveOnDisk(const char* from, const std::string& source, const std::string& 
 
 } // namespace
 
-DWORD GetFileAttributesA(LPCSTR path) {
+DWORD GetFileAttributesA(LPCSTR path) try {
     const auto diskPath = DiskPathOfStorePath(path);
     if (!diskPath) return INVALID_FILE_ATTRIBUTES;
     DiskEntry entry;
@@ -78,9 +79,11 @@ DWORD GetFileAttributesA(LPCSTR path) {
         return INVALID_FILE_ATTRIBUTES;
     }
     return entry.attributes;
+} catch (const std::bad_alloc&) {
+    return FailForMemory(INVALID_FILE_ATTRIBUTES);
 }
 
-BOOL CreateDirectoryA(LPCSTR path, SECURITY_ATTRIBUTES* security) {
+BOOL CreateDirectoryA(LPCSTR path, SECURITY_ATTRIBUTES* security) try {
     if (security != nullptr) {
         RefuseLoudly("CreateDirectoryA with security attributes");
         return FALSE;
@@ -90,9 +93,11 @@ BOOL CreateDirectoryA(LPCSTR path, SECURITY_ATTRIBUTES* security) {
     if (systemCalls->makeDirectory(diskPath->c_str(), 0777) == 0)
         return FlushFolderOf(*diskPath) == 0 ? TRUE : FailOnPath(*diskPath);
     return errno == ENOENT ? Fail(ERROR_PATH_NOT_FOUND) : FailOnPath(*diskPath);
+} catch (const std::bad_alloc&) {
+    return FailForMemory(FALSE);
 }
 
-BOOL RemoveDirectoryA(LPCSTR path) {
+BOOL RemoveDirectoryA(LPCSTR path) try {
     const auto diskPath = DiskPathOfStorePath(path);
     if (!diskPath) return FALSE;
     if (systemCalls->removeDirectory(diskPath->c_str()) == 0) return TRUE;
@@ -100,22 +105,26 @@ BOOL RemoveDirectoryA(LPCSTR path) {
     if (errno != ENOTDIR) return FailOnPath(*diskPath);
     if (!IsLink(*diskPath) || !LeadsToDirectory(*diskPath)) return Fail(ERROR_DIRECTORY);
     return systemCalls->remove(diskPath->c_str()) == 0 ? TRUE : FailOnPath(*diskPath);
+} catch (const std::bad_alloc&) {
+    return FailForMemory(FALSE);
 }
 
-BOOL DeleteFileA(LPCSTR path) {
+BOOL DeleteFileA(LPCSTR path) try {
     const auto diskPath = DiskPathOfStorePath(path);
     if (!diskPath) return FALSE;
     if (IsLink(*diskPath) && LeadsToDirectory(*diskPath)) return Fail(ERROR_ACCESS_DENIED);
     const RemovalLock lock(diskPath->c_str());
     if (!lock.granted()) return Fail(ERROR_SHARING_VIOLATION);
     return systemCalls->remove(diskPath->c_str()) == 0 ? TRUE : FailOnPath(*diskPath);
+} catch (const std::bad_alloc&) {
+    return FailForMemory(FALSE);
 }
 
 BOOL MoveFileA(LPCSTR from, LPCSTR to) {
     return MoveFileExA(from, to, MOVEFILE_COPY_ALLOWED);
 }
 
-BOOL MoveFileExA(LPCSTR from, LPCSTR to, DWORD flags) {
+BOOL MoveFileExA(LPCSTR from, LPCSTR to, DWORD flags) try {
     constexpr DWORD kOffered = MOVEFILE_REPLACE_EXISTING | MOVEFILE_COPY_ALLOWED | MOVEFILE_WRITE_THROUGH;
     if ((flags & ~kOffered) != 0 || to == nullptr) {
         RefuseLoudly("MoveFileExA with other flags or without a target");
@@ -138,4 +147,6 @@ BOOL MoveFileExA(LPCSTR from, LPCSTR to, DWORD flags) {
     if ((flags & MOVEFILE_WRITE_THROUGH) != 0 && FlushFoldersOf(*source, *target) != 0)
         return FailOnPath(*target);
     return TRUE;
+} catch (const std::bad_alloc&) {
+    return FailForMemory(FALSE);
 }

@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <new>
 #include <string>
 
 #include "win32/system_calls.h"
@@ -72,7 +73,7 @@ unsigned ErrorCodeOfErrno(int error) {
     }
 }
 
-void SetErrorOfPath(int error, const char* diskPath) {
+void SetErrorOfPath(int error, const char* diskPath) try {
     SetLastError(ErrorCodeOfErrno(error));
     if (error != ENOENT) return;
     const std::string path = diskPath;
@@ -80,6 +81,12 @@ void SetErrorOfPath(int error, const char* diskPath) {
     if (slash == std::string::npos || slash == 0) return;
     struct stat folder;
     if (systemCalls->status(path.substr(0, slash).c_str(), &folder) != 0) SetLastError(ERROR_PATH_NOT_FOUND);
+} catch (const std::bad_alloc&) {
+    SetErrorOfMemory();
+}
+
+void SetErrorOfMemory() {
+    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
 }
 
 void RefuseLoudly(const char* what) {

@@ -2,6 +2,8 @@
 
 #include <cerrno>
 #include <cstring>
+#include <memory>
+#include <new>
 #include <string>
 
 #include "win32/codepage_932.h"
@@ -54,7 +56,7 @@ Description DescribeEntry(const std::string& folder, const char* diskName, WIN32
 }
 
 // False with GetLastError set, at the end or when the directory can't be read on.
-bool NextListed(Search& search, WIN32_FIND_DATAA* data) {
+bool NextListed(Search& search, WIN32_FIND_DATAA* data) try {
     while (search.directory != nullptr) {
         const dirent* entry = systemCalls->nextEntry(search.directory);
         if (entry == nullptr) {
@@ -70,19 +72,21 @@ bool NextListed(Search& search, WIN32_FIND_DATAA* data) {
     }
     SetLastError(ERROR_NO_MORE_FILES);
     return false;
+} catch (const std::bad_alloc&) {
+    return FailForMemory(false);
 }
 
 HANDLE ListFolder(const std::string& folder, WIN32_FIND_DATAA* data) {
     const auto diskPath = folder.empty() ? std::string(".") : DiskPathOfStorePath(folder.c_str());
     if (!diskPath) return INVALID_HANDLE_VALUE;
-    DIR* directory = systemCalls->openDirectory(diskPath->c_str());
-    if (directory == nullptr) {
+    std::unique_ptr<Search> search(new Search{nullptr, *diskPath});
+    search->directory = systemCalls->openDirectory(diskPath->c_str());
+    if (search->directory == nullptr) {
         return Fail(errno == ENOENT || errno == ENOTDIR ? ERROR_PATH_NOT_FOUND : ErrorCodeOfErrno(errno));
     }
-    auto* search = new Search{directory, *diskPath};
-    if (NextListed(*search, data)) return search;
+    if (NextListed(*search, data)) return search.release();
     const DWORD error = GetLastError();
-    FindClose(search);
+    FindClose(search.release());
     return Fail(error == ERROR_NO_MORE_FILES ? ERROR_FILE_NOT_FOUND : error);
 }
 
@@ -111,7 +115,7 @@ size_t LastComponent(std::string_view path) {
 
 } // namespace
 
-HANDLE FindFirstFileA(LPCSTR pattern, WIN32_FIND_DATAA* data) {
+HANDLE FindFirstFileA(LPCSTR pattern, WIN32_FIND_DATAA* data) try {
     const std::string path = pattern != nullptr ? pattern : "";
     const size_t last = LastComponent(path);
     const std::string component = path.substr(last);
@@ -122,6 +126,8 @@ HANDLE FindFirstFileA(LPCSTR pattern, WIN32_FIND_DATAA* data) {
         return INVALID_HANDLE_VALUE;
     }
     return DescribeOne(path.c_str(), data);
+} catch (const std::bad_alloc&) {
+    return FailForMemory(INVALID_HANDLE_VALUE);
 }
 
 BOOL FindNextFileA(HANDLE handle, WIN32_FIND_DATAA* data) {

@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "win32/memory_hook.h"
+
 // The address checker sees overruns of blocks from the C library alone, so there all blocks come from it.
 #if defined(__SANITIZE_ADDRESS__)
 #define BLOCKS_FROM_C_LIBRARY 1
@@ -82,11 +84,17 @@ HGLOBAL Fail(DWORD code) {
     return nullptr;
 }
 
+bool IsRefused() {
+    return refusesBlock != nullptr && refusesBlock();
+}
+
 } // namespace
+
+bool (*refusesBlock)() = nullptr;
 
 HGLOBAL GlobalAlloc(UINT flags, SIZE_T bytes) {
     if ((flags & ~UINT{GMEM_ZEROINIT}) != 0) return Fail(ERROR_INVALID_PARAMETER);
-    Header* header = bytes <= kLargestBlock ? NewBlock(bytes) : nullptr;
+    Header* header = bytes <= kLargestBlock && !IsRefused() ? NewBlock(bytes) : nullptr;
     if (header == nullptr) return Fail(ERROR_NOT_ENOUGH_MEMORY);
     header->bytes = bytes;
     return BytesOf(header);
@@ -95,7 +103,7 @@ HGLOBAL GlobalAlloc(UINT flags, SIZE_T bytes) {
 HGLOBAL GlobalReAlloc(HGLOBAL block, SIZE_T bytes, UINT flags) {
     if (block == nullptr || (flags & ~UINT{GMEM_ZEROINIT}) != GMEM_MOVEABLE)
         return Fail(ERROR_INVALID_PARAMETER);
-    if (bytes > kLargestBlock) return Fail(ERROR_NOT_ENOUGH_MEMORY);
+    if (bytes > kLargestBlock || IsRefused()) return Fail(ERROR_NOT_ENOUGH_MEMORY);
     Header* header = HeaderOf(block);
     const SIZE_T before = header->bytes;
     const SIZE_T beforeMapped = header->mapped;

@@ -2,9 +2,12 @@
 
 #include <windows.h>
 
+#include <cstdlib>
 #include <filesystem>
+#include <memory>
 
 #include "win32/codepage_932.h"
+#include "win32/system_calls.h"
 #include "win32/utf8.h"
 
 namespace {
@@ -111,11 +114,27 @@ std::optional<std::string> DiskPathOfStorePath(const char* path) {
     return diskPath;
 }
 
+namespace {
+
+// As much of a path as exists is freed of its links; what follows goes by its text.
+std::filesystem::path WithoutLinks(const std::filesystem::path& path) {
+    std::filesystem::path existing = path, rest;
+    while (existing != existing.root_path()) {
+        const std::unique_ptr<char, void (*)(void*)> real(systemCalls->realPath(existing.c_str()), std::free);
+        if (real != nullptr) return (real.get() / rest).lexically_normal();
+        rest = rest.empty() ? existing.filename() : existing.filename() / rest;
+        existing = existing.parent_path();
+    }
+    return path.lexically_normal();
+}
+
+} // namespace
+
 StorePath StorePathOfUtf8(std::string_view path) {
     std::error_code error;
     std::filesystem::path full = std::filesystem::absolute(std::filesystem::path(path), error);
     // ".." behind a link leads to another place than the text suggests, so the links are followed.
-    if (path.find("..") != std::string_view::npos) full = std::filesystem::weakly_canonical(full, error);
+    if (path.find("..") != std::string_view::npos) full = WithoutLinks(full);
     StorePath result;
     for (const std::filesystem::path& part : full.relative_path()) {
         const std::string& diskName = part.native();

@@ -4,11 +4,16 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 
 namespace {
 
 int OpenFile(const char* path, int flags, mode_t mode) {
     return ::open(path, flags, mode);
+}
+
+char* RealPath(const char* path) {
+    return ::realpath(path, nullptr);
 }
 
 int LockRange(int file, int command, struct flock* range) {
@@ -67,6 +72,7 @@ const SystemCalls kSystemCalls = {
     .status = ::stat,
     .linkStatus = ::lstat,
     .fileStatus = ::fstat,
+    .realPath = RealPath,
     .setTimes = ::futimens,
     .close = ::close,
     .rename = RenameToNew,

@@ -25,6 +25,7 @@ struct SystemCalls {
     int (*status)(const char* path, struct stat* status);    ///< follows links
     int (*linkStatus)(const char* path, struct stat* status);
     int (*fileStatus)(int file, struct stat* status);
+    char* (*realPath)(const char* path); ///< without links, "." and ".."; the caller frees it
     int (*setTimes)(int file, const struct timespec times[2]);
     int (*close)(int file);
 

@@ -95,8 +95,7 @@ int32_t LanguageOf(std::string_view word) {
 
 void SetText(const Setting& setting, std::string_view text) {
     char* field = FieldOf(setting);
-    const size_t bytes = std::min(text.size(), setting.bytes - 1);
-    std::memcpy(field, text.data(), bytes);
+    const size_t bytes = text.copy(field, setting.bytes - 1); // a token that isn't there has no address
     std::memset(field + bytes, 0, setting.bytes - bytes);
 }
 

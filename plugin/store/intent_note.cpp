@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <charconv>
 #include <iterator>
+#include <new>
 #include <vector>
 
 #include "plugin/frame/line_grammar.h"
@@ -128,9 +129,20 @@ bool HasWhatItNeeds(const Intent& intent) {
     return false;
 }
 
-bool MoveNote(const char* from, const char* to) {
-    return MoveFileExA(PathInRoot(from).c_str(), PathInRoot(to).c_str(),
-                       MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE;
+/// Where the note stands and where it is written; all that needs memory, before anything is done.
+struct NotePaths {
+    std::string note = PathInRoot(kIntentFile);
+    std::string work = PathInRoot(kIntentWorkFile);
+};
+
+bool MoveNote(const std::string& from, const std::string& to) {
+    return MoveFileExA(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE;
+}
+
+// A deletion alone could be forgotten by a crash, and the note come back when other work has been done.
+void DropNote(const NotePaths& paths) {
+    MoveNote(paths.note, paths.work);
+    DeleteFileA(paths.work.c_str());
 }
 
 } // namespace
@@ -171,12 +183,13 @@ bool ParseIntent(std::string_view text, Intent& intent) {
 
 bool WriteIntent(const Intent& intent) {
     const std::string text = FormatIntent(intent);
-    if (text.size() > kMostIntentBytes || !WriteWholeFile(PathInRoot(kIntentWorkFile), text))
+    const NotePaths paths;
+    if (text.size() > kMostIntentBytes || !WriteWholeFile(paths.work, text))
         return StoreFails(StoreTrouble::kDisk);
-    if (MoveNote(kIntentWorkFile, kIntentFile)) return true;
+    if (MoveNote(paths.work, paths.note)) return true;
     // It may be there, and only not for certain on the disk; if it stays, the next who finds it goes by it.
-    DropIntent();
-    const bool gone = StateOfEntry(PathInRoot(kIntentFile)) == EntryState::kMissing;
+    DropNote(paths);
+    const bool gone = StateOfEntry(paths.note) == EntryState::kMissing;
     return StoreFails(gone ? StoreTrouble::kDisk : StoreTrouble::kUnfinished);
 }
 
@@ -186,7 +199,8 @@ bool ReadIntent(Intent& intent) {
 }
 
 void DropIntent() {
-    // A deletion alone could be forgotten by a crash, and the note come back when other work has been done.
-    MoveNote(kIntentFile, kIntentWorkFile);
-    DeleteFileA(PathInRoot(kIntentWorkFile).c_str());
+    try {
+        DropNote({});
+    } catch (const std::bad_alloc&) { // it stays, and who finds it sees that the work is done
+    }
 }

@@ -155,7 +155,9 @@ TEST_F(FilesTest, ACopyAppearsWholeOrNotAtAll) {
         faults.FailAt(nth, EIO);
         const bool copied = CopyFileA(Path("from").c_str(), Path("to").c_str(), FALSE);
         faults.Reset();
-        EXPECT_EQ(ReadOnDisk("to"), copied ? bytes : "before") << "call " << nth;
+        // Behind the replacement only the name may be uncertain; then the whole copy is there.
+        const std::string found = ReadOnDisk("to");
+        EXPECT_TRUE(found == bytes || (!copied && found == "before")) << "call " << nth;
         EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_.path()), {}), 2)
             << "call " << nth;
     }
