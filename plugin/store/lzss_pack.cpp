@@ -21,8 +21,8 @@ constexpr uint32_t kSlack = 32;                        ///< readable behind the 
 constexpr uint32_t kPieceBytes = 2 * kRingBytes;
 
 // Trees that took more steps have become lists, as the strings of a ramp come in order.
-constexpr uint64_t kFreeSteps = 20'000;
-constexpr uint64_t kStepsForByte = 40;
+constexpr uint64_t kFreeSteps = 5'000;
+constexpr uint64_t kStepsForString = 16;
 
 enum class Outcome { kDone, kNoRoom, kTooSlow };
 
@@ -106,7 +106,6 @@ bool PackUnits(Packer& packer, const Piece& piece, GroupWriter& writer, size_t& 
 
 Outcome PackPiece(Packer& packer, const Piece& piece, GroupWriter& writer) {
     MatchTree& tree = packer.tree;
-    tree.steps = 0;
     uint32_t matched = 0; // how far back the last string stood
     for (size_t place = 0; place < piece.count;) {
         const uint8_t* string = piece.text + place;
@@ -135,12 +134,12 @@ Outcome PackPiece(Packer& packer, const Piece& piece, GroupWriter& writer) {
             continue;
         }
         RemoveString(tree, piece.RingPlace(place - kReach));
-        const Match match = InsertString(tree, string, piece.RingPlace(place));
+        const Match match = InsertString(tree, string, piece.RingPlace(place), packer.inItem == 0);
         matched = match.bytes == kLongest ? (piece.RingPlace(place) - match.place) & (kRingBytes - 1) : 0;
         if (packer.inItem == 0 && !PutItem(packer, piece, writer, place, match)) return Outcome::kNoRoom;
         --packer.inItem;
         ++place;
-        if (tree.steps > kFreeSteps + kStepsForByte * place) return Outcome::kTooSlow;
+        if (tree.steps > kFreeSteps + kStepsForString * tree.inserted) return Outcome::kTooSlow;
     }
     return Outcome::kDone;
 }
@@ -169,7 +168,7 @@ Outcome PackByTrees(std::span<const uint8_t> plain, GroupWriter& writer) {
         piece.ringPlace = static_cast<uint32_t>((kFirstPlace + start) & (kRingBytes - 1));
         // The strings before the start go in from the nearest to the farthest.
         for (uint32_t back = 1; start == 0 && back <= kLongest; ++back)
-            InsertString(packer.tree, piece.text - back, kFirstPlace - back);
+            InsertString(packer.tree, piece.text - back, kFirstPlace - back, false);
         const Outcome outcome = PackPiece(packer, piece, writer);
         if (outcome != Outcome::kDone) return outcome;
         start += piece.count;

@@ -38,12 +38,14 @@ std::ptrdiff_t DistanceBack(uint32_t place, uint32_t other) {
 
 } // namespace
 
-Match InsertString(MatchTree& tree, const uint8_t* string, uint32_t place) {
+Match InsertString(MatchTree& tree, const uint8_t* string, uint32_t place, bool searches) {
     const uint64_t key = LoadOrdered(string + 1);
     uint32_t node = string[0], side = 1;
     uint32_t best = 0, bytes = kShortest - 1;
-    uint64_t limit = uint64_t{1} << 48; // keys that differ by less agree in more than `bytes`
+    // Keys that differ by less agree in more than `bytes`.
+    uint64_t limit = searches ? uint64_t{1} << 48 : 1;
     uint64_t steps = 0;
+    ++tree.inserted;
     while (const uint32_t child = tree.nodes[node].children[side]) {
         ++steps;
         node = child;

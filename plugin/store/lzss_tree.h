@@ -24,8 +24,9 @@ struct MatchTree {
     std::array<uint16_t, kRingBytes> nodeAt; ///< by place in the ring; 0 where another place took its place
     std::array<uint16_t, kRingBytes> freed;  ///< nodes
     uint32_t freedCount;
-    uint32_t used;  ///< nodes behind the tops, the freed ones among them
-    uint64_t steps; ///< down the trees; many more than strings tell that a tree has become a list
+    uint32_t used;     ///< nodes behind the tops, the freed ones among them
+    uint64_t inserted; ///< strings
+    uint64_t steps;    ///< down the trees; many more than strings tell that a tree has become a list
 };
 
 struct Match {
@@ -35,8 +36,9 @@ struct Match {
 
 /// Puts the string at a place of the ring into its tree, or in the place of an equal one.
 /// @param string  its bytes; so many bytes before it as the ring holds are there, too
+/// @param searches  whether the match is needed; if not, only one of the whole string is told
 /// @return what matches most of it; of less than kShortest bytes if nothing does
-Match InsertString(MatchTree& tree, const uint8_t* string, uint32_t place);
+Match InsertString(MatchTree& tree, const uint8_t* string, uint32_t place, bool searches);
 
 /// Takes out a node.
 void RemoveNode(MatchTree& tree, uint32_t node);

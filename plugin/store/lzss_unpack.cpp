@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <bit>
 
 #include "plugin/store/lzss.h"
 #include "plugin/store/lzss_form.h"
@@ -84,13 +85,17 @@ Pattern PatternBefore(const uint8_t* to, uint64_t distance) {
     return pattern;
 }
 
-// Copies at least 18 bytes and at most kSlack.
-void CopyWide(uint8_t* to, uint64_t distance) {
-    const uint8_t* from = to - distance;
-    if (distance >= 16) {
-        CopySixteen(to, from);
-        std::memcpy(to + 16, from + 16, 2);
-    } else if (distance >= 8) {
+// Copies 18 bytes that don't overlap.
+void CopyFar(uint8_t* to, const uint8_t* from) {
+    std::array<uint8_t, kLongest> bytes;
+    std::memcpy(bytes.data(), from, kLongest);
+    std::memcpy(to, bytes.data(), kLongest);
+}
+
+// Copies at least 18 bytes and at most kSlack from less than kLongest before.
+void CopyNear(uint8_t* to, uint64_t distance) {
+    if (distance >= 8) {
+        const uint8_t* from = to - distance;
         CopyEight(to, from);
         CopyEight(to + 8, from + 8);
         std::memcpy(to + 16, from + 16, 2);
@@ -148,31 +153,49 @@ struct Unpacker {
     uint64_t room;
 };
 
-// The items of one group behind its flag byte.
+// A match whose source is near enough to overlap, or begins among the zeros before the start.
+void CopySpecial(const Unpacker& unpacker, uint64_t done, uint64_t distance, uint32_t bytes) {
+    if (distance > done) {
+        CopyMatch(unpacker.start, done, distance, bytes);
+    } else {
+        CopyNear(unpacker.start + done, distance);
+    }
+}
+
+// The items of one group behind its flag byte; literals that follow each other are one copy.
 void UnpackItems(Unpacker& unpacker, uint32_t flags) {
     const uint8_t* next = unpacker.next;
     uint64_t done = unpacker.done;
-    for (uint32_t i = 0; i < kItemsInGroup; ++i, flags >>= 1) {
+    flags |= 1u << kItemsInGroup; // so that counting ends
+    for (uint32_t left = kItemsInGroup; left > 0;) {
         if (flags & 1) {
-            unpacker.start[done++] = *next++;
+            const auto literals = std::min<uint32_t>(left, static_cast<uint32_t>(std::countr_one(flags)));
+            CopyEight(unpacker.start + done, next);
+            next += literals;
+            done += literals;
+            flags >>= literals;
+            left -= literals;
             continue;
         }
         const uint64_t distance = DistanceOf(PlaceOfPair(next[0], next[1]), done);
         const uint32_t bytes = BytesOfPair(next[1]);
-        next += 2;
-        if (distance > done) {
-            CopyMatch(unpacker.start, done, distance, bytes);
+        uint8_t* const to = unpacker.start + done;
+        if ((distance < kLongest) | (distance > done)) {
+            CopySpecial(unpacker, done, distance, bytes);
         } else {
-            CopyWide(unpacker.start + done, distance);
+            CopyFar(to, to - distance);
         }
+        next += 2;
         done += bytes;
+        flags >>= 1;
+        --left;
     }
     unpacker.next = next;
     unpacker.done = done;
 }
 
 bool HasWholeGroup(const Unpacker& unpacker) {
-    return unpacker.end - unpacker.next >= std::ptrdiff_t{kGroupBytes} &&
+    return unpacker.end - unpacker.next >= std::ptrdiff_t{kGroupBytes + 8} &&
            unpacker.room - unpacker.done >= kGroupRoom + kSlack;
 }
 
@@ -225,24 +248,42 @@ uint64_t UnpackLzss(std::span<const uint8_t> packed, std::span<uint8_t> plain) {
     return done;
 }
 
+namespace {
+
+/// What the flag byte of a whole group tells.
+struct GroupShape {
+    std::array<uint8_t, 2 * kItemsInGroup> lengths{}; ///< 0x0F where a pair's length stands, else 0
+    uint8_t packedBytes = 0;                          ///< without the flag byte
+    uint8_t leastBytes = 0;                           ///< unpacked, if all pairs are of kShortest
+};
+
+constexpr std::array<GroupShape, 256> kGroupShapes = [] {
+    std::array<GroupShape, 256> shapes;
+    for (uint32_t flags = 0; flags < shapes.size(); ++flags) {
+        GroupShape& shape = shapes[flags];
+        for (uint32_t i = 0; i < kItemsInGroup; ++i) {
+            const bool literal = flags >> i & 1;
+            if (!literal) shape.lengths[shape.packedBytes + 1u] = 0x0F;
+            shape.packedBytes = static_cast<uint8_t>(shape.packedBytes + (literal ? 1 : 2));
+            shape.leastBytes = static_cast<uint8_t>(shape.leastBytes + (literal ? 1 : kShortest));
+        }
+    }
+    return shapes;
+}();
+
+} // namespace
+
 uint64_t UnpackedLzssBytes(std::span<const uint8_t> packed) {
     const uint8_t* next = packed.data();
     const uint8_t* const end = next + packed.size();
     uint64_t bytes = 0;
     while (end - next >= std::ptrdiff_t{kGroupBytes}) {
-        uint32_t flags = *next++;
-        if (flags == 0) {
-            uint32_t sum = 0;
-            for (uint32_t i = 0; i < kItemsInGroup; ++i) sum += next[2 * i + 1] & 0x0F;
-            bytes += sum + kItemsInGroup * kShortest;
-            next += 2 * kItemsInGroup;
-            continue;
-        }
-        for (uint32_t i = 0; i < kItemsInGroup; ++i, flags >>= 1) {
-            const uint32_t isPair = ~flags & 1;
-            bytes += isPair ? BytesOfPair(next[1]) : 1;
-            next += 1 + isPair;
-        }
+        const GroupShape& shape = kGroupShapes[*next++];
+        // Eight numbers of at most 30, added in the top byte of a product.
+        const uint64_t lengths = (LoadEight(next) & LoadEight(shape.lengths.data())) +
+                                 (LoadEight(next + 8) & LoadEight(shape.lengths.data() + 8));
+        bytes += shape.leastBytes + (lengths * 0x0101'0101'0101'0101 >> 56);
+        next += shape.packedBytes;
     }
     ItemReader items(next, end);
     for (;;) {
