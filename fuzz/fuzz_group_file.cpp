@@ -1,11 +1,13 @@
 // Group files: any bytes are opened, walked, indexed and read at every depth, and changed.  Whatever a change
 // says it has done has to be there afterwards, and a refused one must have left every byte.
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -13,6 +15,7 @@
 #include "plugin/store/record.h"
 #include "plugin/store/record_index.h"
 #include "plugin/store/record_layout.h"
+#include "plugin/store/search.h"
 #include "win32/path_names.h"
 #include "win32/system_calls.h"
 
@@ -80,6 +83,60 @@ void ReadEverything() {
     }
 }
 
+// Numbers in the order of the rows.
+std::vector<uint32_t> ListedNumbers() {
+    std::vector<uint32_t> numbers;
+    for (int32_t row = 0; row < RihCount(globals->rihList); ++row)
+        numbers.push_back(RihItemOfRow(globals->rihList, row)->recNo);
+    return numbers;
+}
+
+// The list holds the records up to the damage, in order, whether it was read so or sorted anew.
+void Index() {
+    globals->findMode = kFindGroup;
+    for (const int16_t mode : {kByName, kByKind, kByDate}) {
+        globals->sortMode = mode;
+        LoadRihList(kGroup);
+        const std::vector<uint32_t> numbers = ListedNumbers();
+        Require(numbers.size() <= CountRecords(kGroup));
+        Require(std::set<uint32_t>(numbers.begin(), numbers.end()).size() == numbers.size());
+        for (int32_t row = 1; row < RihCount(globals->rihList); ++row) {
+            const RihItem &before = *RihItemOfRow(globals->rihList, row - 1),
+                          &item = *RihItemOfRow(globals->rihList, row);
+            const int kinds = mode == kByKind ? std::memcmp(before.kind, item.kind, sizeof item.kind) : 0;
+            const bool sameTime = mode != kByDate || before.created == item.created;
+            Require(kinds <= 0 && (mode != kByDate || before.created >= item.created));
+            Require(kinds != 0 || !sameTime || std::memcmp(before.name, item.name, sizeof item.name) <= 0);
+        }
+        ResortRihList(kByKind);
+        ResortRihList(kByDate);
+        Require(std::ranges::is_permutation(ListedNumbers(), numbers));
+    }
+}
+
+// An empty text finds what the list holds; a part of it finds no more, and narrowing comes to the same.
+void Search() {
+    const size_t listed = ListedNumbers().size();
+    globals->sortMode = kByName;
+    std::strcpy(globals->flCnvFnStr, "");
+    RunSearch();
+    Require(ListedNumbers().size() == listed);
+    for (const int16_t field : {0, 1, 2}) {
+        globals->flCnvFnMode = field;
+        std::strcpy(globals->flCnvFnStr, "a");
+        RunSearch();
+        const std::vector<uint32_t> found = ListedNumbers();
+        Require(found.size() <= listed);
+        std::strcpy(globals->flCnvFnStr, "");
+        RunSearch();
+        std::strcpy(globals->flCnvFnStr, "a");
+        Require(RunLimit() == 0 && ListedNumbers() == found);
+    }
+    std::strcpy(globals->aidbfname, kGroup);
+    globals->findMode = kFindGroup;
+    FreeHandle(globals->rihList);
+}
+
 void Change(const Database& database) {
     const Bytes before = database.Read();
     const uint32_t count = CountRecords(kGroup);
@@ -103,8 +160,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     static const Database database;
     database.Write(data, size);
     FreeHandle(globals->rihList);
-    LoadRihList(kGroup);
-    Require(RihCount(globals->rihList) <= static_cast<int32_t>(CountRecords(kGroup)));
+    Index();
+    Search();
     ReadEverything();
     Change(database);
     return 0;

@@ -19,6 +19,20 @@ void WriteFileBytes(const std::filesystem::path& path, const Bytes& bytes) {
     ASSERT_TRUE(file.flush().good()) << path;
 }
 
+std::vector<Bytes> RecordsInFile(const std::filesystem::path& path) {
+    const Bytes file = BytesOfFile(path);
+    std::vector<Bytes> records(file.size() < 4 ? 0 : BigEndianAt(file, 0));
+    size_t place = 4;
+    for (Bytes& record : records) {
+        const size_t size = place + 8 <= file.size() ? BigEndianAt(file, place + 4) : file.size();
+        if (size < kSmallestRecordBytes || size > file.size() - place) return {};
+        const auto begin = file.begin() + static_cast<std::ptrdiff_t>(place);
+        record.assign(begin, begin + static_cast<std::ptrdiff_t>(size));
+        place += size;
+    }
+    return records;
+}
+
 Bytes Join(std::initializer_list<Bytes> parts) {
     Bytes all;
     for (const Bytes& part : parts) all.insert(all.end(), part.begin(), part.end());

@@ -18,6 +18,10 @@ using Bytes = std::vector<uint8_t>;
 Bytes BytesOfFile(const std::filesystem::path& path);
 void WriteFileBytes(const std::filesystem::path& path, const Bytes& bytes);
 
+/// The records of a group file as they are stored, cut at their size words without any code of the store;
+/// empty if the file doesn't hold as many as its count says.
+std::vector<Bytes> RecordsInFile(const std::filesystem::path& path);
+
 /// Bytes written out by hand, group by group.
 Bytes Join(std::initializer_list<Bytes> parts);
 /// A text in a field of zeros.
