@@ -177,10 +177,10 @@ int32_t FindPlacedFile(const RecordSource& source, std::string_view storedName, 
     if (!source.groupPath || storedName.size() > 255) return -1;
     if (source.linkedFiles == LinkedFileUse::kLook)
         return LookForFile(source, std::string(storedName), outPath);
-    std::array<uint8_t, 256> pascal{};
-    pascal[0] = static_cast<uint8_t>(storedName.size());
-    std::copy(storedName.begin(), storedName.end(), pascal.begin() + 1);
-    return ResolveLinkedFile(source.groupPath, source.number, pascal.data(), outPath);
+    std::array<uint8_t, 256> pascalName{};
+    pascalName[0] = static_cast<uint8_t>(storedName.size());
+    std::copy(storedName.begin(), storedName.end(), pascalName.begin() + 1);
+    return ResolveLinkedFile(source.groupPath, source.number, pascalName.data(), outPath);
 }
 
 bool PlacedFileExists(const char* path) {

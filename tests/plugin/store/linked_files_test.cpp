@@ -24,10 +24,10 @@ protected:
     }
     // The pooled name that a stored file is given, or the result in words.
     std::string Resolve(int32_t number, const std::string& name) {
-        const std::string pascal = static_cast<char>(name.size()) + name;
+        const std::string pascalName = static_cast<char>(name.size()) + name;
         char path[kFullPathBytes];
         const int32_t result =
-            ResolveLinkedFile("G", number, reinterpret_cast<const uint8_t*>(pascal.c_str()), path);
+            ResolveLinkedFile("G", number, reinterpret_cast<const uint8_t*>(pascalName.c_str()), path);
         const std::string folder = std::string(globals->aidbfpath) + "\\_%%image\\";
         if (result != 0) return "error " + std::to_string(result);
         EXPECT_TRUE(std::string(path).starts_with(folder)) << path;
