@@ -274,12 +274,17 @@ void PutFileInPlace(const char* path, const std::string& text) {
 } // namespace
 
 // Texts throw when memory runs out, which must not reach the host.
-void ReadPreferences() try {
+void ReadPreferences() {
     char path[kFullPathBytes];
     PathOf(kFile, path);
     const HandleOwner block(ReadWholeFile(path));
-    if (block.bytes() != nullptr) TakePreferences(reinterpret_cast<const char*>(block.bytes()));
-} catch (const std::bad_alloc&) {
+    if (block.bytes() == nullptr) return;
+    const Globals before = *globals;
+    try {
+        TakePreferences(reinterpret_cast<const char*>(block.bytes()));
+    } catch (const std::bad_alloc&) {
+        *globals = before; // and not half of what the file says
+    }
 }
 
 void WritePreferences() try {

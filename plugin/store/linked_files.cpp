@@ -64,8 +64,10 @@ struct StoredFile {
 // move is no loss, since the move replaces nothing: then the next name is tried.
 int32_t PoolAs(const StoredFile& file, const std::string& pooledName, bool& taken) {
     const std::string pooled = JoinPath(ImageFolderPath(), pooledName);
-    taken = StateOfEntry(pooled) != EntryState::kMissing;
-    if (taken) return -1;
+    const EntryState there = StateOfEntry(pooled);
+    taken = there != EntryState::kMissing && there != EntryState::kUnknown;
+    if (there == EntryState::kUnknown) StoreFails(StoreTrouble::kDisk);
+    if (there != EntryState::kMissing) return -1;
     Intent intent;
     intent.kind = IntentKind::kPool;
     intent.group = file.group;

@@ -8,6 +8,7 @@
 #include "plugin/frame/globals.h"
 #include "plugin/store/header_walk.h"
 #include "plugin/store/record.h"
+#include "plugin/store/store_lock.h"
 #include "plugin/store/store_names.h"
 #include "plugin/store/store_tree.h"
 #include "plugin/store/swap_words.h"
@@ -48,7 +49,10 @@ void InsertAt(MemoryHandle* list, int32_t row, const RihItem& item) {
     const int32_t count = RihCount(*list);
     const uint64_t bytes = kListCountBytes + (static_cast<uint64_t>(count) + 1) * sizeof(RihItem);
     const MemoryHandle large = ResizeHandle(*list, bytes, kSmallGrain);
-    if (large == nullptr) return;
+    if (large == nullptr) {
+        StoreFails(StoreTrouble::kMemory);
+        return;
+    }
     *list = large;
     RihItem* place = RihItemOfRow(large, row);
     std::memmove(place + 1, place, static_cast<size_t>(count - row) * sizeof(RihItem));
@@ -239,7 +243,8 @@ int32_t LoadRihList(const char* groupName) {
         ForEachHeader(groupName, [&list, groupName](uint32_t number, const RecordHeader& header) {
             AppendRihItem(&list.get(), groupName, number, header);
         });
-    if (!reach.opened) return 0;
+    // Without memory for all of it there is none, rather than one that leaves records out.
+    if (!reach.opened || RihCount(list.get()) != static_cast<int32_t>(reach.walked)) return 0;
     SortRihList(list.get());
     globals->rihList = list.Release();
     return 0;
@@ -251,6 +256,7 @@ void BuildFolderIndex(const char* root, const char* folder, const char* subFolde
     LoadRihList(globals->aidbfname);
     if (globals->rihList == nullptr) return;
     HandleOwner rows(ListGroups(root, folder, subFolder));
+    if (rows.get() == nullptr) StoreFails(StoreTrouble::kMemory);
     ForEachHeaderOfGroups(rows.get(), [](const char* group, uint32_t number, const RecordHeader& header) {
         AppendRihItem(&globals->rihList, group, number, header);
     });

@@ -45,7 +45,8 @@ int32_t AidbAddItemRIHList(MemoryHandle* list, const char* groupPath, uint32_t r
                            const char* kind, uint32_t created);
 
 /// Puts an item of a header in file order behind all others, whatever its place would be: SortRihList has to
-/// follow.  Nothing happens to a null list, or when memory runs out.
+/// follow.  Nothing happens to a null list, or when memory runs out, which `globals->storeTrouble` tells
+/// then.
 void AppendRihItem(MemoryHandle* list, const char* groupPath, uint32_t recNo, const RecordHeader& header);
 
 /// Takes over what a header in file order says of an item's record; SortRihList has to follow.
@@ -63,11 +64,13 @@ int32_t AidbRmvItemRIHList(MemoryHandle* list, const char* groupPath, uint32_t r
 /// The row of a record in `rihList`, which is loaded if it is missing; -1 if it has none.
 int32_t FindRihItem(const char* groupPath, uint32_t recNo);
 
-/// Rebuilds `rihList` from a group's headers; a group that cannot be opened leaves none.  When the list
+/// Rebuilds `rihList` from a group's headers; a group that cannot be opened, or
+/// finds no memory for its list, leaves none.  When the list
 /// holds a search result or a folder it is kept, and only made, empty, if it is missing.  Always 0.
 int32_t LoadRihList(const char* groupName);
 
 /// Rebuilds `rihList` from all groups directly in a folder.  `curRecord` is the last header read.
+/// With kMemory in `globals->storeTrouble` the list isn't whole.
 void BuildFolderIndex(const char* root, const char* folder, const char* subFolder);
 
 /// Sorts the list anew; items that are equal under the new mode keep their order.  Always 0.

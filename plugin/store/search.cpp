@@ -151,12 +151,16 @@ int32_t RunSearch() {
     char root[kNameBytes];
     GetDatabaseRoot(root);
     HandleOwner rows(ListGroups(root, nullptr, nullptr));
-    const auto add = [&search](const char* group, uint32_t number, const RecordHeader& header) {
-        if (search.Hits(header)) AppendRihItem(&globals->rihList, group, number, header);
+    int32_t hits = 0;
+    const auto add = [&](const char* group, uint32_t number, const RecordHeader& header) {
+        if (!search.Hits(header)) return;
+        ++hits;
+        AppendRihItem(&globals->rihList, group, number, header);
     };
     const int32_t broken = ForEachHeaderOfGroups(rows.get(), add);
     SortRihList(globals->rihList);
-    return broken;
+    const bool whole = rows.get() != nullptr && hits == RihCount(globals->rihList);
+    return whole ? broken : broken + 1;
 }
 
 namespace {

@@ -25,7 +25,8 @@ int32_t FindInText(const char* text, const char* key, int16_t caseFlag, int16_t 
 
 /// Makes "Search Result" the current entry and `rihList` the records of all groups whose field holds the
 /// text; an empty text gives every record.  `curRecord` is the last header read.
-/// @return how many groups could not be gone over to their end: what lies behind was not searched
+/// @return how many groups could not be gone over to their end: what lies behind was not searched;
+///         one more if memory ran out
 int32_t RunSearch();
 
 /// Keeps those records of the search result that match; in a folder's list, those of the folder, which become

@@ -45,6 +45,9 @@ public:
         SetRowCount(grown, count + 1);
     }
 
+    // Memory ran out elsewhere, so that the rows aren't whole.
+    void Fail() { FreeHandle(rows_.get()); }
+
     // A row that is inserted in front of the first one that is greater comes to stand where a stable sort
     // puts it, because CompareStoreNames orders any two texts consistently.
     MemoryHandle Finish() {
@@ -60,16 +63,20 @@ private:
 
 // Calls `visit` for each entry of a directory but itself and the one above.
 template <typename Visit>
-void ForEachEntry(const char* directory, Visit visit) {
+void ForEachEntry(RowCollector& rows, const char* directory, Visit visit) {
     char pattern[kFullPathBytes];
     JoinRootAndPath(directory, "*", pattern);
     WIN32_FIND_DATAA entry;
     const HANDLE search = FindFirstFileA(pattern, &entry);
-    if (search == INVALID_HANDLE_VALUE) return;
+    if (search == INVALID_HANDLE_VALUE) {
+        if (GetLastError() == ERROR_NOT_ENOUGH_MEMORY) rows.Fail();
+        return;
+    }
     do {
         const char* name = entry.cFileName;
         if (std::strcmp(name, ".") != 0 && std::strcmp(name, "..") != 0) visit(entry);
     } while (FindNextFileA(search, &entry));
+    if (GetLastError() == ERROR_NOT_ENOUGH_MEMORY) rows.Fail();
     FindClose(search);
 }
 
@@ -98,7 +105,7 @@ void WalkGroups(RowCollector& rows, const char* root, const char* prefix, bool d
     } else {
         JoinRootAndPath(root, prefix, directory);
     }
-    ForEachEntry(directory, [&](const WIN32_FIND_DATAA& entry) {
+    ForEachEntry(rows, directory, [&](const WIN32_FIND_DATAA& entry) {
         if (!IsDirectory(entry)) {
             AddGroupOfFile(rows, prefix, entry.cFileName);
             return;
@@ -126,7 +133,7 @@ char* RowText(MemoryHandle rows, int32_t index) {
 
 MemoryHandle ListFolders(const char* root) {
     RowCollector rows;
-    ForEachEntry(root, [&rows](const WIN32_FIND_DATAA& entry) {
+    ForEachEntry(rows, root, [&rows](const WIN32_FIND_DATAA& entry) {
         if (!IsDirectory(entry) || IsHiddenFolderName(entry.cFileName)) return;
         char text[kFullPathBytes];
         std::snprintf(text, sizeof text, "\\%s\\%s\\%s", entry.cFileName, kFolderRowPart, kFolderRowGroup);
@@ -140,7 +147,7 @@ MemoryHandle ListSubFolders(const char* root, const char* folder) {
     if (folder == nullptr || folder[0] == '\0') return rows.Finish();
     char directory[kFullPathBytes];
     JoinRootAndPath(root, folder, directory);
-    ForEachEntry(directory, [&rows, folder](const WIN32_FIND_DATAA& entry) {
+    ForEachEntry(rows, directory, [&rows, folder](const WIN32_FIND_DATAA& entry) {
         if (!IsDirectory(entry) || IsHiddenFolderName(entry.cFileName)) return;
         char text[kFullPathBytes + kRowBytes];
         std::snprintf(text, sizeof text, "\\%s\\%s\\%s", folder, entry.cFileName, kFolderRowGroup);
