@@ -14,7 +14,6 @@
 
 inline constexpr char kIntentFile[] = "\\VLQ.INT";
 inline constexpr char kIntentWorkFile[] = "\\VLQ.INW"; ///< the note on its way to its place and away from it
-inline constexpr char kSetAsideIntent[] = "\\VLQ.OLD"; ///< a note that was given up, see interrupted_work.h
 inline constexpr char kNoteWorkFile[] = "\\VLQ.LNK";   ///< a link note on its way beside a record
 constexpr size_t kMostIntentBytes = 0x1000000;
 

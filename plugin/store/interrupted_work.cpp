@@ -199,6 +199,14 @@ WorkEnd GoOn(const Intent& intent) {
     return WorkEnd::kStuck;
 }
 
+WorkEnd GoOnWithinMemory(const Intent& intent) {
+    try {
+        return GoOn(intent);
+    } catch (const std::bad_alloc&) {
+        return WorkEnd::kStuck;
+    }
+}
+
 } // namespace
 
 bool WorkIsInterrupted() {
@@ -226,14 +234,9 @@ std::string DescribeInterruptedWork() {
     return ParseIntent(text, intent) ? text : "damaged";
 }
 
-bool SetAsideInterruptedWork() {
-    return MoveFileExA(PathInRoot(kIntentFile).c_str(), PathInRoot(kSetAsideIntent).c_str(),
-                       MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE;
-}
-
 WorkEnd FinishWork(const Intent& intent) {
     const StoreTrouble before = globals->storeTrouble;
-    const WorkEnd end = GoOn(intent);
+    const WorkEnd end = GoOnWithinMemory(intent);
     if (end == WorkEnd::kStuck) {
         StoreFails(StoreTrouble::kUnfinished);
         return end;

@@ -22,10 +22,6 @@ bool FinishInterruptedWork();
 /// What the note of interrupted work says, for a report; empty if there is none.
 std::string DescribeInterruptedWork();
 
-/// Gives up interrupted work that can't be finished: its note is kept under the name kSetAsideIntent, in
-/// place of an older one.  The caller holds the store's lock alone.
-bool SetAsideInterruptedWork();
-
 enum class WorkEnd {
     kDone,   ///< and the note dropped
     kUndone, ///< all is as it was before, and the note dropped

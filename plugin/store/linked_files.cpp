@@ -101,10 +101,9 @@ int32_t PoolFile(const StoredFile& file, std::string& answer) {
     for (int counter = 0; counter <= kMostCounter; ++counter) {
         const std::string pooledName = PooledCandidate(file.name, counter);
         bool taken = false;
+        answer = JoinPath(ImageFolderPath(), pooledName); // before the move, which it could fail behind
         const int32_t result = PoolAs(file, pooledName, taken);
-        if (taken) continue;
-        if (result == 0) answer = JoinPath(ImageFolderPath(), pooledName);
-        return result;
+        if (!taken) return result;
     }
     return -1;
 }

@@ -1,186 +1,271 @@
 #include <algorithm>
 #include <array>
-#include <utility>
+#include <limits>
 
 #include "plugin/store/lzss.h"
 #include "plugin/store/lzss_form.h"
-#include "plugin/store/lzss_run.h"
-#include "plugin/store/lzss_sorted.h"
-#include "plugin/store/lzss_tree.h"
+#include "plugin/store/lzss_ranks.h"
 #include "plugin/store/lzss_unit.h"
+#include "plugin/store/lzss_window.h"
 #include "plugin/store/lzss_writer.h"
 #include "plugin/store/memory_handle.h"
 
-// Strings go into trees as the form says, but for those of runs, which most of a stream and of a preview
-// consists of: the string of a run stands in the tree already, wherever the run ends.
+// After a long run of zeros nothing but their string is left in the window, and what follows up to the next
+// such run is a unit that can be packed with little ado (lzss_unit.h); the objects of a stream are mostly
+// such units.
+//
+// All else goes through in blocks.  In each, the strings of 18 bytes at its places, and those that are left
+// from the block before, are put in order first; then each place's string enters the window and the one that
+// falls out of the ring leaves it.  A string that stands one to four bytes back as well goes on with a run,
+// as most of a stream and of a preview does: it has the rank of that one, and is neither sorted nor searched.
 
 namespace {
 
+constexpr uint32_t kBlockBytes = 0x8000;
+constexpr uint32_t kHistory = kRingBytes;              ///< bytes of the text in front of a block
 constexpr uint32_t kReach = kRingBytes - kLongest + 1; ///< a string that is so far back has left the window
-constexpr uint32_t kSlack = 32;                        ///< readable behind the last place of a piece
-constexpr uint32_t kPieceBytes = 2 * kRingBytes;
+constexpr uint32_t kLongestPeriod = 4;                 ///< a pixel
+static_assert(kBlockBytes + kRingBytes <= kMostStrings);
+static_assert(kHistory + kBlockBytes <= std::numeric_limits<uint16_t>::max());
 
-// Trees that took more steps have become lists, as the strings of a ramp come in order.
-constexpr uint64_t kFreeSteps = 5'000;
-constexpr uint64_t kStepsForString = 16;
+/// Neighbouring places of a block that all go on with runs of the same period, or, with period 0, with none.
+struct Span {
+    uint16_t end;
+    uint16_t period;
+};
 
-enum class Outcome { kDone, kNoRoom, kTooSlow };
+/// A string that is left from the block before.
+struct Left {
+    int64_t age;
+    uint32_t place;
+};
 
 /// What a call needs, in one zeroed block of memory.
 struct Packer {
-    MatchTree tree;
+    std::array<uint8_t, kHistory + kBlockBytes + kLongest + 2 * sizeof(uint64_t)> text;
+    std::array<Span, kBlockBytes> spans;
+    uint32_t spanCount;
+    std::array<Left, kRingBytes> left;
+    uint32_t leftCount;
+    uint32_t inItem; ///< places that the last item still covers
+    StringRanks strings;
+    MatchWindow window;
     UnitMemory unit;
-    std::array<uint8_t, kRingBytes + kPieceBytes + kSlack> text; ///< of a piece at the input's start or end
-    uint32_t inItem;                                             ///< places that the last item still covers
 };
 
-/// Places that follow each other in memory, with the ring's bytes in front.
-struct Piece {
-    const uint8_t* text;
-    size_t count;
-    size_t inputBytes;  ///< from the first place to the input's end
-    uint32_t ringPlace; ///< of the first place
+/// One block: the places in the text from kHistory to `end`.
+struct Block {
+    uint32_t end;
+    uint32_t inputEnd; ///< place of the input's end, or of one that is out of reach
+    int64_t firstAge;  ///< of place 0
+};
 
-    uint32_t RingPlace(size_t place) const {
-        return static_cast<uint32_t>(ringPlace + place) & (kRingBytes - 1);
+uint32_t PeriodAt(const uint8_t* string) {
+    const uint64_t start = LoadEight(string);
+    for (uint32_t period = 1; period <= kLongestPeriod; ++period)
+        if (start == LoadEight(string - period) && AllCommon(string, string - period)) return period;
+    return 0;
+}
+
+// How many of up to `most` bytes equal the ones `period` before them.
+uint32_t RunBytes(const uint8_t* bytes, uint32_t period, uint32_t most) {
+    uint32_t count = 0;
+    for (; count < most; count += sizeof(uint64_t)) {
+        if (const uint64_t difference = LoadEight(bytes + count) ^ LoadEight(bytes + count - period))
+            return std::min(most, count + FirstDifference(difference));
     }
-};
+    return most;
+}
 
-bool PutItem(Packer& packer, const Piece& piece, GroupWriter& writer, size_t place, Match match) {
+void FindSpans(Packer& packer, uint32_t end) {
+    StringRanks& strings = packer.strings;
+    packer.spanCount = 0;
+    uint32_t place = kHistory;
+    while (place < end) {
+        const uint8_t* string = &packer.text[place];
+        uint32_t period = PeriodAt(string);
+        if (period != 0) {
+            place += 1 + RunBytes(string + kLongest, period, end - place - 1);
+        } else {
+            do strings.strings[strings.count++] = place++;
+            while (place < end && (period = PeriodAt(&packer.text[place])) == 0);
+            period = 0;
+        }
+        packer.spans[packer.spanCount++] = {static_cast<uint16_t>(place), static_cast<uint16_t>(period)};
+    }
+}
+
+// Puts what is left from the block before into the window, under the ranks of this one.
+void FillWindow(Packer& packer, uint32_t ringOffset) {
+    ClearWindow(packer.window, packer.strings, ringOffset);
+    for (uint32_t i = 0; i < packer.leftCount; ++i) {
+        const Left& left = packer.left[i];
+        const uint32_t rank = packer.strings.ranks[left.place];
+        if (packer.window.Has(rank)) {
+            ReplaceString(packer.window, rank, left.place);
+        } else {
+            AddString(packer.window, rank, left.place, left.age);
+        }
+    }
+}
+
+void KeepWindow(Packer& packer, uint32_t blockBytes) {
+    const MatchWindow& window = packer.window;
+    packer.leftCount = 0;
+    for (uint32_t i = 0; i < packer.window.presentAt.size(); ++i) {
+        for (uint64_t there = window.presentAt[i]; there != 0; there &= there - 1) {
+            const uint32_t rank = window.rankAt[i * 64 + static_cast<uint32_t>(std::countr_zero(there))];
+            packer.left[packer.leftCount++] = {window.ages[rank], window.places[rank] - blockBytes};
+        }
+    }
+}
+
+bool PutItem(Packer& packer, const Block& block, GroupWriter& writer, uint32_t place, Match match) {
     // At the end of the input a string goes on into what is left of the round before.
-    match.bytes = static_cast<uint32_t>(std::min<size_t>(match.bytes, piece.inputBytes - place));
+    match.bytes = std::min(match.bytes, block.inputEnd - place);
     if (match.bytes < kShortest) {
         packer.inItem = 1;
-        return writer.Literal(piece.text[place]);
+        return writer.Literal(packer.text[place]);
     }
     packer.inItem = match.bytes;
-    return writer.Pair(match.place, match.bytes);
+    return writer.Pair(packer.window.RingPlace(match.place), match.bytes);
 }
 
-// Moves the window on to the end of a run; its strings were the last `period` ones.
-void MoveRun(MatchTree& tree, const Piece& piece, size_t from, size_t end, uint32_t period) {
-    if (period == 1 && piece.text[from] == 0 && end - from >= kReach)
-        return KeepZeros(tree, piece.RingPlace(end - 1));
-    const size_t leaving = std::min<size_t>(end - from, kReach - period);
-    RemoveStrings(tree, piece.RingPlace(from - kReach), static_cast<uint32_t>(leaving));
-    const size_t first = std::max(from, end - std::min<size_t>(end, period));
-    std::array<uint16_t, kLongestPeriod> nodes{}; // the ring may bring old places and new ones together
-    for (size_t place = first; place < end; ++place)
-        nodes[place - first] =
-            std::exchange(tree.nodeAt[piece.RingPlace(from + (place - from) % period - period)], uint16_t{0});
-    for (size_t place = first; place < end; ++place)
-        PlaceNode(tree, nodes[place - first], piece.RingPlace(place));
-}
-
-bool PackRun(Packer& packer, const Piece& piece, GroupWriter& writer, size_t from, size_t end,
-             uint32_t period) {
-    MoveRun(packer.tree, piece, from, end, period);
-    size_t place = from + packer.inItem;
-    if (place < end) {
-        const size_t whole = (std::min(end, piece.inputBytes) - std::min(place, piece.inputBytes)) / kLongest;
-        if (!writer.Pairs(piece.RingPlace(place - period), whole)) return false;
-        place += whole * kLongest;
-        for (; place < end; place += packer.inItem) {
-            if (!PutItem(packer, piece, writer, place, {piece.RingPlace(place - period), kLongest}))
-                return false;
-        }
+// Moves the window on by one place.
+bool Advance(Packer& packer, const Block& block, GroupWriter& writer, uint32_t place, uint32_t rank) {
+    MatchWindow& window = packer.window;
+    RemoveString(window, window.RingPlace(place - kReach));
+    const bool starts = packer.inItem == 0;
+    if (window.Has(rank)) {
+        if (starts && !PutItem(packer, block, writer, place, {window.places[rank], kLongest})) return false;
+        ReplaceString(window, rank, place);
+    } else {
+        AddString(window, rank, place, block.firstAge + place);
+        if (starts && !PutItem(packer, block, writer, place, FindMatch(window, packer.text.data(), rank)))
+            return false;
     }
-    packer.inItem = static_cast<uint32_t>(place - end);
+    --packer.inItem;
     return true;
 }
 
-// Packs the units between long runs of zeros that begin here, where all before is zeros.
-bool PackUnits(Packer& packer, const Piece& piece, GroupWriter& writer, size_t& place) {
-    const std::span bytes(piece.text, piece.count);
-    const size_t first = place;
-    for (;;) {
-        const ZeroRun run = FindZeroRun(bytes, place, place + kMostUnitBytes + 1);
-        if (run.end == 0) break;
-        const Unit unit{bytes, place, run, piece.RingPlace(place)};
-        if (!PackUnit(packer.unit, unit, packer.inItem, writer)) return false;
-        place = unit.end();
+// Moves the strings of a run's last period on to its end.
+void MoveRun(MatchWindow& window, uint32_t from, uint32_t end, uint32_t period) {
+    const uint32_t otherwise = std::min(end - kReach, from - period);
+    if (otherwise > from - kReach)
+        RemoveStrings(window, window.RingPlace(from - kReach), otherwise - (from - kReach));
+    std::array<uint16_t, kLongestPeriod> ranks{};
+    for (uint32_t i = 0; i < period; ++i) {
+        const uint32_t old = window.RingPlace(from - period + i);
+        ranks[i] = window.rankAt[old];
+        window.presentAt[old / 64] &= ~(uint64_t{1} << (old % 64));
     }
-    if (place != first) KeepZeros(packer.tree, piece.RingPlace(place - 1));
+    for (uint32_t place = end - period; place < end; ++place) {
+        const uint32_t rank = ranks[(place - from) % period], ringPlace = window.RingPlace(place);
+        window.rankAt[ringPlace] = static_cast<uint16_t>(rank);
+        window.presentAt[ringPlace / 64] |= uint64_t{1} << (ringPlace % 64);
+        window.places[rank] = static_cast<uint16_t>(place);
+    }
+}
+
+bool PackRun(Packer& packer, const Block& block, GroupWriter& writer, uint32_t place, const Span& span) {
+    const uint32_t period = span.period;
+    // The first ones may stand elsewhere as well, at the start; and a short rest isn't worth more.
+    const uint32_t singly = std::min<uint32_t>(span.end, place + period);
+    const bool isShort = span.end - singly < 2 * period;
+    for (const uint32_t end = isShort ? span.end : singly; place < end; ++place) {
+        if (!Advance(packer, block, writer, place,
+                     packer.window.rankAt[packer.window.RingPlace(place - period)]))
+            return false;
+    }
+    if (isShort) return true;
+    MoveRun(packer.window, place, span.end, period);
+    place += std::min(packer.inItem, span.end - place);
+    packer.inItem -= place - singly;
+    const uint32_t whole = (std::min<uint32_t>(span.end, block.inputEnd) - place) / kLongest;
+    if (!writer.Pairs(packer.window.RingPlace(place - period), whole)) return false;
+    place += whole * kLongest;
+    while (place < span.end) {
+        if (!PutItem(packer, block, writer, place, {place - period, kLongest})) return false;
+        const uint32_t step = std::min(packer.inItem, span.end - place);
+        packer.inItem -= step;
+        place += step;
+    }
     return true;
 }
 
-Outcome PackPiece(Packer& packer, const Piece& piece, GroupWriter& writer) {
-    MatchTree& tree = packer.tree;
-    uint32_t matched = 0; // how far back the last string stood
-    for (size_t place = 0; place < piece.count;) {
-        const uint8_t* string = piece.text + place;
-        if (matched != 0) {
-            // Where the last string stood, this one may follow as well, with no later one between.
-            const uint32_t old = piece.RingPlace(place - matched);
-            if (tree.nodeAt[old] != 0 && string[kLongest - 1] == (string - matched)[kLongest - 1]) {
-                RemoveString(tree, piece.RingPlace(place - kReach));
-                PlaceNode(tree, std::exchange(tree.nodeAt[old], uint16_t{0}), piece.RingPlace(place));
-                if (packer.inItem == 0 && !PutItem(packer, piece, writer, place, {old, kLongest}))
-                    return Outcome::kNoRoom;
-                --packer.inItem;
-                ++place;
-                continue;
-            }
-            matched = 0;
-        }
-        const uint32_t period = PeriodAt(string);
-        // Before the start a string may stand that is in no tree.
-        if (period != 0 && tree.nodeAt[piece.RingPlace(place - period)] != 0) {
-            const size_t end = place + 1 + RunBytes(string + kLongest, period, piece.count - place - 1);
-            if (!PackRun(packer, piece, writer, place, end, period)) return Outcome::kNoRoom;
-            const bool onlyZeros = string[0] == 0 && period == 1 && end - place >= kReach;
-            place = end;
-            if (onlyZeros && !PackUnits(packer, piece, writer, place)) return Outcome::kNoRoom;
+bool PackBlock(Packer& packer, const Block& block, GroupWriter& writer) {
+    uint32_t place = kHistory;
+    for (uint32_t i = 0; i < packer.spanCount; ++i) {
+        const Span& span = packer.spans[i];
+        if (span.period != 0) {
+            if (!PackRun(packer, block, writer, place, span)) return false;
+            place = span.end;
             continue;
         }
-        RemoveString(tree, piece.RingPlace(place - kReach));
-        const Match match = InsertString(tree, string, piece.RingPlace(place), packer.inItem == 0);
-        matched = match.bytes == kLongest ? (piece.RingPlace(place) - match.place) & (kRingBytes - 1) : 0;
-        if (packer.inItem == 0 && !PutItem(packer, piece, writer, place, match)) return Outcome::kNoRoom;
-        --packer.inItem;
-        ++place;
-        if (tree.steps > kFreeSteps + kStepsForString * tree.inserted) return Outcome::kTooSlow;
+        for (; place < span.end; ++place) {
+            if (!Advance(packer, block, writer, place, packer.strings.ranks[place])) return false;
+        }
     }
-    return Outcome::kDone;
+    return true;
 }
 
-// A piece in memory of its own, with zeros in front of the input's start.  Behind the input's end the ring
-// still holds what came a round before.
-Piece CopyPiece(Packer& packer, std::span<const uint8_t> plain, size_t start, size_t count) {
-    const size_t before = std::min<size_t>(start, kRingBytes);
-    const size_t read = std::min<size_t>(plain.size() - start, count + kSlack);
-    uint8_t* const text = &packer.text[kRingBytes];
-    std::memcpy(text - before, &plain[start - before], before + read);
-    for (size_t i = read; i < count + kSlack; ++i)
-        text[i] = text[static_cast<std::ptrdiff_t>(i) - kRingBytes];
-    return {text, count, plain.size() - start, 0};
+// The strings before the start go in from the nearest to the farthest.
+void StartWindow(Packer& packer) {
+    for (uint32_t back = 1; back <= kLongest; ++back)
+        packer.left[packer.leftCount++] = {static_cast<int64_t>(back) - kRingBytes, kHistory - back};
 }
 
-Outcome PackByTrees(std::span<const uint8_t> plain, GroupWriter& writer) {
-    HandleOwner memory(NewHandle(sizeof(Packer), kSmallGrain));
-    if (memory.bytes() == nullptr) return Outcome::kNoRoom;
-    Packer& packer = *reinterpret_cast<Packer*>(memory.bytes());
-    for (size_t start = 0; start < plain.size();) {
-        const size_t rest = plain.size() - start;
-        Piece piece = rest > kPieceBytes && start > 0
-                          ? Piece{plain.data() + start, rest - kSlack, rest, 0}
-                          : CopyPiece(packer, plain, start, std::min<size_t>(rest, kPieceBytes));
-        piece.ringPlace = static_cast<uint32_t>((kFirstPlace + start) & (kRingBytes - 1));
-        // The strings before the start go in from the nearest to the farthest.
-        for (uint32_t back = 1; start == 0 && back <= kLongest; ++back)
-            InsertString(packer.tree, piece.text - back, kFirstPlace - back, false);
-        const Outcome outcome = PackPiece(packer, piece, writer);
-        if (outcome != Outcome::kDone) return outcome;
-        start += piece.count;
-    }
-    return Outcome::kDone;
+// Goes on behind a unit: all before is zeros, and their last string alone is in the window.
+void StartBehindZeros(Packer& packer, size_t start) {
+    std::fill_n(packer.text.begin(), kHistory, uint8_t{0});
+    packer.leftCount = 1;
+    packer.left[0] = {static_cast<int64_t>(start), kHistory - 1};
+}
+
+bool PackNextBlock(Packer& packer, std::span<const uint8_t> plain, size_t start, uint32_t bytes,
+                   GroupWriter& writer) {
+    const auto rest = plain.subspan(start);
+    const auto read = static_cast<uint32_t>(std::min<size_t>(rest.size(), bytes + kLongest));
+    std::memcpy(&packer.text[kHistory], rest.data(), read);
+    // Behind the input the ring still holds what came a round before.
+    for (uint32_t i = read; i < bytes + kLongest; ++i)
+        packer.text[kHistory + i] = packer.text[kHistory + i - kRingBytes];
+    packer.strings.count = packer.leftCount;
+    for (uint32_t i = 0; i < packer.leftCount; ++i) packer.strings.strings[i] = packer.left[i].place;
+    const Block block{kHistory + bytes, kHistory + read, static_cast<int64_t>(start)};
+    FindSpans(packer, block.end);
+    RankStrings(packer.strings, packer.text.data());
+    FillWindow(packer, static_cast<uint32_t>((start + kFirstPlace) & (kRingBytes - 1)));
+    if (!PackBlock(packer, block, writer)) return false;
+    KeepWindow(packer, bytes);
+    std::memmove(packer.text.data(), &packer.text[bytes], kHistory);
+    return true;
 }
 
 } // namespace
 
 std::optional<uint64_t> PackLzss(std::span<const uint8_t> plain, std::span<uint8_t> packed) {
     GroupWriter writer(packed);
-    const Outcome outcome = PackByTrees(plain, writer);
-    if (outcome == Outcome::kDone) return writer.used();
-    return outcome == Outcome::kTooSlow ? PackSorted(plain, packed) : std::nullopt;
+    if (plain.empty()) return 0;
+    HandleOwner memory(NewHandle(sizeof(Packer), kSmallGrain));
+    if (memory.bytes() == nullptr) return std::nullopt;
+    Packer& packer = *reinterpret_cast<Packer*>(memory.bytes());
+    StartWindow(packer);
+    bool onlyZeros = false; // in the window
+    for (size_t start = 0; start < plain.size();) {
+        const ZeroRun run = FindZeroRun(plain, start, start + kBlockBytes);
+        if (onlyZeros && run.end != 0 && run.start - start <= kMostUnitBytes) {
+            if (!PackUnit(packer.unit, plain, start, run, packer.inItem, writer)) return std::nullopt;
+            start = run.end - kLongest + 1;
+            StartBehindZeros(packer, start);
+            continue;
+        }
+        size_t end = std::min(plain.size(), start + kBlockBytes);
+        if (run.end != 0) end = std::min(end, run.end - kLongest + 1);
+        if (!PackNextBlock(packer, plain, start, static_cast<uint32_t>(end - start), writer))
+            return std::nullopt;
+        onlyZeros = run.end != 0 && end >= run.start + kResettingZeros;
+        start = end;
+    }
+    return writer.used();
 }

@@ -2,11 +2,10 @@
 
 #include <algorithm>
 
-#include "plugin/store/lzss_run.h"
-
 namespace {
 
-constexpr uint16_t kZeros = 1; ///< the number of the string of zeros
+constexpr uint32_t kLongestPeriod = 4; ///< a pixel
+constexpr uint16_t kZeros = 1;         ///< the number of the string of zeros
 
 uint32_t LeadingZeros(const uint8_t* string) {
     if (const uint64_t word = LoadEight(string)) return FirstDifference(word);
@@ -64,7 +63,9 @@ void TakePlace(UnitWalk& walk, uint32_t string, uint32_t place) {
 Found Insert(UnitWalk& walk, uint32_t place) {
     UnitMemory& unit = walk.unit;
     const uint8_t* string = &unit.text[place];
-    if (const uint32_t period = PeriodAt(string)) {
+    const uint64_t start = LoadEight(string);
+    for (uint32_t period = 1; period <= kLongestPeriod; ++period) {
+        if (start != LoadEight(string - period) || !AllCommon(string, string - period)) continue;
         TakePlace(walk, unit.stringAt[place - period], place);
         return {place - period, kLongest};
     }
@@ -133,26 +134,26 @@ ZeroRun FindZeroRun(std::span<const uint8_t> bytes, size_t from, size_t to) {
     return {0, 0};
 }
 
-bool PackUnit(UnitMemory& memory, const Unit& unit, uint32_t& inItem, GroupWriter& writer) {
-    const auto& [plain, start, run, ringPlace] = unit;
+bool PackUnit(UnitMemory& unit, std::span<const uint8_t> plain, size_t start, const ZeroRun& run,
+              uint32_t& inItem, GroupWriter& writer) {
     const auto bytes = static_cast<uint32_t>(run.start - start);
-    std::memcpy(&memory.text[kLongest], &plain[start], bytes);
-    std::fill_n(&memory.text[kLongest + bytes], 2 * kLongest, uint8_t{0});
-    const uint32_t ringOffset = ringPlace - kLongest;
+    std::memcpy(&unit.text[kLongest], &plain[start], bytes);
+    std::fill_n(&unit.text[kLongest + bytes], 2 * kLongest, uint8_t{0});
+    const auto ringOffset = static_cast<uint32_t>((start + kFirstPlace - kLongest) & (kRingBytes - 1));
 
-    UnitWalk walk{memory};
+    UnitWalk walk{unit};
     TakePlace(walk, kZeros, kLongest - 1);
     // The bytes before are zeros: where a run goes on from them, it is theirs.
-    for (uint32_t i = 0; i < kLongest - 1; ++i) memory.stringAt[i] = kZeros;
+    for (uint32_t i = 0; i < kLongest - 1; ++i) unit.stringAt[i] = kZeros;
     const bool fits = PackStrings(walk, bytes + 1, ringOffset, inItem, writer);
-    for (uint32_t i = 0; i < walk.heads; ++i) memory.heads[memory.usedHeads[i]] = 0;
+    for (uint32_t i = 0; i < walk.heads; ++i) unit.heads[unit.usedHeads[i]] = 0;
     if (!fits) return false;
 
     size_t place = run.start + 1 + inItem;
-    const size_t end = unit.end();
+    const size_t end = run.end - kLongest + 1; // behind the last string of zeros
     if (place < end) {
         const auto pairs = (end - place + kLongest - 1) / kLongest;
-        const auto before = (ringPlace + static_cast<uint32_t>(place - start) - 1) & (kRingBytes - 1);
+        const auto before = static_cast<uint32_t>((place - 1 + kFirstPlace) & (kRingBytes - 1));
         if (!writer.Pairs(before, pairs)) return false;
         place += pairs * kLongest;
     }

@@ -37,17 +37,9 @@ struct UnitMemory {
     std::array<uint16_t, kMostUnitBytes + kLongest + 2> usedHeads; ///< to be emptied behind the unit
 };
 
-/// What is packed at once: the bytes from `start`, behind zeros that leave nothing else in the window, up to
-/// the last string of zeros of `run`, which begins at most kMostUnitBytes farther on.
-struct Unit {
-    std::span<const uint8_t> plain;
-    size_t start;
-    ZeroRun run;
-    uint32_t ringPlace; ///< of the start
-
-    size_t end() const { return run.end - kLongest + 1; }
-};
-
-/// @param inItem  places from the start that the last item covers; gets those behind the end
+/// Packs the bytes from `start`, behind zeros that leave nothing else in the window, up to the last string of
+/// zeros of `run`, which begins at most kMostUnitBytes farther on.
+/// @param inItem  places from `start` that the last item covers; gets those behind the end
 /// @return false if the room does not suffice
-bool PackUnit(UnitMemory& memory, const Unit& unit, uint32_t& inItem, GroupWriter& writer);
+bool PackUnit(UnitMemory& unit, std::span<const uint8_t> plain, size_t start, const ZeroRun& run,
+              uint32_t& inItem, GroupWriter& writer);

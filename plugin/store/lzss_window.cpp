@@ -70,7 +70,7 @@ void RemoveStrings(MatchWindow& window, uint32_t ringPlace, uint32_t count) {
     }
 }
 
-WindowMatch FindMatch(const MatchWindow& window, const uint8_t* text, uint32_t rank) {
+Match FindMatch(const MatchWindow& window, const uint8_t* text, uint32_t rank) {
     const uint8_t* string = text + window.places[rank];
     const auto common = [&](uint32_t other) {
         if (window.ages[other] == kBorderAge) return uint32_t{0};
@@ -78,7 +78,7 @@ WindowMatch FindMatch(const MatchWindow& window, const uint8_t* text, uint32_t r
     };
     uint32_t before = window.before[rank], behind = window.behind[rank];
     const uint32_t commonBefore = common(before), commonBehind = common(behind);
-    WindowMatch match{0, std::max(commonBefore, commonBehind)};
+    Match match{0, std::max(commonBefore, commonBehind)};
     if (match.bytes < kShortest) return match;
     int64_t oldest = std::numeric_limits<int64_t>::max();
     const auto consider = [&](uint32_t other) {

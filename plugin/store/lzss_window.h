@@ -14,7 +14,7 @@
 #include "plugin/store/lzss_form.h"
 #include "plugin/store/lzss_ranks.h"
 
-struct WindowMatch {
+struct Match {
     uint32_t place = 0; ///< in the text
     uint32_t bytes = 0;
 };
@@ -72,4 +72,4 @@ inline void RemoveString(MatchWindow& window, uint32_t ringPlace) {
 void RemoveStrings(MatchWindow& window, uint32_t ringPlace, uint32_t count);
 
 /// The match of a string that was just added; of fewer bytes than kShortest if there is none.
-WindowMatch FindMatch(const MatchWindow& window, const uint8_t* text, uint32_t rank);
+Match FindMatch(const MatchWindow& window, const uint8_t* text, uint32_t rank);

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <new>
+
 #include "plugin/frame/globals.h"
 #include "plugin/store/interrupted_work.h"
 #include "plugin/store/store_names.h"
@@ -58,6 +60,7 @@ bool TakeAndFinish() {
 }
 
 bool TakeFirst(StoreLockKind kind) {
+    if (kind == kStoreExclusiveAsIs) return Take(kStoreExclusive);
     if (kind == kStoreExclusive) return TakeAndFinish();
     for (int tries = 0; tries < kTries; ++tries) {
         if (!Take(kStoreShared)) return false;
@@ -67,6 +70,16 @@ bool TakeFirst(StoreLockKind kind) {
         Release();
     }
     return StoreFails(StoreTrouble::kBusy);
+}
+
+// What memory ran out in stays as it is, with its note, for whoever takes the lock next.
+bool TakeWithinMemory(StoreLockKind kind) {
+    try {
+        return TakeFirst(kind);
+    } catch (const std::bad_alloc&) {
+        if (globals->storeLockDepth != 0) Release();
+        return StoreFails(StoreTrouble::kMemory);
+    }
 }
 
 } // namespace
@@ -79,11 +92,11 @@ bool StoreFails(StoreTrouble trouble) {
 StoreLock::StoreLock(StoreLockKind kind) {
     if (globals->storeLockDepth == 0) {
         globals->storeTrouble = StoreTrouble::kNone;
-        held_ = TakeFirst(kind);
+        held_ = TakeWithinMemory(kind);
         return;
     }
     // Others may hold it shared as well, so it can't become ours alone.
-    if (kind == kStoreExclusive && globals->storeLockKind == kStoreShared) {
+    if (kind != kStoreShared && globals->storeLockKind == kStoreShared) {
         StoreFails(StoreTrouble::kBusy);
         return;
     }

@@ -22,11 +22,15 @@ enum class StoreTrouble : int32_t {
 /// Notes the reason of a failure; false, so that it can be returned.
 bool StoreFails(StoreTrouble trouble);
 
-enum StoreLockKind { kStoreShared, kStoreExclusive };
+enum StoreLockKind {
+    kStoreShared,
+    kStoreExclusive,
+    kStoreExclusiveAsIs, ///< leaves interrupted work as it is; for a repair, which must end it first of all
+};
 
 /// Holds the lock of the current database for the length of an operation; within an operation that holds it,
 /// others take it for nothing.  Waits up to a second for others.  Whoever takes it first finishes what a
-/// crash has interrupted.
+/// crash has interrupted; where that can't be done, only kStoreExclusiveAsIs is held.
 class StoreLock {
 public:
     explicit StoreLock(StoreLockKind kind);

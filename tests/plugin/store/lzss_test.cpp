@@ -9,7 +9,6 @@
 #include <string>
 #include <vector>
 
-#include "plugin/store/lzss_sorted.h"
 #include "plugin/store/record_layout.h"
 #include "tests/plugin/store/classic_lzss.h"
 
@@ -35,10 +34,6 @@ void ExpectAsClassic(const Bytes& plain, const std::string& what) {
     const Bytes packed = Pack(plain);
     ASSERT_EQ(packed, ClassicPack(plain)) << what << ", " << plain.size() << " bytes";
     ASSERT_EQ(Unpack(packed), plain) << what << ", " << plain.size() << " bytes";
-    // The way of texts that make lists of the trees is right for every text.
-    Bytes sorted(packed.size());
-    ASSERT_EQ(PackSorted(plain, sorted), packed.size()) << what << ", " << plain.size() << " bytes";
-    ASSERT_EQ(sorted, packed) << what << ", " << plain.size() << " bytes";
 }
 
 Bytes Noise(size_t size, uint32_t seed, int values) {
