@@ -81,8 +81,7 @@ int32_t PoolAs(const StoredFile& file, const std::string& pooledName, bool& take
         // A move that could not be brought to the disk is one all the same, and is taken back.
         if (StateOfEntry(file.path) == EntryState::kMissing)
             MoveFileExA(pooled.c_str(), file.path.c_str(), MOVEFILE_COPY_ALLOWED | MOVEFILE_WRITE_THROUGH);
-        FinishWork(intent);
-        StoreFails(StoreTrouble::kDisk);
+        if (FinishWork(intent) != WorkEnd::kStuck) StoreFails(StoreTrouble::kDisk);
         return static_cast<int32_t>(reason);
     }
     return FinishWork(intent) == WorkEnd::kDone ? 0 : -1;
