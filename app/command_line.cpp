@@ -97,8 +97,7 @@ void AddSearch(CLI::App& app, Commands& commands) {
     command->add_flag("--case", o.caseMatters, "tell capitals from small letters");
     command->add_flag("--width", o.widthMatters, "tell full-width from half-width forms");
     command->add_flag("--word", o.wholeWords, "find whole words alone");
-    command
-        ->add_option("--within", o.within, "keep what also has this in another field; may be given often")
+    command->add_option("--within", o.within, "keep what also has this in another field; may be given often")
         ->type_name("FIELD=TEXT")
         ->allow_extra_args(false);
     command->add_flag("--json", o.json, "as JSON");
@@ -236,6 +235,8 @@ void AddRepair(CLI::App& app, Commands& commands) {
                                    [&o] { return RunRepair(o); });
     AddDatabase(command, o.database);
     command->add_flag("--dry-run", o.dryRun, "say what would be done, and change nothing");
+    command->add_flag("--give-up", o.giveUp,
+                      "give up an interrupted change that can't be finished; its note is kept");
     command->footer("What is changed or taken out is kept in the database's folder .velquorne-repair-TIME.");
 }
 

@@ -100,6 +100,7 @@ int RunCheck(const CheckOptions& options);
 struct RepairOptions {
     std::string database;
     bool dryRun = false;
+    bool giveUp = false; ///< an interrupted change that can't be finished
 };
 int RunRepair(const RepairOptions& options);
 

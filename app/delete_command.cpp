@@ -44,8 +44,9 @@ bool Collect(const std::string& group, std::vector<int> numbers, std::vector<Doo
 
 bool Confirm(const std::string& group, const std::vector<Doomed>& records) {
     for (const Doomed& record : records) std::cerr << Line(group, record) << "\n";
-    std::cerr << "Delete " << (records.size() == 1 ? "this record" : "these records")
-              << " with all pictures that belong to it? [y/N] " << std::flush;
+    std::cerr << (records.size() == 1 ? "Delete this record with the pictures that belong to it? [y/N] "
+                                      : "Delete these records with the pictures that belong to them? [y/N] ")
+              << std::flush;
     std::string answer;
     std::getline(std::cin, answer);
     return answer == "y" || answer == "Y" || answer == "yes";
@@ -86,7 +87,10 @@ int RunDelete(const DeleteOptions& options) {
             Complain("nothing was deleted: there is nobody to ask; --yes deletes without asking");
             return kRefusedOrDiffers;
         }
-        if (!Confirm(database.group(), records)) return kRefusedOrDiffers;
+        if (!Confirm(database.group(), records)) {
+            Complain("nothing was deleted");
+            return kRefusedOrDiffers;
+        }
     }
     return database.Ended(Delete(database.group(), records));
 }

@@ -10,13 +10,16 @@
 #include <cstring>
 #include <filesystem>
 
+#include "win32/system_calls.h"
+
 namespace {
 
 namespace fs = std::filesystem;
 
 class OpenFile {
 public:
-    OpenFile(const std::string& path, int flags) : file_(::open(path.c_str(), flags | O_CLOEXEC, 0666)) {}
+    OpenFile(const std::string& path, int flags)
+        : file_(systemCalls->open(path.c_str(), flags | O_CLOEXEC, 0666)) {}
     ~OpenFile() { Close(); }
     OpenFile(const OpenFile&) = delete;
     OpenFile& operator=(const OpenFile&) = delete;
@@ -26,7 +29,7 @@ public:
     bool Close() {
         const int file = file_;
         file_ = -1;
-        return file < 0 || ::close(file) == 0;
+        return file < 0 || systemCalls->close(file) == 0;
     }
 
 private:
@@ -39,17 +42,18 @@ bool Fail(const std::string& path, std::string* error) {
 }
 
 bool SyncFolder(const fs::path& folder) {
-    const OpenFile file(folder.string(), O_RDONLY | O_DIRECTORY);
-    return file.ok() && ::fsync(file.get()) == 0;
+    return systemCalls->flushDirectory(folder.c_str()) == 0;
 }
 
 /// Makes the folders above `path`, each of them on the disk.
 bool MakeFoldersFor(const std::string& path, std::string* error) {
     const fs::path folder = fs::path(path).parent_path();
-    std::error_code trouble;
-    if (fs::is_directory(folder, trouble)) return true;
+    struct stat entry;
+    if (systemCalls->status(folder.c_str(), &entry) == 0 && S_ISDIR(entry.st_mode)) return true;
+    if (!folder.has_relative_path()) return Fail(folder.string(), error);
     if (!MakeFoldersFor(folder.string(), error)) return false;
-    if ((::mkdir(folder.c_str(), 0777) != 0 && errno != EEXIST) || !SyncFolder(folder.parent_path()))
+    if ((systemCalls->makeDirectory(folder.c_str(), 0777) != 0 && errno != EEXIST) ||
+        !SyncFolder(folder.parent_path()))
         return Fail(folder.string(), error);
     return true;
 }
@@ -57,7 +61,7 @@ bool MakeFoldersFor(const std::string& path, std::string* error) {
 bool CopyBytes(int from, int to) {
     std::array<char, 0x10000> buffer;
     for (;;) {
-        const ssize_t count = ::read(from, buffer.data(), buffer.size());
+        const ssize_t count = systemCalls->read(from, buffer.data(), buffer.size());
         if (count == 0) return true;
         if (count < 0 && errno == EINTR) continue;
         if (count < 0 || !WriteAll(to, buffer.data(), static_cast<uint64_t>(count))) return false;
@@ -68,16 +72,16 @@ bool CopyFileWhole(const std::string& from, const std::string& to) {
     const OpenFile source(from, O_RDONLY | O_NOFOLLOW);
     OpenFile target(to, O_WRONLY | O_CREAT | O_EXCL);
     struct stat entry;
-    if (!source.ok() || !target.ok() || ::fstat(source.get(), &entry) != 0) return false;
+    if (!source.ok() || !target.ok() || systemCalls->fileStatus(source.get(), &entry) != 0) return false;
     const std::array<timespec, 2> times = {entry.st_atim, entry.st_mtim};
-    return CopyBytes(source.get(), target.get()) && ::futimens(target.get(), times.data()) == 0 &&
-           ::fsync(target.get()) == 0 && target.Close();
+    return CopyBytes(source.get(), target.get()) && systemCalls->setTimes(target.get(), times.data()) == 0 &&
+           systemCalls->flush(target.get()) == 0 && target.Close();
 }
 
 /// Folders with all that is in them; links as links.
 bool CopyTree(const std::string& from, const std::string& to, std::string* error) {
     struct stat entry;
-    if (::lstat(from.c_str(), &entry) != 0) return Fail(from, error);
+    if (systemCalls->linkStatus(from.c_str(), &entry) != 0) return Fail(from, error);
     if (S_ISLNK(entry.st_mode)) {
         std::error_code trouble;
         fs::copy_symlink(from, to, trouble);
@@ -85,7 +89,7 @@ bool CopyTree(const std::string& from, const std::string& to, std::string* error
         return !trouble;
     }
     if (!S_ISDIR(entry.st_mode)) return CopyFileWhole(from, to) || Fail(from, error);
-    if (::mkdir(to.c_str(), 0777) != 0) return Fail(to, error);
+    if (systemCalls->makeDirectory(to.c_str(), 0777) != 0) return Fail(to, error);
     std::error_code trouble;
     for (fs::directory_iterator inner(from, trouble); !trouble && inner != fs::directory_iterator();
          inner.increment(trouble)) {
@@ -112,7 +116,7 @@ bool MoveByCopy(const std::string& from, const std::string& to, std::string* err
 bool WriteAll(int file, const void* bytes, uint64_t count) {
     const char* rest = static_cast<const char*>(bytes);
     while (count > 0) {
-        const ssize_t written = ::write(file, rest, count);
+        const ssize_t written = systemCalls->write(file, rest, count);
         if (written < 0 && errno == EINTR) continue;
         if (written <= 0) return false;
         rest += written;
@@ -126,18 +130,13 @@ bool CopyDurably(const std::string& from, const std::string& to, std::string* er
     if (CopyFileWhole(from, to) && SyncFolder(fs::path(to).parent_path())) return true;
     const bool ours = errno != EEXIST;
     Fail(to, error);
-    if (ours) ::unlink(to.c_str());
+    if (ours) systemCalls->remove(to.c_str());
     return false;
 }
 
 bool MoveDurably(const std::string& from, const std::string& to, std::string* error) {
     if (!MakeFoldersFor(to, error)) return false;
-    struct stat entry;
-    if (::lstat(to.c_str(), &entry) == 0) {
-        errno = EEXIST;
-        return Fail(to, error);
-    }
-    if (::rename(from.c_str(), to.c_str()) != 0)
+    if (systemCalls->rename(from.c_str(), to.c_str()) != 0)
         return errno == EXDEV ? MoveByCopy(from, to, error) : Fail(from, error);
     return (SyncFolder(fs::path(to).parent_path()) && SyncFolder(fs::path(from).parent_path())) ||
            Fail(from, error);
@@ -145,12 +144,13 @@ bool MoveDurably(const std::string& from, const std::string& to, std::string* er
 
 bool ReplaceDurably(const std::string& path, const std::string& work,
                     const std::function<bool(int file)>& write, std::string* error) {
-    OpenFile file(work, O_RDWR | O_CREAT | O_TRUNC | O_NOFOLLOW);
-    const bool made = file.ok() && write(file.get()) && ::fsync(file.get()) == 0 && file.Close() &&
-                      ::rename(work.c_str(), path.c_str()) == 0;
+    OpenFile file(work, O_WRONLY | O_CREAT | O_EXCL);
+    if (!file.ok()) return Fail(work, error);
+    const bool made = write(file.get()) && systemCalls->flush(file.get()) == 0 && file.Close() &&
+                      systemCalls->replace(work.c_str(), path.c_str()) == 0;
     if (!made) {
         Fail(path, error);
-        ::unlink(work.c_str());
+        systemCalls->remove(work.c_str());
         return false;
     }
     return SyncFolder(fs::path(path).parent_path()) || Fail(path, error);

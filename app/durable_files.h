@@ -15,7 +15,7 @@ bool CopyDurably(const std::string& from, const std::string& to, std::string* er
 bool MoveDurably(const std::string& from, const std::string& to, std::string* error);
 
 /// Replaces a file in one step by what `write` puts into a new one, whose path it gets.  The new file is made
-/// at `work`, which lies in the same folder; one that is there is replaced.
+/// at `work`, which lies on the same file system and must be free.
 bool ReplaceDurably(const std::string& path, const std::string& work,
                     const std::function<bool(int file)>& write, std::string* error);
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "app/store_words.h"
 #include "app/texts.h"
 #include "plugin/capture/post_art.h"
 #include "plugin/frame/globals.h"
@@ -50,7 +51,7 @@ bool RegisterFrontDocument(Session& session, const std::string& groupName, const
     // The number must not come to mean another record before its files lie beside it.
     const StoreLock lock(kStoreShared);
     if (!lock.held()) {
-        *error = "the database is in use by another program, or work on it was interrupted";
+        *error = WordsOfStoreTrouble();
         return false;
     }
     SelectGroup(groupName.c_str());
@@ -69,7 +70,7 @@ bool RegisterFrontDocument(Session& session, const std::string& groupName, const
     CopyText(texts.kind, header->kind);
     CopyText(texts.comment, header->comment);
     if (WriteRecord(groupName.c_str(), -1) != 0) {
-        *error = "the group file can't be written, or is damaged, or would grow too large";
+        *error = WordsOfStoreTrouble();
         return false;
     }
     registered->number = globals->curRecordNo;

@@ -5,7 +5,7 @@
 #include "app/open_database.h"
 #include "app/store_repair.h"
 #include "app/store_words.h"
-#include "plugin/store/interrupted_work.h"
+#include "plugin/frame/globals.h"
 #include "plugin/store/store_lock.h"
 
 namespace {
@@ -20,15 +20,14 @@ int DryRun(const std::string& folder) {
     return findings.empty() ? kDone : kRefusedOrDiffers;
 }
 
-int Repair(const std::string& folder) {
-    const bool interrupted = WorkIsInterrupted();
-    const StoreLock lock(kStoreExclusive);
+int Repair(const std::string& folder, bool giveUp) {
+    const StoreLock lock(kStoreExclusiveAsIs);
     if (!lock.held()) {
         Complain(folder + ": " + WordsOfStoreTrouble());
-        return kRefusedOrDiffers;
+        return globals->storeTrouble == StoreTrouble::kDisk ? kFileTrouble : kRefusedOrDiffers;
     }
-    if (interrupted) std::cout << "mended\t\\\tthe interrupted change was finished\n";
-    const RepairReport report = RepairStore(folder);
+    const RepairReport report =
+        RepairStore(folder, giveUp ? UnfinishedWork::kIsGivenUp : UnfinishedWork::kStays);
     for (const std::string& line : report.done) std::cout << "mended\t" << line << "\n";
     for (const std::string& line : report.failed) std::cout << "failed\t" << line << "\n";
     for (const Finding& finding : report.left)
@@ -43,5 +42,6 @@ int Repair(const std::string& folder) {
 int RunRepair(const RepairOptions& options) {
     const OpenedDatabase database(options.database);
     if (database.trouble() != kDone) return database.trouble();
-    return database.Ended(options.dryRun ? DryRun(options.database) : Repair(options.database));
+    return database.Ended(options.dryRun ? DryRun(options.database)
+                                         : Repair(options.database, options.giveUp));
 }

@@ -40,12 +40,6 @@ bool IsNoteName(const std::string& diskName) {
     return diskName.ends_with(kNoteSuffix) && diskName.size() > std::string_view(kNoteSuffix).size();
 }
 
-/// The plug-in reads notes by its own names of them.
-bool ReadNoteOnDisk(const std::string& diskPath, LinkNote* note) {
-    const StorePath stored = StorePathOfUtf8(diskPath);
-    return !stored.path.empty() && ReadLinkNote(stored.path.c_str(), note);
-}
-
 std::vector<fs::path> EntriesOf(const fs::path& folder) {
     std::vector<fs::path> paths;
     std::error_code trouble;
@@ -102,6 +96,7 @@ private:
 
     void CheckDataDirectory(const std::string& group, const fs::path& directory);
     void CheckEntry(const GroupFacts& facts, const fs::path& path);
+    bool ReadNoteOnDisk(const std::string& diskPath, LinkNote* note);
     std::vector<std::string> TakeOwners(const fs::path& directory);
     void CheckRecordDirectory(const GroupFacts& facts, uint32_t number, const fs::path& directory);
     void CheckNote(const GroupFacts& facts, const std::vector<std::string>& linked, bool sure,
@@ -122,8 +117,17 @@ private:
     std::map<std::string, std::vector<fs::path>> owners_; ///< pooled name on disk to the notes that name it
     std::set<std::pair<std::string, uint32_t>> withData_; ///< group and number
     std::vector<LostFile> lost_;
+    bool allNotesRead_ = true;
     std::vector<Finding> findings_;
 };
+
+/// The plug-in reads notes by its own names of them.  False if the bytes can't be had, whatever they say.
+bool FileChecks::ReadNoteOnDisk(const std::string& diskPath, LinkNote* note) {
+    const StorePath stored = StorePathOfUtf8(diskPath);
+    const bool read = !stored.path.empty() && ReadLinkNote(stored.path.c_str(), note);
+    allNotesRead_ &= read;
+    return read;
+}
 
 void FileChecks::CheckDataDirectory(const std::string& group, const fs::path& directory) {
     const auto found = groups_.find(group);
@@ -160,7 +164,10 @@ void FileChecks::CheckEntry(const GroupFacts& facts, const fs::path& path) {
         finding.along = std::move(owned);
     };
     if (name.ends_with(kRenumberedSuffix)) {
-        Tell(Severity::kError, path, "the files of a record whose number was being changed", facts.state);
+        Tell(Severity::kError, path,
+             "the files of a record whose number was being changed; renamed to the number of the record that "
+             "they belong to, they are found again",
+             facts.state);
     } else if (name.starts_with(kRemovedPrefix)) {
         putAside(Severity::kInfo, "what a delete has left");
     } else if (name.starts_with(kStalePrefix)) {
@@ -278,8 +285,9 @@ void FileChecks::CheckPool() {
         }
     }
     for (const LostFile& lost : lost_) Restore(lost, orphans);
-    // What several notes name goes with none of them.
+    // What several notes name goes with none of them, and a note that can't be read may name anything.
     for (Finding& finding : findings_) {
+        if (!allNotesRead_ && finding.remedy == Remedy::kPutAside) finding.remedy = Remedy::kNone;
         std::erase_if(finding.along, [&](const std::string& path) {
             return owners_[fs::path(path).filename().string()].size() > 1;
         });

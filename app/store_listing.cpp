@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "app/store_check_groups.h"
+#include "app/store_words.h"
 #include "app/texts.h"
 #include "plugin/frame/globals.h"
 #include "plugin/store/intent_note.h"
@@ -18,8 +19,7 @@ namespace fs = std::filesystem;
 constexpr size_t kMostParts = 3;
 constexpr std::string_view kLockFile = "VLQ.LCK";
 /// With a backslash in front, as those of the plug-in's own headers.
-constexpr std::string_view kWorkFiles[] = {"\\VLQ.TMP", "\\VLQ.NEW", kIntentWorkFile, kNoteWorkFile,
-                                           kSetAsideIntent};
+constexpr std::string_view kWorkFiles[] = {"\\VLQ.TMP", "\\VLQ.NEW", kIntentWorkFile, kNoteWorkFile};
 
 class Lister {
 public:
@@ -133,9 +133,7 @@ void Lister::TakeFile(const fs::path& path, const Parts& parts) {
 bool Lister::TakeWorkFile(const fs::path& path, const std::string& name, bool inRoot) {
     if (inRoot && name == kLockFile) return true;
     if (inRoot && "\\" + name == kIntentFile) {
-        Tell(Severity::kWarning, path,
-             "a delete, a move or a placement was interrupted and is to be finished")
-            .remedy = Remedy::kFinishWork;
+        Tell(Severity::kWarning, path, WordsOfInterruptedWork()).remedy = Remedy::kFinishWork;
         return true;
     }
     if (std::find(std::begin(kWorkFiles), std::end(kWorkFiles), "\\" + name) == std::end(kWorkFiles))

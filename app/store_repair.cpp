@@ -8,6 +8,8 @@
 
 #include "app/durable_files.h"
 #include "app/store_check_groups.h"
+#include "app/store_words.h"
+#include "plugin/store/interrupted_work.h"
 #include "plugin/store/swap_words.h"
 
 namespace {
@@ -18,6 +20,8 @@ namespace fs = std::filesystem;
 constexpr int kMostRounds = 4;
 constexpr uint32_t kCopyBytes = 0x100000;
 constexpr char kWorkFile[] = "VLQ.TMP";
+constexpr std::string_view kNoteWorkName = std::string_view(kNoteWorkFile).substr(1);
+constexpr std::string_view kIntentName = std::string_view(kIntentFile).substr(1);
 
 class Repair {
 public:
@@ -25,9 +29,10 @@ public:
         if (!root_.has_filename()) root_ = root_.parent_path();
     }
 
-    RepairReport Run();
+    RepairReport Run(UnfinishedWork unfinished);
 
 private:
+    bool EndInterruptedWork(UnfinishedWork unfinished);
     bool MendAll(const std::vector<Finding>& findings);
     bool Mend(const Finding& finding, std::string* error);
     bool MendGroup(const Finding& finding, std::string* error);
@@ -122,7 +127,7 @@ bool Repair::WriteNote(const Finding& finding, std::string* error) {
         !CopyDurably(finding.path, CopyPlace(finding.path), error))
         return false;
     return ReplaceDurably(
-        finding.path, finding.path + ".part",
+        finding.path, (root_ / kNoteWorkName).string(),
         [&](int out) { return WriteAll(out, finding.note.data(), finding.note.size()); }, error);
 }
 
@@ -142,9 +147,13 @@ bool Repair::Mend(const Finding& finding, std::string* error) {
 
 /// True if anything was mended.  One change of a group's file mends all that was found wrong with it.
 bool Repair::MendAll(const std::vector<Finding>& findings) {
+    // Work files first: the changes of groups and notes need their places.
+    std::vector<Finding> ordered = findings;
+    std::ranges::stable_partition(ordered,
+                                  [](const Finding& finding) { return finding.remedy == Remedy::kPutAside; });
     bool mended = false;
     std::set<std::string> changed;
-    for (const Finding& finding : findings) {
+    for (const Finding& finding : ordered) {
         if (finding.remedy == Remedy::kNone || tried_.contains(finding.path)) continue;
         const std::string line = finding.place + "\t" + WordsOfRemedy(finding);
         std::string error;
@@ -161,7 +170,35 @@ bool Repair::MendAll(const std::vector<Finding>& findings) {
     return mended;
 }
 
-RepairReport Repair::Run() {
+/// False if what was interrupted can neither be finished nor be given up.
+bool Repair::EndInterruptedWork(UnfinishedWork unfinished) {
+    if (!WorkIsInterrupted()) return true;
+    const std::string line = kIntentFile + ("\t" + WordsOfInterruptedWork());
+    if (FinishInterruptedWork() && !WorkIsInterrupted()) {
+        report_.done.push_back(line + ": finished, or undone where it had hardly begun");
+        return true;
+    }
+    if (unfinished == UnfinishedWork::kStays) {
+        report_.failed.push_back(line +
+                                 ": it can't be finished now, and nothing else was mended. If that stays so "
+                                 "though all files are in reach, --give-up mends the rest");
+        return false;
+    }
+    std::string error;
+    const std::string note = (root_ / kIntentName).string();
+    const bool moved = MoveDurably(note, CopyPlace(note), &error);
+    if (moved)
+        report_.done.push_back(line + ": given up; its note was moved into the folder of copies");
+    else
+        report_.failed.push_back(line + ": " + error);
+    return moved;
+}
+
+RepairReport Repair::Run(UnfinishedWork unfinished) {
+    if (!EndInterruptedWork(unfinished)) {
+        report_.left = CheckStore(root_.string(), Looks::kOnce);
+        return std::move(report_);
+    }
     for (int round = 0;; ++round) {
         report_.left = CheckStore(root_.string(), Looks::kOnce);
         if (round == kMostRounds || !MendAll(report_.left)) return std::move(report_);
@@ -186,6 +223,6 @@ std::string WordsOfRemedy(const Finding& finding) {
     return {};
 }
 
-RepairReport RepairStore(const std::string& folder) {
-    return Repair(folder).Run();
+RepairReport RepairStore(const std::string& folder, UnfinishedWork unfinished) {
+    return Repair(folder).Run(unfinished);
 }
