@@ -40,6 +40,19 @@ std::unique_ptr<Document> OpenDocument(const std::string& path, workbench::ReadR
     return document;
 }
 
+void LeaveOutMissingPictures(Document& document) {
+    std::vector<ArtHandle> missing;
+    for (size_t i = 0; i < document.LayerCount(); ++i) {
+        workbench::ForEachArt(*document.LayerAt(i).root, [&](const workbench::Art& art) {
+            const auto* placed = std::get_if<workbench::PlacedData>(&art.data);
+            std::error_code ignored;
+            if (placed && !std::filesystem::is_regular_file(placed->file, ignored))
+                missing.push_back(art.handle);
+        });
+    }
+    for (const ArtHandle art : missing) document.DisposeArt(document.Find(art));
+}
+
 bool KnownExtension(const std::string& path, std::string* error) {
     const std::string extension = ExtensionOf(path);
     for (const char* known : {".svg", ".pdf", ".png", ".json"}) {

@@ -71,6 +71,7 @@ private:
         workbench::ReadReport report;
         auto document = OpenDocument(share_.source + "/" + file, &report, &outcome->refused, share_.source);
         if (!document) return;
+        LeaveOutMissingPictures(*document);
         document->SelectAll();
         const RecordTexts texts = TextsOf(*document, &report.losses);
         outcome->lost = LossesLine(report.losses);

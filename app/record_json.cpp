@@ -346,8 +346,11 @@ Json RecordToJson(MemoryHandle record) {
                  {"expandedBytes", header.size},
                  {"objects", Json::array()}};
     ObjectWalk walk(record);
-    for (Bytes object = walk.Next(); !object.empty(); object = walk.Next())
-        json["objects"].push_back(Object(object));
+    std::vector<uint8_t> aligned; // objects stand at any byte, and the structures are used in place
+    for (Bytes object = walk.Next(); !object.empty(); object = walk.Next()) {
+        aligned.assign(object.begin(), object.end());
+        json["objects"].push_back(Object(aligned));
+    }
     if (walk.damaged()) json["objects"].push_back({{"damaged", true}});
     return json;
 }

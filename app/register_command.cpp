@@ -46,6 +46,7 @@ int RegisterFile(Session& session, const RegisterOptions& options, const std::st
         Complain(error);
         return std::filesystem::exists(file) ? kRefusedOrDiffers : kFileTrouble;
     }
+    LeaveOutMissingPictures(*document);
     if (!SelectArt(*document, options.select)) {
         Complain(file + ": no art bears the name '" + options.select + "'");
         return kRefusedOrDiffers;
