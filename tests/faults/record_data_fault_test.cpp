@@ -94,6 +94,14 @@ public:
         ASSERT_EQ(TextOf(root() / "_%%image" / "pic.tif"), "another's") << what;
     }
 
+    // As the files say, without reading whole records.
+    Names NamesIn(const std::string& group) {
+        Names names;
+        for (const Bytes& record : RecordsInFile(fileOf(group)))
+            names.emplace_back(reinterpret_cast<const char*>(&record[24]));
+        return names;
+    }
+
     // The records of both groups, in the old state or in the new one.  A change that said it failed has none
     // of it done, unless it said that it isn't finished.
     void CheckGroups(int32_t result, bool unknown, const Names& g, const Names& h, const std::string& what) {
@@ -117,9 +125,10 @@ public:
             CheckGroups(result, globals->storeTrouble == StoreTrouble::kUnfinished, g, h, what);
         };
         operation.checkStopped = [=, this](bool finished, const std::string& what) {
-            // The next one may be stopped as well while it makes good what it finds.
-            const auto nth = static_cast<unsigned>(1 + (std::hash<std::string>{}(what)) % 60);
-            RunStoppedAt(nth, [] { const StoreLock lock(kStoreExclusive); });
+            // Now and then the next one is stopped as well while it makes good what it finds.
+            const size_t nth = std::hash<std::string>{}(what) % 180;
+            if (nth < 60)
+                RunStoppedAt(static_cast<unsigned>(nth + 1), [] { const StoreLock lock(kStoreExclusive); });
             CheckGroups(0, !finished, g, h, what);
         };
         return operation;

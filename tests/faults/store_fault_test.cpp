@@ -2,17 +2,15 @@
 // on, and the process is stopped before each.  No record that was there may suffer, and no operation may
 // report a success that isn't one.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
-#include <functional>
 
 #include "plugin/store/record.h"
 #include "plugin/store/record_index.h"
+#include "tests/faults/fault_harness.h"
 #include "tests/support/store_fixture.h"
-#include "win32/fault_calls.h"
 
 namespace {
 
@@ -21,7 +19,7 @@ public:
     void SetUp() override {
         MakeGroup("G", {"a", "b", "c"});
         before_ = BytesOfFile(fileOf("G"));
-        for (int32_t number = 0; number < 3; ++number) stored_.push_back(Stored("G", number));
+        stored_ = RecordsInFile(fileOf("G"));
         MakeCurRecord("new");
         ASSERT_EQ(WriteRecord("G", -1), 0);
         appended_ = Stored("G", 3);
@@ -37,17 +35,12 @@ public:
         MakeCurRecord("new");
     }
 
-    int32_t Append() { return WriteRecord("G", -1); }
-    int32_t AppendToNewGroup() { return WriteRecord("New", -1); }
-    int32_t Rewrite() { return WriteRecord("G", 1); }
-    int32_t Delete() { return DeleteRecord("G", 1); }
-
-    bool Has(size_t number, size_t as) { return Stored("G", static_cast<int32_t>(number)) == stored_[as]; }
+    // The file is read by itself here, since reading whole records takes its time.
+    std::vector<Bytes> Records() { return RecordsInFile(fileOf("G")); }
 
     // Bodies and all fields but those that a rewrite gives are what they were; and the header is wholly the
     // old or wholly the new one.
-    void ExpectOldOrRewritten(bool mustBeNew, const std::string& what) {
-        const Bytes record = Stored("G", 1);
+    void ExpectOldOrRewritten(const Bytes& record, bool mustBeNew, const std::string& what) {
         if (!mustBeNew && record == stored_[1]) return;
         Bytes expected = stored_[1];
         ASSERT_EQ(record.size(), expected.size()) << what;
@@ -57,146 +50,80 @@ public:
     }
 
     void CheckAppend(int32_t result, const std::string& what) {
-        for (size_t number = 0; number < 3; ++number) ASSERT_TRUE(Has(number, number)) << what;
-        const uint32_t count = CountRecords("G");
-        if (result == 0) {
-            ASSERT_EQ(count, 4u) << what;
-        }
-        if (count == 3) return;
         // Said to have failed, but its count could not be taken back: it has to be whole then.
-        ASSERT_EQ(count, 4u) << what;
-        ASSERT_EQ(Stored("G", 3), appended_) << what;
+        std::vector<Bytes> records = Records();
+        if (result == 0 || records.size() == 4) {
+            ASSERT_EQ(records.size(), 4u) << what;
+            ASSERT_EQ(records.back(), appended_) << what;
+            records.pop_back();
+        }
+        ASSERT_EQ(records, stored_) << what;
     }
 
     void CheckNewGroup(int32_t result, const std::string& what) {
         CheckUntouched(what);
-        const uint32_t count = CountRecords("New");
-        if (result == 0) {
-            ASSERT_EQ(count, 1u) << what;
-        }
-        ASSERT_LE(count, 1u) << what;
-        if (count == 1) {
-            ASSERT_EQ(Stored("New", 0), appended_) << what;
-        }
+        const std::vector<Bytes> records = RecordsInFile(root() / "New.AID");
+        ASSERT_TRUE((records.empty() && result != 0) || records == std::vector<Bytes>{appended_}) << what;
     }
 
     void CheckRewrite(int32_t result, const std::string& what) {
-        ASSERT_EQ(CountRecords("G"), 3u) << what;
-        ASSERT_TRUE(Has(0, 0) && Has(2, 2)) << what;
-        ExpectOldOrRewritten(result == 0, what);
+        const std::vector<Bytes> records = Records();
+        ASSERT_EQ(records.size(), 3u) << what;
+        ASSERT_TRUE(records[0] == stored_[0] && records[2] == stored_[2]) << what;
+        ExpectOldOrRewritten(records[1], result == 0, what);
     }
 
     void CheckDelete(int32_t result, const std::string& what) {
         // If no call works behind the replacement, nobody can know of it: the file is whole all the same.
-        const bool unknown = what.find("from there on") != std::string::npos && CountRecords("G") == 2;
+        const bool unknown = what.find("from there on") != std::string::npos && Records().size() == 2;
         if (result != 0 && !unknown) return CheckUntouched(what);
-        ASSERT_EQ(CountRecords("G"), 2u) << what;
-        ASSERT_TRUE(Has(0, 0) && Has(1, 2)) << what;
+        ASSERT_EQ(Records(), (std::vector<Bytes>{stored_[0], stored_[2]})) << what;
     }
 
     void CheckUntouched(const std::string& what) { ASSERT_EQ(BytesOfFile(fileOf("G")), before_) << what; }
 
     // The list must tell the same as the file.
     void CheckList(const std::string& what) {
-        ASSERT_EQ(RihCount(globals->rihList), static_cast<int32_t>(CountRecords("G"))) << what;
+        const std::vector<Bytes> records = Records();
+        ASSERT_EQ(RihCount(globals->rihList), static_cast<int32_t>(records.size())) << what;
         for (int32_t row = 0; row < RihCount(globals->rihList); ++row) {
             const RihItem* item = RihItemOfRow(globals->rihList, row);
-            const Bytes record = Stored("G", static_cast<int32_t>(item->recNo));
-            ASSERT_FALSE(record.empty()) << what;
-            ASSERT_STREQ(item->name, reinterpret_cast<const char*>(&record[24])) << what;
+            ASSERT_STREQ(item->name, reinterpret_cast<const char*>(&records.at(item->recNo)[24])) << what;
         }
     }
 
-    using Run = int32_t (StoreFaultTest::*)();
     using Check = void (StoreFaultTest::*)(int32_t, const std::string&);
 
-    using Fault = std::function<void(FaultCalls&, unsigned)>;
-
-    // How many calls of a kind the operation makes when all goes well.
-    unsigned CallsOf(Run run, FaultCall kind) {
-        Restore();
-        FaultCalls faults;
-        EXPECT_EQ((this->*run)(), 0);
-        return faults.count(kind);
-    }
-
-    // Runs the operation with a fault at its Nth call of a kind, for every N.
-    void FailEveryCall(Run run, Check check, const char* name, FaultCall kind, const Fault& fault) {
-        const unsigned calls = CallsOf(run, kind);
-        unsigned failures = 0;
-        for (unsigned nth = 1; nth <= calls + 1; ++nth) {
-            Restore();
-            int32_t result;
-            {
-                FaultCalls faults;
-                fault(faults, nth);
-                result = (this->*run)();
-            }
-            if (result != 0) ++failures;
-            const std::string what = std::string(name) + " at call " + std::to_string(nth);
-            (this->*check)(result, what);
-            if (HasFatalFailure()) return;
-            if (result == 0 && run != &StoreFaultTest::AppendToNewGroup) CheckList(what);
-            if (HasFatalFailure()) return;
-        }
-        // A read that is cut short goes on; everything else must have been noticed at least once.
-        EXPECT_EQ(failures > 0, kind != kFaultRead) << name << " of " << calls;
-    }
-
-    void FailInEveryWay(Run run, Check check) {
-        FailEveryCall(run, check, "I/O error, once", kFaultAnyCall,
-                      [](FaultCalls& faults, unsigned nth) { faults.FailAt(nth, EIO); });
-        FailEveryCall(run, check, "I/O error, from there on", kFaultAnyCall,
-                      [](FaultCalls& faults, unsigned nth) { faults.FailFrom(nth, EIO); });
-        FailEveryCall(run, check, "access denied, once", kFaultAnyCall,
-                      [](FaultCalls& faults, unsigned nth) { faults.FailAt(nth, EACCES); });
-        FailEveryCall(run, check, "a write cut short", kFaultWrite,
-                      [](FaultCalls& faults, unsigned nth) { faults.CutWriteAt(nth); });
-        FailEveryCall(run, check, "full disk, once", kFaultWrite,
-                      [](FaultCalls& faults, unsigned nth) { faults.FailAt(nth, ENOSPC, kFaultWrite); });
-        FailEveryCall(run, check, "full disk, from there on", kFaultWrite,
-                      [](FaultCalls& faults, unsigned nth) { faults.FailFrom(nth, ENOSPC, kFaultWrite); });
-        FailEveryCall(run, check, "a flush that fails", kFaultFlush,
-                      [](FaultCalls& faults, unsigned nth) { faults.FailFrom(nth, EIO, kFaultFlush); });
-        FailEveryCall(run, check, "a read cut short", kFaultRead,
-                      [](FaultCalls& faults, unsigned nth) { faults.CutReadAt(nth); });
-    }
-
-    // The process ends before its Nth call, for every N; whoever comes next finds a state that was whole.
-    void StopBeforeEveryCall(Run run, Check check) {
-        for (unsigned nth = 1;; ++nth) {
-            Restore();
-            const pid_t child = fork();
-            ASSERT_GE(child, 0);
-            if (child == 0) {
-                FaultCalls faults;
-                faults.At(nth, [] { _exit(1); });
-                (this->*run)();
-                _exit(0);
-            }
-            int status = 0;
-            ASSERT_EQ(waitpid(child, &status, 0), child);
-            ASSERT_TRUE(WIFEXITED(status));
-            const bool finished = WEXITSTATUS(status) == 0;
-            const std::string what = "stopped before call " + std::to_string(nth);
-            CheckStopped(run, check, finished, what);
-            if (HasFatalFailure() || finished) return;
-        }
+    FaultedOperation Operation(int32_t (*run)(), Check check) {
+        const bool listed = check != &StoreFaultTest::CheckNewGroup;
+        return {.restore = [this] { Restore(); },
+                .run = run,
+                .check =
+                    [=, this](int32_t result, const std::string& what) {
+                        (this->*check)(result, what);
+                        if (!HasFatalFailure() && result == 0 && listed) CheckList(what);
+                    },
+                .checkStopped = [=, this](bool finished,
+                                          const std::string& what) { CheckStopped(check, finished, what); }};
     }
 
     // Nobody has been told anything: the old state and the new one are both right.
-    void CheckStopped(Run run, Check check, bool finished, const std::string& what) {
-        const bool deleted = run == &StoreFaultTest::Delete && CountRecords("G") == 2;
+    void CheckStopped(Check check, bool finished, const std::string& what) {
+        const bool deleted = check == &StoreFaultTest::CheckDelete && Records().size() == 2;
         (this->*check)(finished || deleted ? 0 : -1, what);
         if (HasFatalFailure()) return;
         // And the store goes on from there.
-        const uint32_t count = CountRecords("G");
+        const std::vector<Bytes> before = Records();
         MakeCurRecord("new");
-        ASSERT_EQ(Append(), 0) << what;
-        ASSERT_EQ(Stored("G", static_cast<int32_t>(count)), appended_) << what;
-        ASSERT_EQ(DeleteRecord("G", static_cast<int32_t>(count)), 0) << what;
-        ASSERT_EQ(CountRecords("G"), count) << what;
-        ASSERT_TRUE(Has(0, 0)) << what;
+        ASSERT_EQ(WriteRecord("G", -1), 0) << what;
+        ASSERT_EQ(Records().back(), appended_) << what;
+        ASSERT_EQ(DeleteRecord("G", static_cast<int32_t>(before.size())), 0) << what;
+        ASSERT_EQ(Records(), before) << what;
+    }
+
+    void FailAndStop(const FaultedOperation& operation) {
+        FailInEveryWay(operation);
+        if (!HasFatalFailure()) StopBeforeEveryCall(operation);
     }
 
     Bytes before_;
@@ -206,36 +133,20 @@ public:
 
 } // namespace
 
-TEST_F(StoreFaultTest, AppendFails) {
-    FailInEveryWay(&StoreFaultTest::Append, &StoreFaultTest::CheckAppend);
+TEST_F(StoreFaultTest, Append) {
+    FailAndStop(Operation([] { return WriteRecord("G", -1); }, &StoreFaultTest::CheckAppend));
 }
 
-TEST_F(StoreFaultTest, AppendToANewGroupFails) {
-    FailInEveryWay(&StoreFaultTest::AppendToNewGroup, &StoreFaultTest::CheckNewGroup);
+TEST_F(StoreFaultTest, AppendToANewGroup) {
+    FailAndStop(Operation([] { return WriteRecord("New", -1); }, &StoreFaultTest::CheckNewGroup));
 }
 
-TEST_F(StoreFaultTest, RewriteFails) {
-    FailInEveryWay(&StoreFaultTest::Rewrite, &StoreFaultTest::CheckRewrite);
+TEST_F(StoreFaultTest, Rewrite) {
+    FailAndStop(Operation([] { return WriteRecord("G", 1); }, &StoreFaultTest::CheckRewrite));
 }
 
-TEST_F(StoreFaultTest, DeleteFails) {
-    FailInEveryWay(&StoreFaultTest::Delete, &StoreFaultTest::CheckDelete);
-}
-
-TEST_F(StoreFaultTest, AppendIsStopped) {
-    StopBeforeEveryCall(&StoreFaultTest::Append, &StoreFaultTest::CheckAppend);
-}
-
-TEST_F(StoreFaultTest, AppendToANewGroupIsStopped) {
-    StopBeforeEveryCall(&StoreFaultTest::AppendToNewGroup, &StoreFaultTest::CheckNewGroup);
-}
-
-TEST_F(StoreFaultTest, RewriteIsStopped) {
-    StopBeforeEveryCall(&StoreFaultTest::Rewrite, &StoreFaultTest::CheckRewrite);
-}
-
-TEST_F(StoreFaultTest, DeleteIsStopped) {
-    StopBeforeEveryCall(&StoreFaultTest::Delete, &StoreFaultTest::CheckDelete);
+TEST_F(StoreFaultTest, Delete) {
+    FailAndStop(Operation([] { return DeleteRecord("G", 1); }, &StoreFaultTest::CheckDelete));
 }
 
 // A failed append leaves the file byte for byte as it was, when the disk is only full.
@@ -244,12 +155,12 @@ TEST_F(StoreFaultTest, AFullDiskLeavesTheFileAsItWas) {
         Restore();
         FaultCalls faults;
         faults.FailAt(nth, ENOSPC, kFaultWrite);
-        EXPECT_EQ(Append(), -1);
+        EXPECT_EQ(WriteRecord("G", -1), -1);
         EXPECT_EQ(globals->curRecordNo, -1);
         EXPECT_EQ(RihCount(globals->rihList), 3);
         CheckUntouched("write " + std::to_string(nth));
         faults.Reset();
-        EXPECT_EQ(Append(), 0); // the record is still there to be stored elsewhere
+        EXPECT_EQ(WriteRecord("G", -1), 0); // the record is still there to be stored elsewhere
         EXPECT_EQ(Stored("G", 3), appended_);
     }
 }
@@ -288,7 +199,7 @@ TEST_F(StoreFaultTest, DeleteReachesAnotherFileSystem) {
     std::filesystem::create_directory(root() / "F");
     const auto file = root() / "F" / "G.AID";
     WriteFileBytes(fileOf("G"), before_);
-    ASSERT_EQ(Delete(), 0);
+    ASSERT_EQ(DeleteRecord("G", 1), 0);
     const Bytes deleted = BytesOfFile(fileOf("G"));
     unsigned calls = 1;
     for (unsigned nth = 1; nth <= calls + 1; ++nth) {
@@ -314,15 +225,15 @@ TEST_F(StoreFaultTest, AFolderThatCannotBeWritten) {
         FaultCalls faults; // nothing is denied to root, so the calls are made to say it
         Restore();
         faults.FailFrom(1, EACCES, kFaultWrite);
-        EXPECT_EQ(Append(), -1);
-        EXPECT_EQ(Delete(), -1);
+        EXPECT_EQ(WriteRecord("G", -1), -1);
+        EXPECT_EQ(DeleteRecord("G", 1), -1);
     } else {
         Restore();
         std::filesystem::permissions(root(),
                                      std::filesystem::perms::owner_read | std::filesystem::perms::owner_exec);
         std::filesystem::permissions(fileOf("G"), std::filesystem::perms::owner_read);
-        EXPECT_EQ(Append(), -1);
-        EXPECT_EQ(Delete(), -1);
+        EXPECT_EQ(WriteRecord("G", -1), -1);
+        EXPECT_EQ(DeleteRecord("G", 1), -1);
         std::filesystem::permissions(root(), std::filesystem::perms::owner_all);
         std::filesystem::permissions(fileOf("G"), std::filesystem::perms::owner_all);
     }
