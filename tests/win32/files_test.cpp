@@ -49,20 +49,6 @@ TEST_F(FilesTest, PositionsBeyondALongAreRefusedAndLeftUntouched) {
     _lclose(file);
 }
 
-TEST_F(FilesTest, WhatCannotBeOpenedSaysWhy) {
-    EXPECT_EQ(_lopen(Path("none").c_str(), OF_READ), HFILE_ERROR);
-    EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
-    EXPECT_EQ(_lopen(Path("none\\file").c_str(), OF_READ), HFILE_ERROR);
-    EXPECT_EQ(GetLastError(), ERROR_PATH_NOT_FOUND);
-    ASSERT_TRUE(CreateDirectoryA(Path("folder").c_str(), nullptr));
-    EXPECT_EQ(_lopen(Path("folder").c_str(), OF_READ), HFILE_ERROR);
-    EXPECT_EQ(GetLastError(), ERROR_ACCESS_DENIED);
-    EXPECT_EQ(_lcreat(Path("folder").c_str(), 0), HFILE_ERROR);
-    char byte;
-    EXPECT_EQ(_lread(HFILE_ERROR, &byte, 1), static_cast<UINT>(HFILE_ERROR));
-    EXPECT_EQ(GetLastError(), ERROR_INVALID_HANDLE);
-}
-
 TEST_F(FilesTest, AFullDiskShowsInTheBytesWritten) {
     const HFILE file = _lcreat(Path("f").c_str(), 0);
     FaultCalls faults;

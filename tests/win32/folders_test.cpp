@@ -80,19 +80,6 @@ TEST_F(FoldersTest, NoNameLeadsOutOfAFolder) {
     EXPECT_EQ(ReadOnDisk("outside"), "x");
 }
 
-// File systems without a rename that spares the target take another way to the same result.
-TEST_F(FoldersTest, AMoveSparesAnExistingTargetAlsoWithoutTheSystemsHelp) {
-    WriteOnDisk("a", "a");
-    WriteOnDisk("b", "b");
-    EXPECT_FALSE(MoveFileA(Path("a").c_str(), Path("b").c_str()));
-    EXPECT_EQ(GetLastError(), ERROR_ALREADY_EXISTS);
-    EXPECT_EQ(ReadOnDisk("b"), "b");
-    EXPECT_FALSE(MoveFileA(Path("a").c_str(), Path("none\\a").c_str()));
-    EXPECT_EQ(GetLastError(), ERROR_PATH_NOT_FOUND);
-    EXPECT_FALSE(MoveFileA(Path("c").c_str(), Path("d").c_str()));
-    EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
-}
-
 TEST_F(FoldersTest, ToAnotherFileSystemAFileIsCopiedAndDeleted) {
     WriteOnDisk("a", "a");
     WriteOnDisk("b", "b");

@@ -35,21 +35,6 @@ TEST(DiskNames, EveryPairOfBytesComesBackFromANameOfItsOwn) {
     }
 }
 
-TEST(DiskNames, RandomByteStringsComeBack) {
-    std::mt19937 random(20240229);
-    for (int round = 0; round < 20000; ++round) {
-        std::string name;
-        for (size_t length = random() % 12 + 1; name.size() < length;) {
-            const char byte = static_cast<char>(random() % 255 + 1);
-            if (byte != '\\') name.push_back(byte);
-        }
-        const std::string diskName = DiskNameOfStoreName(name);
-        ASSERT_EQ(StoreNameOfDiskName(diskName), name);
-        ASSERT_EQ(diskName.find('\0'), std::string::npos);
-        for (std::string_view rest = diskName; !rest.empty();) ASSERT_NE(TakeUtf8(rest), kInvalidUtf8);
-    }
-}
-
 TEST(DiskNames, PeopleSeeTheCharactersTheyTyped) {
     EXPECT_EQ(DiskNameOfStoreName("図形A"), Utf8(u8"図形A"));
     EXPECT_EQ(DiskNameOfStoreName("表示"), Utf8(u8"表示")); // the first one's second byte is 0x5C

@@ -74,16 +74,6 @@ TEST_F(PluginModuleTest, EveryByteOfTheStateSurvivesAnUnload) {
     EXPECT_EQ(plugin.ShutDown(), kHostNoError);
 }
 
-TEST_F(PluginModuleTest, UnloadsAndReloadsManyTimes) {
-    PluginModule plugin(host, kFile);
-    ASSERT_EQ(plugin.StartUp(), kHostNoError) << plugin.error();
-    for (int i = 0; i < 10; ++i) {
-        ASSERT_EQ(plugin.Unload(), kHostNoError);
-        ASSERT_EQ(plugin.Reload(), kHostNoError);
-        ASSERT_EQ(plugin.Tick(nullptr), kHostNoError);
-    }
-}
-
 TEST_F(PluginModuleTest, MissingFileSaysWhy) {
     PluginModule missing(host, std::string(kFile) + ".missing");
     EXPECT_FALSE(missing.ready());
