@@ -80,14 +80,4 @@ TEST_F(CustomColorsTest, TheTableEndsAt255Rows) {
     EXPECT_EQ(Stream().back().substr(0, 14), "CustomColor255");
 }
 
-TEST_F(CustomColorsTest, TheSecondOfTwoNamesForTheSameValuesIsProcessColorOnly) {
-    const HostCustomColor definition{kCustomFour, {1, 0, 0, 0}, 0};
-    Fill(AddLine(root()), PaintOf(document().NewCustomColor("A", definition)));
-    Fill(AddLine(root()), PaintOf(document().NewCustomColor("B", definition)));
-    CaptureAll();
-    EXPECT_EQ(PathAt(0).style.fill.reference, 0x0100);
-    EXPECT_EQ(PathAt(1).style.fill.reference, 0);
-    EXPECT_EQ(PathAt(1).style.fill.u.four.cyan, Fix(1));
-}
-
 } // namespace

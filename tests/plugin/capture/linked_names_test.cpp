@@ -24,55 +24,37 @@ protected:
     }
 };
 
-TEST_F(LinkedNamesTest, AFileUsedTwiceIsStoredOnce) {
-    EXPECT_THAT(RegisterAll({"C:\\a\\x.tif", "C:\\a\\x.tif"}), ElementsAre("x.tif", "x.tif"));
-    EXPECT_EQ(globals->linkCount, 1);
-    EXPECT_STREQ(reinterpret_cast<char*>(BlockBytes(globals->linkPaths)), "C:\\a\\x.tif");
-    EXPECT_STREQ(reinterpret_cast<char*>(BlockBytes(globals->linkNames)), "x.tif");
-}
-
-TEST_F(LinkedNamesTest, FilesOfTheSameNameAreNumbered) {
-    EXPECT_THAT(RegisterAll({"C:\\a\\x.tif", "C:\\b\\x.tif", "C:\\c\\x.tif", "\\a\\y", "\\b\\y"}),
-                ElementsAre("x.tif", "x1.tif", "x2.tif", "y", "y1"));
-}
-
-// On Windows these would overwrite each other, or each other's notes.
-TEST_F(LinkedNamesTest, CaseAndExtensionDontKeepNamesApart) {
-    EXPECT_THAT(RegisterAll({"\\a\\A.tif", "\\a\\a.tif", "\\a\\a.eps", "\\a\\A"}),
-                ElementsAre("A.tif", "a1.tif", "a2.eps", "A3"));
-}
-
-// ア is 83 41, メ 83 61: bytes that are "A" and "a" only where they are characters by themselves.
-TEST_F(LinkedNamesTest, SecondBytesHaveNoCase) {
-    EXPECT_THAT(RegisterAll({"\\a\\ア.tif", "\\a\\メ.tif"}), ElementsAre("ア.tif", "メ.tif"));
-}
-
-TEST_F(LinkedNamesTest, ANumberGoesBeforeTheFirstPointOfTheBase) {
-    EXPECT_THAT(RegisterAll({"\\a\\x.v2.tif", "\\b\\x.v2.tif", "\\a\\.tif", "\\b\\.tif", "\\a\\.x.tif"}),
-                ElementsAre("x.v2.tif", "x1.v2.tif", "1.tif", "2.tif", "3.x.tif"));
-}
-
-TEST_F(LinkedNamesTest, NamesFitTheirBlockAtAnyNumber) {
+TEST_F(LinkedNamesTest, EachFileGetsAStoredNameOfItsOwn) {
     const std::string base(63, 'b');
-    EXPECT_THAT(RegisterAll({"\\a\\" + base + ".tif", "\\b\\" + base + ".tif"}),
-                ElementsAre(base.substr(0, 59) + ".tif", base.substr(0, 58) + "1.tif"));
-    EXPECT_EQ(Register("\\a\\" + std::string(200, 'c') + "." + std::string(40, 'e')),
-              std::string(48, 'c') + "." + std::string(14, 'e'));
-}
-
-TEST_F(LinkedNamesTest, CutsLeaveWholeCharacters) {
-    std::string base = "a";
-    for (int i = 0; i < 40; ++i) base += "図";
-    // 63 bytes less ".tif" are 59: one and 29 characters of two bytes.
-    EXPECT_EQ(Register("\\" + base + ".tif"), base.substr(0, 59) + ".tif");
-    // With a digit there is room for 58, and the half character goes.
-    EXPECT_EQ(Register("\\b\\" + base + ".tif"), base.substr(0, 57) + "1.tif");
-}
-
-// The second byte of 表 is a backslash, of ア a letter; neither ends a folder's name or starts an extension.
-TEST_F(LinkedNamesTest, SecondBytesSeparateNothing) {
-    EXPECT_EQ(Register("C:\\図.d\\表紙"), "表紙");
-    EXPECT_EQ(Register("C:\\図\\見表.tif"), "見表.tif");
+    std::string wide = "a";
+    for (int i = 0; i < 40; ++i) wide += "図";
+    const std::pair<Strings, Strings> cases[] = {
+        {{"C:\\a\\x.tif", "C:\\a\\x.tif"}, {"x.tif", "x.tif"}},
+        {{"C:\\a\\x.tif", "C:\\b\\x.tif", "C:\\c\\x.tif", "\\a\\y", "\\b\\y"},
+         {"x.tif", "x1.tif", "x2.tif", "y", "y1"}},
+        // On Windows these would overwrite each other, or each other's notes.
+        {{"\\a\\A.tif", "\\a\\a.tif", "\\a\\a.eps", "\\a\\A"}, {"A.tif", "a1.tif", "a2.eps", "A3"}},
+        // ア is 83 41, メ 83 61: bytes that are "A" and "a" only where they are characters by themselves.
+        {{"\\a\\ア.tif", "\\a\\メ.tif"}, {"ア.tif", "メ.tif"}},
+        // The second byte of 表 is a backslash, of ア a letter; neither ends a folder's name or starts an
+        // extension.
+        {{"C:\\図.d\\表紙", "C:\\図\\見表.tif"}, {"表紙", "見表.tif"}},
+        // A number goes before the first point of the base.
+        {{"\\a\\x.v2.tif", "\\b\\x.v2.tif", "\\a\\.tif", "\\b\\.tif", "\\a\\.x.tif"},
+         {"x.v2.tif", "x1.v2.tif", "1.tif", "2.tif", "3.x.tif"}},
+        // Names fit their block at any number, and cuts leave whole characters: 63 bytes less ".tif" are 59,
+        // one and 29 characters of two bytes; with a digit there is room for 58, and the half character goes.
+        {{"\\a\\" + base + ".tif", "\\b\\" + base + ".tif"},
+         {base.substr(0, 59) + ".tif", base.substr(0, 58) + "1.tif"}},
+        {{"\\" + wide + ".tif", "\\b\\" + wide + ".tif"},
+         {wide.substr(0, 59) + ".tif", wide.substr(0, 57) + "1.tif"}},
+        {{"\\a\\" + std::string(200, 'c') + "." + std::string(40, 'e')},
+         {std::string(48, 'c') + "." + std::string(14, 'e')}},
+    };
+    for (const auto& [paths, names] : cases) {
+        globals->linkCount = 0;
+        EXPECT_EQ(RegisterAll(paths), names);
+    }
 }
 
 TEST_F(LinkedNamesTest, ManyFilesOfOneName) {

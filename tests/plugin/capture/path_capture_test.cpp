@@ -27,58 +27,6 @@ protected:
     }
 };
 
-TEST_F(PathCaptureTest, GeometryStyleAndBlend) {
-    Art& path = *document().AppendArt(kArtPath, &root());
-    path.path()->segments = {{{10, 10}, {10, 10}, {10, 30}, 1}, {{50, 10}, {50, 30}, {50, 10}, 0}};
-    path.path()->closed = true;
-    HostPathStyle& style = path.path()->style;
-    style.fillPaint = 1;
-    style.fill = workbench::ThreeColor(0.5, 0.25, 1);
-    style.fillOverprint = 1;
-    style.strokePaint = 1;
-    style.stroke = workbench::FourColor(0, 1, 0, 0.5);
-    style.lineWidth = 2.5;
-    style.dash = {2, 1.5, {3, 4}};
-    style.lineCap = 2;
-    style.lineJoin = 1;
-    style.miterLimit = 8;
-    style.clip = 1;
-    style.evenOdd = 1;
-    style.resolution = 800;
-    path.blend = {workbench::kBlendMultiply, 0.75, 1, 2, 1};
-    CaptureAll();
-
-    const AidbPathObject stored = PathAt(0);
-    EXPECT_EQ(stored.header.size, 5160u);
-    EXPECT_EQ(stored.header.blendMode, 1u);
-    EXPECT_EQ(stored.header.opacity, Fix(0.75));
-    EXPECT_EQ(stored.header.isolated, 1);
-    EXPECT_EQ(stored.header.knockout, 2);
-    EXPECT_EQ(stored.header.alphaIsShape, 1);
-    EXPECT_EQ(stored.closed, 1);
-    EXPECT_EQ(stored.segmentCount, 2);
-    EXPECT_EQ(stored.style.fill.kind, kStoredThree);
-    EXPECT_EQ(stored.style.fill.u.three.green, Fix(0.25));
-    EXPECT_EQ(stored.style.fillOverprint, 1);
-    EXPECT_EQ(stored.style.stroke.u.four.black, Fix(0.5));
-    EXPECT_EQ(stored.style.lineWidth, Fix(2.5));
-    EXPECT_EQ(stored.style.dashCount, 2);
-    EXPECT_EQ(stored.style.dashes[1], Fix(4));
-    EXPECT_EQ(stored.style.lineCap, 2);
-    EXPECT_EQ(stored.style.lineJoin, 1);
-    EXPECT_EQ(stored.style.miterLimit, Fix(8));
-    EXPECT_EQ(stored.style.clip, 1);
-    EXPECT_EQ(stored.style.evenOdd, 1);
-    EXPECT_EQ(stored.style.resolution, Fix(800));
-    EXPECT_EQ(stored.block.ramp.type, 0);
-    EXPECT_EQ(stored.block.ramp.stopCount, 0);
-    const auto segments = SegmentsAt(0);
-    EXPECT_EQ(segments[0].corner, 1);
-    EXPECT_EQ(segments[0].out.y, Fix(20));
-    EXPECT_EQ(segments[1].anchor.x, Fix(40));
-    EXPECT_EQ(segments[1].in.y, Fix(20));
-}
-
 // Between two paths the block that they are made in must be clean again: the second, shorter one would
 // otherwise carry what the first one left.
 TEST_F(PathCaptureTest, NothingOfALongPathIsLeftInTheNext) {
@@ -162,18 +110,6 @@ TEST_F(PathCaptureTest, StopsThatDontFitAreLeftOutAndTheRestClosesUp) {
     EXPECT_THAT(Stream(), ElementsAre("path", "CustomColor001 = \"Ink\", 4, 0, 100, 0, 0, 0"));
 }
 
-TEST_F(PathCaptureTest, AGradientOnAStrokeBecomesGray) {
-    Art& path = AddLine(root());
-    HostColor gradient = PaintOf(document().NewGradient(""));
-    Stroke(path, gradient);
-    CaptureAll();
-    const AidbStyle style = PathAt(0).style;
-    EXPECT_EQ(style.strokeFlag, 1);
-    EXPECT_EQ(style.stroke.kind, kStoredGray);
-    EXPECT_EQ(style.stroke.u.gray, 0);
-    EXPECT_EQ(PathAt(0).block.ramp.stopCount, 0);
-}
-
 // A handle that paints nothing would make two captures of the same art differ.
 TEST_F(PathCaptureTest, UnpaintedPatternsAndGradientsLeaveNoHandle) {
     Art& path = AddLine(root());
@@ -185,21 +121,6 @@ TEST_F(PathCaptureTest, UnpaintedPatternsAndGradientsLeaveNoHandle) {
     EXPECT_THAT(Stream(), ElementsAre("path"));
     EXPECT_EQ(PathAt(0).style.fill.u.pattern.number, 0u);
     EXPECT_EQ(PathAt(0).style.stroke.u.gradient.number, 0u);
-}
-
-TEST_F(PathCaptureTest, EachUseOfAPatternIsARunOfItsOwn) {
-    const auto& pattern = AddPattern();
-    Art& path = AddLine(root());
-    Fill(path, PaintOf(pattern));
-    Stroke(path, PaintOf(pattern));
-    CaptureAll();
-    EXPECT_EQ(PathAt(0).style.fill.u.pattern.number, 1u);
-    EXPECT_EQ(PathAt(0).style.stroke.u.pattern.number, 2u);
-    EXPECT_THAT(Stream(), ElementsAre("path", "PatternArt00001 /", "path", "/ PatternArt00001",
-                                      "PatternArt00002 /", "path", "/ PatternArt00002"));
-    // The pattern's own lower left corner is its origin.
-    EXPECT_EQ(SegmentsAt(1)[0].anchor.x, 0);
-    EXPECT_EQ(SegmentsAt(1)[0].anchor.y, 0);
 }
 
 // Runs never lie within each other: a load that meets a run's notes takes all between them as one pattern.

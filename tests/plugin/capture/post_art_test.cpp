@@ -50,26 +50,6 @@ TEST_F(PostArtTest, HeaderHoldsSizeAndStamps) {
     EXPECT_STREQ(header.name, "");
 }
 
-// The stored point of the lower left corner is (0, 0), wherever the art lies on its page.
-TEST_F(PostArtTest, CoordinatesAreRelativeToTheLowerLeftCorner) {
-    AddPath(root(), {{-300, 500}, {-290, 450}});
-    AddPath(root(), {{-310, 470}, {-250, 480}});
-    CaptureAll();
-    EXPECT_EQ(SegmentsAt(0)[0].anchor.x, Fix(10));
-    EXPECT_EQ(SegmentsAt(0)[0].anchor.y, Fix(50));
-    EXPECT_EQ(SegmentsAt(0)[1].anchor.y, 0);
-    EXPECT_EQ(SegmentsAt(1)[0].anchor.x, 0);
-}
-
-TEST_F(PostArtTest, LayersComeTopmostFirst) {
-    document().InsertLayer(0, "Top");
-    AddPath(*document().LayerAt(0).root, {{0, 0}});
-    AddPath(*document().LayerAt(1).root, {{0, 0}, {1, 1}});
-    CaptureAll();
-    EXPECT_EQ(PathAt(0).segmentCount, 1);
-    EXPECT_EQ(PathAt(1).segmentCount, 2);
-}
-
 TEST_F(PostArtTest, OnlySelectedArtIsTaken) {
     Art& group = AddGroup(root());
     document().Select(AddLine(group), true);
@@ -105,17 +85,6 @@ TEST_F(PostArtTest, AnEmptyPathGivesNoObjectAndNoTags) {
     CaptureAll();
     EXPECT_THAT(Stream(), ElementsAre("path"));
     EXPECT_EQ(Header().header.boundsRight, Fix(100));
-}
-
-TEST_F(PostArtTest, TagsOfAContainerFollowItsClosingNote) {
-    Art& group = AddGroup(root());
-    group.tags.push_back({"a", "string", "1"});
-    Art& compound = AddCompoundPath(group);
-    compound.tags.push_back({"b", "string", "2"});
-    AddLine(compound);
-    CaptureAll();
-    EXPECT_THAT(Stream(), ElementsAre("GroupArt /", "CompoundPathArt /", "path", "/ CompoundPathArt",
-                                      "Tag = \"2\", string, b\r", "/ GroupArt", "Tag = \"1\", string, a\r"));
 }
 
 // The layer's own group has brackets only to carry the layer's title.
@@ -179,13 +148,6 @@ TEST_F(PostArtTest, StyledArtStandsForItsPath) {
     EXPECT_EQ(PathAt(0).segmentCount, 3);
 }
 
-TEST_F(PostArtTest, APathThatStylesItselfIsAPath) {
-    Art& path = AddLine(root());
-    path.styledArt = path.handle;
-    CaptureAll();
-    EXPECT_THAT(Stream(), ElementsAre("path"));
-}
-
 // Art that a broken style draws in its own place must not keep the host busy for ever.
 TEST_F(PostArtTest, AStyleThatLeadsInACircleEnds) {
     Art& path = AddLine(root());
@@ -197,31 +159,6 @@ TEST_F(PostArtTest, AStyleThatLeadsInACircleEnds) {
     EXPECT_EQ(std::count(stream.begin(), stream.end(), "path"), 1);
     EXPECT_EQ(std::count(stream.begin(), stream.end(), "StyledArt /"),
               std::count(stream.begin(), stream.end(), "/ StyledArt"));
-}
-
-TEST_F(PostArtTest, PluginArtIsItsResultWithoutBrackets) {
-    Art& plugin = *document().AppendArt(kArtPlugin, &root());
-    plugin.tags.push_back({"part", "string", "lid"});
-    Art& result = *document().AppendArt(kArtGroup, &plugin);
-    AddLine(result);
-    std::get<workbench::PluginArtData>(plugin.data).result = result.handle;
-    AddPath(root(), {{0, 0}});
-    document().Select(plugin, true);
-    Capture();
-    EXPECT_THAT(Stream(), ElementsAre("GroupArt /", "path", "/ GroupArt"));
-}
-
-// A pattern that is met within styled art must not put an end to "everything counts as selected" there.
-TEST_F(PostArtTest, ArtBehindAPatternInStyledArtIsStillTaken) {
-    Art& path = AddLine(root());
-    Art& produced = FreeGroup();
-    Fill(*produced.firstChild, PaintOf(AddPattern()));
-    AddLine(produced);
-    path.styledArt = produced.handle;
-    document().Select(path, true);
-    Capture();
-    EXPECT_THAT(Stream(), ElementsAre("StyledArt /", "GroupArt /", "path", "path", "/ GroupArt",
-                                      "/ StyledArt", "PatternArt00001 /", "path", "/ PatternArt00001"));
 }
 
 TEST_F(PostArtTest, ArtBehindStyledArtInPluginArtIsStillTaken) {
@@ -246,15 +183,6 @@ TEST_F(PostArtTest, VeryDeepArtIsTakenWithoutBrackets) {
     const Strings stream = Stream();
     EXPECT_EQ(stream.size(), 2 * 1023u + 1);
     EXPECT_EQ(stream[1023], "path");
-}
-
-TEST_F(PostArtTest, TwoCapturesOfTheSameArtAreTheSame) {
-    Fill(AddLine(root()), PaintOf(AddPattern()));
-    Stroke(AddLine(AddGroup(root())), PaintOf(document().NewCustomColor("Ink", {kCustomOne, {0.5}, 0})));
-    CaptureAll();
-    const auto once = ObjectsOf(globals->curRecord);
-    Capture();
-    EXPECT_EQ(ObjectsOf(globals->curRecord), once);
 }
 
 } // namespace

@@ -3,7 +3,6 @@
 #include "tests/plugin/capture/capture_fixture.h"
 
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 using workbench::Art;
 
 namespace {
@@ -90,14 +89,6 @@ protected:
     TestPainter painter_;
 };
 
-TEST_F(PreviewTest, WhatLiesOnTopPaintsLast) {
-    document().InsertLayer(0, "Top");
-    const Art& top = AddLine(*document().LayerAt(0).root);
-    const Art& second = AddLine(*document().LayerAt(1).root);
-    const Art& bottom = AddLine(*document().LayerAt(1).root);
-    EXPECT_THAT(DrawAll(), ElementsAre(&bottom, &second, &top));
-}
-
 TEST_F(PreviewTest, ContainersAreDrawnWholeOnlyWhereTheirMembersCantStandAlone) {
     Art& plain = AddGroup(root());
     const Art& member = AddLine(plain);
@@ -172,23 +163,6 @@ TEST_F(PreviewTest, PixelsAreTruncatedMeansOfFour) {
     EXPECT_THAT(PixelAt(0, 0), ElementsAre(0, 255, 255, 255));
     EXPECT_THAT(PixelAt(127, 127), ElementsAre(0, 191, 191, 191));
     EXPECT_THAT(PixelAt(2, 2), ElementsAre(0, 255, 255, 255));
-}
-
-// With `swapBytes` clear words lie in memory as they are stored, on a machine that isn't this one.
-TEST_F(PreviewTest, PackedPixelsFollowTheByteOrder) {
-    EXPECT_EQ(PackPreviewPixel(1, 2, 3), 0x03020100u);
-    globals->swapBytes = 0;
-    EXPECT_EQ(PackPreviewPixel(1, 2, 3), 0x00010203u);
-    globals->swapBytes = 1;
-}
-
-TEST_F(PreviewTest, WithoutAPictureThePreviewStaysZero) {
-    painter_.broken = true;
-    AddLine(root());
-    CaptureAll();
-    EXPECT_THAT(painter_.drawn, IsEmpty());
-    EXPECT_THAT(PixelAt(64, 64), ElementsAre(0, 0, 0, 0));
-    EXPECT_EQ(Stream().size(), 1u);
 }
 
 } // namespace

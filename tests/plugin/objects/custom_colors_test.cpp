@@ -30,20 +30,6 @@ protected:
     }
 };
 
-TEST_F(CustomColorTest, DefinitionAndNameAreReadInThePlatformsEncoding) {
-    const auto ink = Ink("\xE9\x87\x91", kCustomFour, 0.25, 0, 0.5, 1, 3); // "gold" in UTF-8
-    customColorEntry entry;
-    std::memset(&entry, 0xAA, sizeof entry);
-    ASSERT_EQ(FetchCustomColor(ink, &entry), kHostNoError);
-    EXPECT_EQ(entry.kind, kCustomFour);
-    EXPECT_EQ(entry.flags, 3);
-    EXPECT_EQ(entry.values[2], 0.5);
-    EXPECT_EQ(entry.values[3], 1.0);
-    EXPECT_EQ(entry.nameLength, 2);
-    EXPECT_EQ(std::string(entry.name, 4), std::string("\x8B\xE0\0\0", 4)); // the same in cp932
-    for (const char c : std::string(entry.name + 2, sizeof entry.name - 2)) EXPECT_EQ(c, 0);
-}
-
 TEST_F(CustomColorTest, NameIsCutAt254Bytes) {
     const auto ink = Ink(std::string(300, 'n'), kCustomOne, 1);
     customColorEntry entry;
@@ -121,26 +107,6 @@ TEST_F(CustomColorTest, RowsBeyondTheTableAreNotRead) {
     globals->customCount = -1;
     EXPECT_EQ(Stored(ink, 0).reference + 0, 0);
     globals->customCount = 0;
-}
-
-TEST_F(CustomColorTest, RefusedDefinitionGivesAnEntryThatEqualsNone) {
-    const auto ink = Ink("ink", kCustomFour, 1);
-    for (const uint64_t call : {1, 2, 3}) {
-        SCOPED_TRACE(call);
-        customColorEntry entry;
-        host().RefuseCall(call);
-        const HostError error = FetchCustomColor(ink, &entry);
-        if (error != kHostNoError) {
-            EXPECT_EQ(entry.kind, -1);
-            EXPECT_EQ(entry.nameLength, 0);
-        }
-        host().RefuseNone();
-    }
-    host().RefuseCall(1);
-    const AidbColor stored = Stored(ink, 0);
-    host().RefuseNone();
-    EXPECT_EQ(stored.kind + 0, kStoredCustom);
-    EXPECT_EQ(stored.reference + 0, 0);
 }
 
 } // namespace

@@ -24,18 +24,6 @@ protected:
     }
 };
 
-TEST_F(ObjectStreamTest, AppendedObjectsLieOneBehindTheOther) {
-    const std::vector<Bytes> objects = {HostMesh(), HostNote(), HostPath(), HostRaster(17)};
-    uint64_t bytes = kEmptyRecordBytes;
-    for (const Bytes& object : objects) {
-        ASSERT_EQ(AddAIDBObj(record(), object.data()), 0);
-        bytes += object.size();
-        EXPECT_EQ(header().size, bytes);
-    }
-    EXPECT_EQ(header().objectCount, 4u);
-    EXPECT_EQ(Objects(), objects);
-}
-
 TEST_F(ObjectStreamTest, RecordGrowsBeyondItsBlockAndKeepsWhatItHolds) {
     std::memset(BlockBytes(record()) + kPreviewOffset, 0x77, kPreviewBytes);
     const Bytes raster = HostRaster(18);
@@ -89,43 +77,6 @@ TEST_F(ObjectStreamTest, RefusesToAppendWhereTheEndIsNotKnown) {
     EXPECT_EQ(AddAIDBObj(record(), reinterpret_cast<const uint8_t*>(&tooShort)), -1);
     EXPECT_EQ(header().objectCount, 0u);
     EXPECT_EQ(AddAIDBObj(record(), object.data()), 0);
-}
-
-TEST_F(ObjectStreamTest, FetchedObjectIsACopyInABlockThatGrows) {
-    HandleOwner fetched;
-    ASSERT_EQ(AddAIDBObj(record(), HostMesh().data()), 0);
-    const Bytes big = HostRaster(18);
-    Bytes huge = big;
-    huge.resize(0x20001);
-    reinterpret_cast<AidbObjectHeader*>(huge.data())->size = 0x20001;
-    ASSERT_EQ(AddAIDBObj(record(), huge.data()), 0);
-
-    ASSERT_EQ(GetAIDBObj(record(), 0, fetched.get()), 0);
-    EXPECT_EQ(BlockSize(fetched.get()), kSmallGrain);
-    EXPECT_EQ(Bytes(fetched.bytes(), fetched.bytes() + 280), HostMesh());
-    ASSERT_EQ(GetAIDBObj(record(), 1, fetched.get()), 0);
-    EXPECT_EQ(BlockSize(fetched.get()), 2 * kSmallGrain);
-    EXPECT_EQ(Bytes(fetched.bytes(), fetched.bytes() + huge.size()), huge);
-    EXPECT_EQ(GetAIDBObj(record(), 2, fetched.get()), -1);
-    EXPECT_EQ(GetAIDBObj(record(), -1, fetched.get()), -1);
-    EXPECT_EQ(GetAIDBObj(nullptr, 0, fetched.get()), -1);
-}
-
-TEST_F(ObjectStreamTest, OffsetsFindTheObjectsThatTheWalkFinds) {
-    for (int i = 0; i < 50; ++i) ASSERT_EQ(AddNote(std::string(static_cast<size_t>(i), 'x').c_str()), 0);
-    const ObjectOffsets offsets(record());
-    const auto objects = Objects();
-    ASSERT_EQ(offsets.count(), 50u);
-    for (uint32_t i = 0; i < 50; ++i) {
-        const auto object = offsets.Object(record(), i);
-        EXPECT_EQ(Bytes(object.begin(), object.end()), objects[i]);
-    }
-    EXPECT_TRUE(offsets.Object(record(), 50).empty());
-
-    // A record that changed under the offsets gives no objects instead of bytes beyond its end.
-    header().size = kEmptyRecordBytes;
-    EXPECT_TRUE(offsets.Object(record(), 49).empty());
-    EXPECT_TRUE(offsets.Object(nullptr, 0).empty());
 }
 
 // ---- Damage ----
@@ -214,22 +165,6 @@ TEST_F(ObjectStreamTest, CountsAreClippedToWhatTheObjectHolds) {
     image->tileCount = 0xFFFFFFFF;
     EXPECT_EQ(RasterTiles(raster).size(), 2 * 4096u);
     EXPECT_EQ(FindRasterStyle(raster), nullptr);
-}
-
-TEST_F(ObjectStreamTest, FreeStandingObjectGrowsByZeroBytes) {
-    HandleOwner object;
-    uint64_t used = 0;
-    uint8_t* first = GrowObject(object.get(), used, 40, kSmallGrain);
-    ASSERT_NE(first, nullptr);
-    std::memset(first, 0xAB, 40);
-    std::memset(object.bytes() + 40, 0xCD, 10); // left from an earlier, longer object
-    uint8_t* more = GrowObject(object.get(), used, kSmallGrain, kSmallGrain);
-    ASSERT_NE(more, nullptr);
-    EXPECT_EQ(used, 40 + kSmallGrain);
-    EXPECT_EQ(object.bytes()[39], 0xAB);
-    EXPECT_EQ(more[0], 0);
-    EXPECT_EQ(GrowObject(object.get(), used, 0x7FFFFFFF, kSmallGrain), nullptr);
-    EXPECT_EQ(used, 40 + kSmallGrain);
 }
 
 } // namespace

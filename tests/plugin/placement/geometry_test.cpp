@@ -105,13 +105,6 @@ TEST_F(GeometryTest, ToleranceIsTwoPixels) {
     EXPECT_EQ(PullTolerance(), 0.0);
 }
 
-TEST_F(GeometryTest, PlainMeasures) {
-    EXPECT_EQ(Distance({1, 2}, {4, 6}), 5.0);
-    EXPECT_DOUBLE_EQ(AngleBetween({1, 1}, {1, 3}), kPi / 2);
-    EXPECT_DOUBLE_EQ(AngleBetween({1, 1}, {0, 1}), kPi);
-    EXPECT_EQ(MinOf(-1, 2) + MaxOf(-1, 2) + AbsOf(-4), 5.0);
-}
-
 TEST_F(GeometryTest, RoundsHalvesAwayFromZero) {
     const std::pair<double, int32_t> cases[] = {
         {0.49, 0},         {0.5, 1},           {1.5, 2},
@@ -187,16 +180,6 @@ TEST_F(GeometryTest, NearLineMovesOneCoordinate) {
     }
 }
 
-TEST_F(GeometryTest, ChordOfNoLengthTakesWhatIsInItsBox) {
-    HostPoint point{6.5, 3.5};
-    EXPECT_TRUE(ProjectOntoChord(point, {5, 5}, {5, 5}, 2.0));
-    EXPECT_EQ(point.x, 5);
-    EXPECT_EQ(point.y, 5);
-    point = {7.5, 5};
-    EXPECT_FALSE(ProjectOntoChord(point, {5, 5}, {5, 5}, 2.0));
-    EXPECT_EQ(point.x, 7.5);
-}
-
 // The second way works with the chord's parameter instead of two crossing lines.
 TEST_F(GeometryTest, ProjectionIsTheNearestPointOfTheChord) {
     int hits = 0;
@@ -216,20 +199,6 @@ TEST_F(GeometryTest, ProjectionIsTheNearestPointOfTheChord) {
         EXPECT_LT(DistanceToChord(moved, a, b), 1e-7);
     }
     EXPECT_GT(hits, 2000);
-}
-
-TEST_F(GeometryTest, CurvePointsAreThoseOfTheCurve) {
-    for (int i = 0; i < 50; ++i) {
-        const Piece piece = CurveOf(AnyPoint(), AnyPoint(), AnyPoint(), AnyPoint());
-        for (int step = 0; step <= kCurveSteps; ++step) {
-            const HostPoint point = CurvePoint(piece.first, piece.second, step);
-            EXPECT_LT(Distance(point, DeCasteljau(piece, step / 64.0)), 1e-9);
-        }
-        const HostPoint start = CurvePoint(piece.first, piece.second, 0),
-                        end = CurvePoint(piece.first, piece.second, 64);
-        EXPECT_EQ(start.x, piece.first.anchor.x);
-        EXPECT_EQ(end.y, piece.second.anchor.y);
-    }
 }
 
 TEST_F(GeometryTest, QuarterCirclesAreArcsWhereverTheyLie) {
@@ -327,15 +296,6 @@ TEST_F(GeometryTest, NearArcTakesItsOwnQuarterAlone) {
         EXPECT_LT(Distance(moved, OnCircle(center, radius, start + kPi / 4 + along)), 0.002);
     }
     EXPECT_GT(hits, 1000);
-}
-
-TEST_F(GeometryTest, OtherCurvesNeedTheFlag) {
-    const Piece half = CurveOf({50, 0}, {50, 66.67}, {-50, 66.67}, {-50, 0});
-    HostPoint point{0, 51};
-    EXPECT_FALSE(NearCurve(point, half.first, half.second, 2.0, 0));
-    EXPECT_EQ(point.y, 51);
-    EXPECT_TRUE(NearCurve(point, half.first, half.second, 2.0, 1));
-    EXPECT_NEAR(point.y, 50.0, 0.01);
 }
 
 TEST_F(GeometryTest, FollowsTheCurveAsCloselyAsItsChords) {

@@ -49,15 +49,6 @@ TEST_F(CustomColorTest, ANewColourGetsItsDefinitionAndASwatchAtTheEnd) {
     EXPECT_EQ(globals->customColors[6].nameLength, 15);
 }
 
-TEST_F(CustomColorTest, LabValuesAreTakenAsTheyStand) {
-    LoadCustomColor("1 = \"Lab\", 2, 0, 52.5, -12.3, 7");
-    LoadCustomColor("2 = \"Rgb\", 3, 0, 50, 25, 100");
-    EXPECT_EQ(Definition(1).kind, kCustomLab);
-    EXPECT_DOUBLE_EQ(Definition(1).values[1], -12.3);
-    EXPECT_EQ(Definition(2).kind, kCustomThree);
-    EXPECT_DOUBLE_EQ(Definition(2).values[2], 1.0);
-}
-
 TEST_F(CustomColorTest, AnEqualColourOfThatNameIsUsedAndNoSwatchTouched) {
     HostCustomColor stored = kCyan;
     stored.values[1] = 0.12345; // stored as 12.3 percent
@@ -131,35 +122,6 @@ TEST_F(CustomColorTest, ALongNameIsCutAtAWholeCharacter) {
     EXPECT_EQ(globals->customColors[0].nameLength, 253);
     LoadCustomColor("002 = \"a" + name + "\", 4, 0, 0, 0, 0, 100");
     EXPECT_EQ(NameOfRow(2), "a" + inHost.substr(0, 126 * 3));
-}
-
-TEST_F(CustomColorTest, PaintRefersToTheColoursOfTheNotes) {
-    AidbPathObject* path = Path(1);
-    path->style.fillFlag = 1;
-    path->style.fill.kind = kStoredFour;
-    path->style.fill.reference = 2 << 8 | 100;
-    path->style.stroke.reference = 3 << 8;
-    Note("CustomColor001 = \"A\", 4, 0, 1, 1, 1, 1");
-    Note("CustomColor002 = \"B\", 3, 0, 50, 50, 50");
-    EXPECT_EQ(Load(), kHostNoError);
-    const HostPathStyle& style = First().path()->style;
-    ASSERT_EQ(style.fill.kind, kColorCustom);
-    EXPECT_EQ(document().Find(style.fill.u.custom.color)->name, "B");
-    EXPECT_DOUBLE_EQ(style.fill.u.custom.tint, 0.5);
-    EXPECT_EQ(style.stroke.kind, kColorGray); // row 3 is beyond the table
-    EXPECT_THAT(Swatches(), ElementsAre("B", "A"));
-}
-
-// The notes stand between the art and the patterns, so a plain walk from the end meets the pattern first.
-TEST_F(CustomColorTest, ThePaintOfPatternsRefersToThemToo) {
-    PatternPath(1, 1);
-    Note("CustomColor001 = \"A\", 4, 0, 1, 1, 1, 1");
-    Note("PatternArt00001 /");
-    Path(2)->style.stroke.reference = 1 << 8;
-    Note("/ PatternArt00001");
-    EXPECT_EQ(Load(), kHostNoError);
-    const auto pattern = First().path()->style.fill.u.pattern.pattern;
-    EXPECT_EQ(document().Find(pattern)->art->firstChild->path()->style.stroke.kind, kColorCustom);
 }
 
 } // namespace

@@ -31,6 +31,25 @@ std::string Describe(const workbench::Art& art) {
     }
 }
 
+std::string DescribeAll(workbench::Document& document, const workbench::Art& art) {
+    std::string text;
+    for (const workbench::Art* member = art.firstChild; member; member = member->below)
+        text += (text.empty() ? "" : " ") + DescribeAll(document, *member);
+    if (const workbench::PathData* path = art.path()) {
+        text = Describe(art);
+        const HostColor& fill = path->style.fill;
+        if (path->style.fillPaint && fill.kind == kColorPattern) {
+            const workbench::Pattern* pattern = document.Find(fill.u.pattern.pattern);
+            text += "[" + (pattern && pattern->art ? DescribeAll(document, *pattern->art) : "lost") + "]";
+        }
+    } else {
+        const std::string whole = Describe(art);
+        text = whole.substr(0, whole.find('(') + 1) + text + ")";
+    }
+    for (const std::string& tag : TagsOf(art)) text += "#" + tag;
+    return text;
+}
+
 std::vector<std::string> TagsOf(const workbench::Art& art) {
     std::vector<std::string> lines;
     for (const workbench::Tag& tag : art.tags)

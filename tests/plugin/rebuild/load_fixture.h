@@ -17,6 +17,9 @@ Fixed Stored(double value);
 /// compound path, `x(...)` plug-in art; `!` behind a group's letter says that it is clipped.
 std::string Describe(const workbench::Art& art);
 
+/// The same with the art of a path's pattern behind it in brackets, and tags as `#name=value` behind each.
+std::string DescribeAll(workbench::Document& document, const workbench::Art& art);
+
 /// The tags of art as "name=value" lines, in their order; other types than "string" as "name:type=value".
 std::vector<std::string> TagsOf(const workbench::Art& art);
 

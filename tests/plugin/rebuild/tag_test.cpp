@@ -21,17 +21,6 @@ protected:
     }
 };
 
-TEST_F(TagNoteTest, OneTagALine) {
-    LoadArtTagProcess("Tag = \"a = b, c\\d\", string, one\rTag = 2, other, two\r'Tag = 3, string, three\r\r");
-    EXPECT_THAT(Pending(), ElementsAre("one|string|a = b, c\\d", "two|other|2"));
-}
-
-TEST_F(TagNoteTest, LinesThatAreNoTagsAreIgnored) {
-    LoadArtTagProcess(
-        "tag = \"1\", string, a\rTags = \"2\", string, b\rTag = \"3\", string\rTag\rTag = \"\", string, c");
-    EXPECT_THAT(Pending(), ElementsAre("c|string|"));
-}
-
 TEST_F(TagNoteTest, ANoteWithoutAGoodLineEmptiesThePendingTags) {
     LoadArtTagProcess("Tag = 1, string, a\r");
     LoadArtTagProcess("Tag = 1, string\r");
@@ -71,33 +60,6 @@ protected:
         return layer.title + ": " + Describe(*layer.root);
     }
 };
-
-TEST_F(TagLoadTest, TagsGoToTheGroupCompoundPathOrPathBeforeThem) {
-    Note("GroupArt /");
-    Note("CompoundPathArt /");
-    Path(1);
-    Note("Tag = \"p\", string, n\r");
-    Note("/ CompoundPathArt");
-    Note("Tag = \"c\", string, n\r");
-    Path(2);
-    Note("/ GroupArt");
-    Note("Tag = \"g\", string, n\rTag = \"x\", number, m\r");
-    Load();
-    ASSERT_EQ(Page(), "g(c(p1) p2)");
-    EXPECT_THAT(TagsOf(First()), ElementsAre("n=g"));
-    EXPECT_THAT(TagsOf(*First().firstChild), ElementsAre("n=c"));
-    EXPECT_THAT(TagsOf(*First().firstChild->firstChild), ElementsAre("n=p"));
-    EXPECT_THAT(TagsOf(*First().lastChild), IsEmpty());
-}
-
-TEST_F(TagLoadTest, WithoutTheOptionALayerTitleNeitherMovesArtNorBecomesATag) {
-    MakeLayers();
-    Path(1);
-    Note("Tag = \"v\", string, n\rTag = \"Top\", string, aidb_layer_title\r");
-    Load();
-    EXPECT_EQ(LayerText(0), "Top: g()");
-    EXPECT_THAT(TagsOf(First()), ElementsAre("n=v"));
-}
 
 TEST_F(TagLoadTest, WithTheOptionAGroupMovesWithAllThatIsBuiltInIt) {
     MakeLayers();
@@ -162,30 +124,6 @@ TEST_F(TagTreeTest, CopiedTagsReplaceStringsAndLeaveOtherTypes) {
     EXPECT_THAT(TagsOf(*target), ElementsAre("number:real=2", "both=4", "new=6"));
 }
 
-TEST_F(TagTreeTest, TreesAreCountedByGroupsAloneInOrder) {
-    workbench::Art* root = AddArt(kArtGroup, nullptr);
-    workbench::Art* compound = AddArt(kArtCompoundPath, root);
-    AddArt(kArtPath, compound);
-    workbench::Art* inner = AddArt(kArtGroup, root);
-    workbench::Art* path = AddArt(kArtPath, inner);
-    workbench::Art* top = AddArt(kArtPath, root);
-    AddArt(kArtPath, nullptr); // a sibling of the root is no part of its tree
-    EXPECT_THAT(ListArtTree(root->handle, nullptr),
-                ElementsAre(root->handle, top->handle, inner->handle, path->handle, compound->handle));
-    EXPECT_EQ(CountArtTree(root->handle, nullptr), 5u);
-    EXPECT_EQ(CountArtTree(root->handle, inner->handle), 3u);
-    EXPECT_EQ(CountArtTree(root->handle, root->handle), 0u);
-}
-
-TEST_F(TagTreeTest, ATreeOfAnyDepthIsWalked) {
-    // Free-standing, from the inside out, so that no step of the test itself walks up a long way.
-    constexpr int kDepth = 20000;
-    workbench::Art* art = document().AppendArt(kArtGroup, &const_cast<workbench::Art&>(Root()));
-    workbench::Art* root = art;
-    for (int i = 1; i < kDepth; ++i) art = document().AppendArt(kArtGroup, art);
-    EXPECT_EQ(CountArtTree(root->handle, nullptr), static_cast<size_t>(kDepth));
-}
-
 // ---- The drop onto existing art ----
 
 class TagTransferTest : public LoadFixture {
@@ -221,15 +159,6 @@ protected:
 private:
     std::string before_;
 };
-
-TEST_F(TagTransferTest, OneObjectGivesItsTagsToTheTarget) {
-    workbench::Art* target = AddArt(kArtPath, nullptr);
-    target->tags.push_back({"old", "string", "x"});
-    TaggedPath(1, "v");
-    Drop(target);
-    EXPECT_THAT(TagsOf(*target), ElementsAre("n=v"));
-    EXPECT_THAT(Alerts(), IsEmpty());
-}
 
 TEST_F(TagTransferTest, AGroupIsLaidAgainstTheNearestAncestorOfItsSize) {
     workbench::Art* outer = AddArt(kArtGroup, nullptr);
@@ -289,24 +218,6 @@ TEST_F(TagTransferTest, PairsOfDifferentKindAreLeftAloneAndSaidOnce) {
     Drop(lower);
     EXPECT_THAT(Alerts(),
                 ElementsAre(reinterpret_cast<const char*>(u8"オブジェクトのタイプが一致しません。")));
-}
-
-TEST_F(TagTransferTest, ArtThatATitleMovesToAnotherLayerStays) {
-    workbench::Art* target = AddArt(kArtPath, nullptr);
-    globals->layerOption = 1;
-    Path(1);
-    Note("Tag = \"Elsewhere\", string, aidb_layer_title\r");
-    Drop(target);
-    ASSERT_EQ(document().LayerCount(), 2u);
-    EXPECT_EQ(Describe(*document().LayerAt(0).root), "g(p1)");
-}
-
-TEST_F(TagTransferTest, WithoutATargetTheArtIsPlaced) {
-    globals->trackState = 2;
-    globals->trackTarget = nullptr;
-    TaggedPath(1, "v");
-    Load();
-    EXPECT_EQ(Page(), "p1");
 }
 
 } // namespace
