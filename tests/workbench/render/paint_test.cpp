@@ -61,28 +61,6 @@ protected:
 constexpr HostMatrix kIdentity{1, 0, 0, 1, 0, 0};
 constexpr Color kWhite{255, 255, 255}, kBlack{0, 0, 0}, kRed{255, 0, 0}, kBlue{0, 0, 255};
 
-TEST_F(PaintTest, GrayIsInkAndThePageIsWhite) {
-    Rectangle(root(), 10, 10, 50, 50, GrayColor(1));
-    Rectangle(root(), 50, 10, 90, 50, GrayColor(0.25));
-    EXPECT_EQ(At(5, 5), kWhite);
-    EXPECT_EQ(At(30, 70), kBlack);
-    ExpectNear({191, 191, 191}, At(70, 70), 1);
-}
-
-TEST_F(PaintTest, FourColoursMultiplyWithBlack) {
-    Rectangle(root(), 0, 0, 100, 100, FourColor(1, 0.5, 0, 0.5));
-    ExpectNear({0, 64, 128}, At(50, 50), 1);
-}
-
-// y grows upward in art and downward in pixels, and the first child is the topmost.
-TEST_F(PaintTest, TheFirstChildLiesOnTopAndYGrowsUpward) {
-    Rectangle(root(), 0, 50, 100, 100, ThreeColor(0, 0, 1));
-    Rectangle(root(), 0, 75, 100, 100, ThreeColor(1, 0, 0));
-    EXPECT_EQ(At(50, 10), kRed);
-    EXPECT_EQ(At(50, 40), kBlue);
-    EXPECT_EQ(At(50, 60), kWhite);
-}
-
 TEST_F(PaintTest, LayerZeroLiesOnTopAndHiddenLayersShowNothing) {
     Layer& upper = document.InsertLayer(0, "upper");
     Rectangle(*upper.root, 0, 0, 100, 100, ThreeColor(1, 0, 0));
@@ -92,34 +70,12 @@ TEST_F(PaintTest, LayerZeroLiesOnTopAndHiddenLayersShowNothing) {
     EXPECT_EQ(At(50, 50), kBlue);
 }
 
-TEST_F(PaintTest, LinearGradientRunsAlongItsAngleThroughItsMatrix) {
-    Gradient& gradient = document.NewGradient("");
-    // 10 units upward, five times as large on the page: from y = 25 to y = 75.
-    Rectangle(root(), 0, 0, 100, 100, GradientPaint(gradient, {0, 1}, 90, 10, {5, 0, 0, 5, 0, 20}));
-    EXPECT_EQ(At(50, 90), kWhite);
-    EXPECT_EQ(At(50, 10), kBlack);
-    ExpectNear({128, 128, 128}, At(50, 49));
-    ExpectNear({191, 191, 191}, At(50, 62), 4);
-}
-
 TEST_F(PaintTest, AMidpointMovesTheColourHalfWay) {
     Gradient& gradient = document.NewGradient("");
     gradient.stops[0].midpoint = 25;
     Rectangle(root(), 0, 0, 100, 100, GradientPaint(gradient, {0, 0}, 0, 100, kIdentity));
     ExpectNear({128, 128, 128}, At(25, 50), 4);
     ExpectNear({85, 85, 85}, At(50, 50), 4);
-}
-
-TEST_F(PaintTest, RadialGradientHasItsFocusTowardsTheHighlight) {
-    Gradient& gradient = document.NewGradient("");
-    gradient.type = kGradientRadial;
-    HostColor paint = GradientPaint(gradient, {50, 50}, 0, 40, kIdentity);
-    Art& art = Rectangle(root(), 0, 0, 100, 100, paint);
-    ExpectNear({255, 255, 255}, At(50, 49), 6);
-    ExpectNear({128, 128, 128}, At(70, 49), 5);
-    EXPECT_EQ(At(95, 49), kBlack);
-    art.path()->style.fill.u.gradient.highlightLength = 0.5; // 20 points to the right
-    ExpectNear({255, 255, 255}, At(70, 49), 8);
 }
 
 // A gradient that can't be drawn as one shows its last colour, as on the web.
@@ -152,23 +108,6 @@ protected:
     }
 };
 
-// Wherever the tile's art lies, its lower left corner is the origin of pattern space.
-TEST_F(PatternPaintTest, TilesRepeatFromTheTilesCorner) {
-    Rectangle(root(), 0, 0, 100, 100, PatternOfTiles(kIdentity));
-    for (const int left : {0, 10, 50}) {
-        EXPECT_EQ(At(left + 2, 97), kRed);
-        EXPECT_EQ(At(left + 7, 97), kBlue);
-        EXPECT_EQ(At(left + 7, 92), kWhite);
-    }
-}
-
-TEST_F(PatternPaintTest, ThePatternsMatrixMovesAndScalesTheTiles) {
-    Rectangle(root(), 0, 0, 100, 100, PatternOfTiles({2, 0, 0, 2, 10, 0}));
-    EXPECT_EQ(At(15, 95), kRed);
-    EXPECT_EQ(At(25, 95), kBlue);
-    EXPECT_EQ(At(25, 85), kWhite);
-}
-
 // Few tiles are drawn one by one, many from a picture of one: both must look the same.
 TEST_F(PatternPaintTest, ManyTilesLookLikeFew) {
     Rectangle(root(), 0, 0, 100, 100, PatternOfTiles({0.4, 0, 0, 0.4, 0, 0}));
@@ -194,54 +133,6 @@ TEST_F(PatternPaintTest, APatternThatHoldsItselfEnds) {
     EXPECT_EQ(At(2, 97), kRed);
 }
 
-TEST_F(PaintTest, AClippedGroupShowsOnlyWhatLiesInItsTopmostPath) {
-    Art& group = *document.PrependArt(kArtGroup, &root());
-    group.group()->clipped = true;
-    Rectangle(group, 0, 0, 100, 100, ThreeColor(1, 0, 0));
-    Art& clip = Rectangle(group, 25, 25, 75, 75, GrayColor(0));
-    clip.path()->style.fillPaint = 0;
-    clip.path()->style.clip = 1;
-    EXPECT_EQ(At(50, 50), kRed);
-    EXPECT_EQ(At(10, 50), kWhite);
-}
-
-TEST_F(PaintTest, ACompoundPathHasAHoleByItsFillRule) {
-    Art& compound = *document.PrependArt(kArtCompoundPath, &root());
-    Rectangle(compound, 30, 30, 70, 70, ThreeColor(1, 0, 0));
-    Rectangle(compound, 10, 10, 90, 90, ThreeColor(1, 0, 0));
-    EXPECT_EQ(At(50, 50), kRed); // both run the same way round
-    for (Art* member = compound.firstChild; member; member = member->below) member->path()->style.evenOdd = 1;
-    EXPECT_EQ(At(50, 50), kWhite);
-    EXPECT_EQ(At(20, 50), kRed);
-}
-
-// The members of a group with opacity don't shine through each other.
-TEST_F(PaintTest, GroupOpacityAppliesToTheGroupAsAWhole) {
-    Art& group = *document.PrependArt(kArtGroup, &root());
-    Rectangle(group, 0, 0, 60, 100, ThreeColor(0, 0, 1));
-    Rectangle(group, 40, 0, 100, 100, ThreeColor(1, 0, 0));
-    group.blend.opacity = 0.5;
-    ExpectNear({128, 128, 255}, At(20, 50), 1);
-    ExpectNear({255, 128, 128}, At(50, 50), 1);
-}
-
-TEST_F(PaintTest, PathOpacityAppliesToFillAndStrokeTogether) {
-    Art& art = Rectangle(root(), 20, 20, 80, 80, ThreeColor(1, 0, 0));
-    art.path()->style.strokePaint = 1;
-    art.path()->style.stroke = ThreeColor(0, 0, 1);
-    art.path()->style.lineWidth = 20;
-    art.blend.opacity = 0.5;
-    ExpectNear({255, 128, 128}, At(50, 50), 1);
-    ExpectNear({128, 128, 255}, At(25, 50), 1); // inside the fill, under the stroke
-    ExpectNear({128, 128, 255}, At(15, 50), 1);
-}
-
-TEST_F(PaintTest, MultiplyDarkensWhatLiesBelow) {
-    Rectangle(root(), 0, 0, 100, 100, ThreeColor(1, 1, 0));
-    Rectangle(root(), 0, 0, 100, 100, ThreeColor(0, 1, 1)).blend.mode = kBlendMultiply;
-    ExpectNear({0, 255, 0}, At(50, 50), 1);
-}
-
 TEST_F(PaintTest, StyledArtIsDrawnInPlaceOfThePath) {
     Art& art = Rectangle(root(), 0, 0, 100, 100, ThreeColor(1, 0, 0));
     Art& styled = *document.AppendArt(kArtGroup, nullptr);
@@ -249,22 +140,6 @@ TEST_F(PaintTest, StyledArtIsDrawnInPlaceOfThePath) {
     art.styledArt = styled.handle;
     EXPECT_EQ(At(50, 75), kBlue);
     EXPECT_EQ(At(50, 25), kWhite);
-}
-
-TEST_F(PaintTest, DashesLeaveGaps) {
-    Art& art = Rectangle(root(), 0, 50, 100, 50, GrayColor(1));
-    art.path()->segments.resize(2);
-    art.path()->closed = false;
-    HostPathStyle& style = art.path()->style;
-    style.fillPaint = 0;
-    style.strokePaint = 1;
-    style.lineWidth = 10;
-    style.dash.count = 2;
-    style.dash.lengths[0] = 20;
-    style.dash.lengths[1] = 30;
-    EXPECT_EQ(At(10, 50), kBlack);
-    EXPECT_EQ(At(35, 50), kWhite);
-    EXPECT_EQ(At(60, 50), kBlack);
 }
 
 TEST_F(PaintTest, DeepNestingEndsAndStillShowsItsPath) {

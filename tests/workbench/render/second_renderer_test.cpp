@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <vector>
 
 #include "workbench/render/cairo_handle.h"
@@ -37,12 +38,16 @@ std::string Quoted(const std::string& text) {
     return quoted + "'";
 }
 
+std::string TemporaryFile(const char* extension) {
+    return (fs::temp_directory_path() / ("second-" + std::to_string(getpid()) + extension)).string();
+}
+
 /// White paper below it, `width` x `height` pixels; empty if the other renderer refuses the file.
 std::vector<uint8_t> OtherPicture(const std::string& file, int width, int height) {
-    const std::string png =
-        (fs::temp_directory_path() / ("second-" + std::to_string(getpid()) + ".png")).string();
-    const std::string command = "rsvg-convert --background-color=white -w " + std::to_string(width) + " -h " +
-                                std::to_string(height) + " -o " + png + " " + Quoted(file) + " 2>/dev/null";
+    const std::string png = TemporaryFile(".png");
+    const std::string command = "rsvg-convert -l en --background-color=white -w " + std::to_string(width) +
+                                " -h " + std::to_string(height) + " -o " + png + " " + Quoted(file) +
+                                " 2>/dev/null";
     if (std::system(command.c_str()) != 0) return {};
     const CairoSurface surface(cairo_image_surface_create_from_png(png.c_str()));
     fs::remove(png);
@@ -84,6 +89,134 @@ TEST(SecondRenderer, DrawingsLookTheSame) {
     // A hundred drawings; hairlines and odd page sizes account for the few that may differ.
     EXPECT_GE(compared, 50U);
     EXPECT_LE(differing, compared / 25) << differing << " of " << compared;
+}
+
+// What the reader and the renderer have to understand, a few words of each kind, on a page of 100 x 100.  The
+// shapes are large, so that each misunderstanding is seen.
+constexpr const char* kSnippets[] = {
+    // Structure
+    "<rect width='60' height='40'/><rect x='30' y='20' width='60' height='70' fill='#0af'/>",
+    "<defs><path id='a' d='M5 5h30v20z'/></defs><use href='#a' x='10' y='20' transform='scale(2)' "
+    "fill='red'/>"
+    "<use xlink:href='#a'/>",
+    "<symbol id='s' viewBox='0 0 10 10'><path d='M0 0L10 10V5z'/></symbol><use xlink:href='#s' x='20' y='30' "
+    "width='50' height='50'/>",
+    "<svg x='10' y='10' width='60' height='20' viewBox='0 0 10 10'><path d='M0 0h20v10z'/></svg>",
+    "<svg width='40' height='40' overflow='visible'><path d='M0 0L99 40V0z'/></svg>",
+    "<switch><foreignObject requiredExtensions='urn:x'/><rect systemLanguage='de' width='90' height='30'/>"
+    "<path systemLanguage='en' d='M0 0h90v90z'/></switch>",
+    "<g display='none'><rect width='90' height='90'/></g><g visibility='hidden'><rect width='90' "
+    "height='90'/>"
+    "<path visibility='visible' d='M0 0h50v50z'/></g>",
+    // Transforms
+    "<g transform='translate(50,10) scale(2)'><rect width='20' height='30'/></g>",
+    "<g transform='rotate(30, 50, 50) skewX(20),skewY(-10)'><rect x='30' y='30' width='40' height='20'/></g>",
+    "<g transform='matrix(1 .5 -.2 1.5 20 5)'><rect width='40' height='30'/></g>",
+    "<svg width='90' height='60' viewBox='10 20 30 60' preserveAspectRatio='none'><path d='M10 "
+    "20h30v60z'/></svg>",
+    "<svg width='90' height='60' viewBox='10 20 30 60'><path d='M10 20h30v60z'/></svg>",
+    "<svg width='90' height='60' viewBox='10 20 30 60' preserveAspectRatio='xMinYMax'><path "
+    "d='M10 20h30v60z'/></svg>",
+    "<svg width='90' height='60' viewBox='0 0 30 60' preserveAspectRatio='xMidYMin slice'><path "
+    "d='M0 0h30v60z'/></svg>",
+    // Styles
+    "<style>.a+path{fill:red}.a~rect{fill:lime}</style><g class='a'/><path d='M0 0h40v40z'/><path "
+    "d='M50 0h40v40z'/><rect y='50' width='90' height='40'/>",
+    "<defs><style type='text/css'><![CDATA[ .a > path {fill:red} ]]></style></defs><g class='a'><path "
+    "d='M0 0h90v90z'/></g><style>path{stroke:blue;stroke-width:9}</style>",
+    "<g fill='red' stroke='blue' stroke-width='9' opacity='.5' stroke-linejoin='bevel' "
+    "fill-rule='evenodd'><g>"
+    "<path d='M10 10H90V90H10z M30 30H70V70H30z'/></g><path d='M0 0h20v20z' stroke='none' "
+    "opacity='inherit'/></g>",
+    "<g color='blue'><path d='M0 0h50v90z' fill='currentColor'/><path d='M50 0h50v90z' fill='url(#no) "
+    "red'/></g>",
+    "<path d='M20 30H60L30 80' fill='none' stroke='lime' stroke-width='15' stroke-linecap='square' "
+    "stroke-linejoin='round'/>",
+    "<path transform='scale(2)' d='M5 10H45' stroke='red' stroke-width='9' stroke-dasharray='8,3 5' "
+    "stroke-dashoffset='4'/>",
+    "<path d='M20 80L50 30L60 80' fill='none' stroke='red' stroke-width='15' stroke-miterlimit='9'/>",
+    "<path d='M20 80L50 30L60 80' fill='none' stroke='red' stroke-width='15' stroke-miterlimit='2'/>",
+    "<g font-size='10'><path d='M0 20h90' stroke='red' stroke-width='2em'/><path d='M0 60h90' stroke='red' "
+    "stroke-width='20%'/><path d='M0 90h90' stroke='red' stroke-width='0'/></g>",
+    // Opacities and blending
+    "<path d='M10 10h70v70z' opacity='.8' fill='red' fill-opacity='.5' stroke='blue' stroke-width='20' "
+    "stroke-opacity='.25'/>",
+    "<path d='M10 10h70v70z' opacity='.8' fill-opacity='.8'/>",
+    "<path d='M10 10h70v70z' fill='rgba(0,0,255,.8)' fill-opacity='80%'/>",
+    "<path d='M10 10h70v70z' opacity='.5' fill='red' stroke='blue' stroke-width='20'/>",
+    "<path d='M10 10h70v70z' fill='red' stroke='blue' stroke-width='20' paint-order='stroke'/>",
+    "<g opacity='.5'><rect width='60' height='90' fill='blue'/><rect x='40' width='60' height='90' "
+    "fill='red'/></g>",
+    "<rect width='90' height='90' fill='yellow'/><rect x='30' width='60' height='60' fill='aqua' "
+    "style='mix-blend-mode:multiply'/>",
+    "<rect width='90' height='90' fill='#aa6'/><g style='isolation:isolate'><rect x='30' width='60' "
+    "height='60' "
+    "fill='aqua' style='mix-blend-mode:difference'/></g>",
+    // Paths; the even-odd hole
+    "<path fill-rule='evenodd' d='M10 10H90V90H10z M30 30H70V70H30z'/>",
+    "<path d='M10 10H90V90H10z M30 30H70V70H30z'/>",
+    "<path d='M10 10 60 20z l50 70M80 10v80h-50'/>",
+    "<path d='M10 50A20 40 30 1 1 60 60Q90 0 90 90T20 90z'/>",
+    "<rect x='5' y='5' width='30' height='20%' rx='99' ry='4'/><rect x='40' width='.5in' "
+    "height='10pt'/><circle "
+    "cx='20' cy='50' r='15'/><ellipse cx='70' cy='50' rx='10' ry='20'/><line x1='5' y1='70' x2='40' y2='90' "
+    "stroke='red' stroke-width='5'/><polyline points='50,80 70,75 80 95' fill='lime'/><polygon "
+    "points='80 5 95 40 50 30'/>",
+    // Clips
+    "<clipPath id='c'><rect width='50' height='70' clip-rule='evenodd'/></clipPath><g clip-path='url(#c)' "
+    "opacity='.5'><path d='M0 0h99v99z'/></g>",
+    "<clipPath id='c' transform='translate(5)'><rect width='30' height='30'/></clipPath><path "
+    "transform='scale(2)' d='M0 0h99v99z' clip-path='url(#c)'/>",
+    "<clipPath id='c' clipPathUnits='objectBoundingBox'><rect width='.5' height='1'/></clipPath><g "
+    "clip-path='url(#c)' transform='rotate(90)'><rect x='10' y='-90' width='60' height='60'/></g>",
+    // Gradients
+    "<linearGradient id='g' x1='0' y1='0' x2='1' y2='1'><stop stop-color='red'/><stop offset='1' "
+    "stop-color='blue'/></linearGradient><rect y='20' width='99' height='40' fill='url(#g)'/>",
+    "<linearGradient id='s'><stop stop-color='red'/><stop offset='1' stop-color='blue'/></linearGradient>"
+    "<linearGradient id='h' xlink:href='#s' gradientUnits='userSpaceOnUse' x1='1' x2='30'/><linearGradient "
+    "id='g' xlink:href='#h' x1='0' gradientTransform='translate(5,7) rotate(90)'/><g "
+    "transform='scale(2)'><rect "
+    "width='49' height='49' fill='url(#g)'/></g>",
+    "<radialGradient id='g' gradientUnits='userSpaceOnUse' cx='50' cy='40' r='40' fx='60' fy='20'><stop "
+    "stop-color='yellow'/><stop offset='1' stop-color='blue'/></radialGradient><rect width='99' height='99' "
+    "fill='url(#g)'/>",
+    "<radialGradient id='g'><stop stop-color='yellow'/><stop offset='1' "
+    "stop-color='blue'/></radialGradient><rect "
+    "x='5' y='40' width='90' height='30' fill='url(#g)'/>",
+    "<linearGradient id='g'><stop stop-color='yellow'/><stop offset='1' "
+    "stop-color='blue'/></linearGradient><path "
+    "d='M10 50H90V80' fill='none' stroke-width='20' stroke='url(#g)' stroke-opacity='.5'/>",
+    // Patterns
+    "<pattern id='t' patternUnits='userSpaceOnUse' width='10' height='20' "
+    "patternTransform='translate(3,4) scale(2) rotate(10)'><path d='M0 0L10 20H0z'/></pattern><rect "
+    "width='90' height='90' "
+    "fill='url(#t)'/>",
+    "<pattern id='t' width='.25' height='.5' viewBox='0 0 1 1' preserveAspectRatio='none'><path d='M0 0L1 "
+    "1V0z'/>"
+    "</pattern><rect x='10' y='10' width='80' height='60' fill='url(#t)'/>",
+    "<pattern id='t' width='.5' height='.5' patternContentUnits='objectBoundingBox'><path d='M0 0L.5 .5V0z'/>"
+    "</pattern><rect x='10' y='10' width='80' height='60' fill='url(#t)'/>",
+    "<pattern id='t' patternUnits='userSpaceOnUse' width='0' height='5'><path d='M0 0h1'/></pattern><rect "
+    "width='90' height='90' fill='url(#t) red'/>",
+};
+
+TEST(SecondRenderer, EachWordMeansTheSame) {
+    const std::string file = TemporaryFile(".svg");
+    for (const char* snippet : kSnippets) {
+        std::ofstream(file) << "<svg xmlns='http://www.w3.org/2000/svg' "
+                               "xmlns:xlink='http://www.w3.org/1999/xlink' viewBox='0 0 100 100'>"
+                            << snippet << "</svg>";
+        ReadReport report;
+        std::string error;
+        const auto document = ReadSvgFile(file, &report, &error);
+        ASSERT_TRUE(document) << snippet << error;
+        const PagePicture ours = DrawPage(*document, kSide / 75.0, kSide);
+        const std::vector<uint8_t> other = OtherPicture(file, ours.width, ours.height);
+        ASSERT_EQ(other.size(), ours.pixels.size()) << snippet;
+        EXPECT_GT(ShareOfVisibleDifferences(other, std::vector<uint8_t>(other.size(), 255)), 0.03) << snippet;
+        EXPECT_LE(ShareOfVisibleDifferences(ours.pixels, other), 0.01) << snippet;
+    }
+    fs::remove(file);
 }
 
 } // namespace

@@ -51,64 +51,6 @@ TEST(Gradients, LinearInUserSpace) {
     EXPECT_EQ(GradientOf(file, "q").gradient, use.gradient) << "one gradient for all that name it";
 }
 
-TEST(Gradients, LinearInUnitsOfTheBoxSlantsWithIt) {
-    // From corner to corner of a box of 2 to 1: the lines of equal colour run along the other diagonal.
-    const ReadFile file =
-        ReadBody("<linearGradient id='g' x1='0' y1='0' x2='1' y2='1'>" + kStops +
-                 "</linearGradient><rect id='p' x='20' y='40' width='40' height='20' fill='url(#g)'/>");
-    const HostGradientUse use = GradientOf(file);
-    // In the file's space: from (20, 40), steepest along (1/40, 1/20), reaching 2 halves at that slope.
-    const double length = 2 / std::hypot(1 / 40.0, 1 / 20.0);
-    const double x = 1 / 40.0 / std::hypot(1 / 40.0, 1 / 20.0), y = 1 / 20.0 / std::hypot(1 / 40.0, 1 / 20.0);
-    ExpectLine(use, {20, 60}, {20 + length * x, 60 - length * y});
-}
-
-TEST(Gradients, TheTransformAndTheChainCount) {
-    const ReadFile file = ReadBody(
-        "<linearGradient id='s'>" + kStops +
-        "</linearGradient>"
-        "<linearGradient id='h' xlink:href='#s' gradientUnits='userSpaceOnUse' x1='1' x2='11'/>"
-        "<linearGradient id='g' xlink:href='#h' x1='0' gradientTransform='translate(5,7) rotate(90)'/>"
-        "<g transform='scale(2)'><rect id='p' width='9' height='9' fill='url(#g)'/></g>");
-    ExpectLine(GradientOf(file), {10, 86}, {10, 64});
-    EXPECT_EQ(file.document->Find(GradientOf(file).gradient)->name, "s");
-}
-
-TEST(Gradients, RadialCirclesHaveNoMatrixAndAFocus) {
-    const ReadFile file = ReadBody(
-        "<radialGradient id='g' gradientUnits='userSpaceOnUse' cx='50' cy='40' r='20' fx='50' fy='30'>" +
-        kStops + "</radialGradient><rect id='p' width='9' height='9' fill='url(#g)'/>");
-    const HostGradientUse use = GradientOf(file);
-    EXPECT_EQ(file.document->Find(use.gradient)->type, kGradientRadial);
-    EXPECT_NEAR(use.origin.x, 50, 1e-9);
-    EXPECT_NEAR(use.origin.y, 60, 1e-9);
-    EXPECT_NEAR(use.length, 20, 1e-9);
-    EXPECT_NEAR(use.highlightLength, 0.5, 1e-9);
-    EXPECT_NEAR(use.highlightAngle, 90, 1e-9) << "upward";
-    EXPECT_EQ(use.matrix.a, 1);
-    EXPECT_EQ(use.matrix.d, 1);
-    EXPECT_EQ(use.matrix.tx, 0);
-}
-
-TEST(Gradients, RadialEllipsesMapTheUnitCircleToTheirEdge) {
-    const ReadFile file =
-        ReadBody("<radialGradient id='g'>" + kStops +
-                 "</radialGradient><rect id='p' x='20' y='40' width='40' height='10' fill='url(#g)'/>");
-    const HostGradientUse use = GradientOf(file);
-    const auto edge = [&](double x, double y) {
-        const HostPoint p{use.origin.x + use.length * x, use.origin.y + use.length * y};
-        return HostPoint{use.matrix.a * p.x + use.matrix.c * p.y + use.matrix.tx,
-                         use.matrix.b * p.x + use.matrix.d * p.y + use.matrix.ty};
-    };
-    EXPECT_NEAR(edge(0, 0).x, 40, 1e-9);
-    EXPECT_NEAR(edge(0, 0).y, 55, 1e-9);
-    EXPECT_NEAR(edge(1, 0).x, 60, 1e-9);
-    EXPECT_NEAR(edge(1, 0).y, 55, 1e-9);
-    EXPECT_NEAR(edge(0, 1).y, 60, 1e-9);
-    EXPECT_GT(use.matrix.d, 0) << "not mirrored";
-    EXPECT_NEAR(use.matrix.a * use.matrix.d, 1, 1e-9);
-}
-
 TEST(Gradients, StopsAreOrderedClampedAndAsManyAsThereAre) {
     std::string stops =
         "<stop offset='-1' style='stop-color:currentColor;stop-opacity:.25'/><stop offset='60%'/><stop "
@@ -185,24 +127,6 @@ TEST(Patterns, HoldOneClippedGroupOfTheTile) {
     EXPECT_NEAR(OnPage(use, 0, 0).y, 52, 1e-9);
 }
 
-TEST(Patterns, UnitsOfTheBoxAndViewBoxes) {
-    const ReadFile file = ReadBody(
-        "<pattern id='t' width='.25' height='.5' viewBox='0 0 1 1' preserveAspectRatio='none'><path d='M0 "
-        "0L1 1'/></pattern>"
-        "<pattern id='u' width='.5' height='.5' patternContentUnits='objectBoundingBox'><path d='M0 0L.5 "
-        ".5'/></pattern>"
-        "<rect id='p' x='10' y='10' width='40' height='20' fill='url(#t)'/><rect id='q' width='40' "
-        "height='20' fill='url(#u)'/>");
-    const auto tile = [&](const char* name) {
-        return file.document->Find(StyleOf(file, name).fill.u.pattern.pattern)->art->firstChild;
-    };
-    EXPECT_EQ(Outline(*tile("p")->firstChild), "M0,0 L10,0 L10,10 L0,10 Z");
-    EXPECT_EQ(Outline(*tile("p")->lastChild), "M0,10 L10,0");
-    EXPECT_NEAR(OnPage(StyleOf(file, "p").fill.u.pattern, 0, 10).x, 10, 1e-9);
-    EXPECT_NEAR(OnPage(StyleOf(file, "p").fill.u.pattern, 0, 10).y, 90, 1e-9);
-    EXPECT_EQ(Outline(*tile("q")->lastChild), "M0,10 L20,0");
-}
-
 TEST(Patterns, ChainsShareTheArtAndOwnCirclesEnd) {
     const ReadFile file = ReadBody(
         "<pattern id='base'><path d='M0 0L1 1'/></pattern><pattern id='t' xlink:href='#base' "
@@ -215,20 +139,6 @@ TEST(Patterns, ChainsShareTheArtAndOwnCirclesEnd) {
     const Art* self = file.document->Find(StyleOf(file, "r").fill.u.pattern.pattern)->art->firstChild;
     EXPECT_EQ(ColorOf(*file.document, self->lastChild->path()->style.fill), "three 0 1 0");
     EXPECT_EQ(file.report.losses.at("reference"), 1);
-}
-
-TEST(Patterns, WithoutATileTheFallbackCounts) {
-    for (const char* attributes :
-         {"width='0' height='5'", "width='5'", "width='5' height='5' patternTransform='scale(0)'"}) {
-        const ReadFile file =
-            ReadBody(std::string("<pattern id='t' patternUnits='userSpaceOnUse' ") + attributes +
-                     "><path d='M0 0h1'/></pattern><rect id='p' width='9' height='9' fill='url(#t) #f00'/>");
-        EXPECT_EQ(ColorOf(*file.document, StyleOf(file).fill), "three 1 0 0") << attributes;
-    }
-    const ReadFile empty = ReadBody(
-        "<pattern id='t' patternUnits='userSpaceOnUse' width='5' height='5'/><rect id='p' width='9' "
-        "height='9' fill='url(#t)'/>");
-    EXPECT_FALSE(StyleOf(empty).fillPaint);
 }
 
 } // namespace

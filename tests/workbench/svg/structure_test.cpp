@@ -34,80 +34,12 @@ TEST(Structure, MissingNamespacesAreForgiven) {
     EXPECT_EQ(Structure(*ReadText("<svg:svg><svg:path d='M0 0h1'/></svg:svg>").document), "g(p)");
 }
 
-TEST(Structure, SwitchTakesTheFirstMemberThatIsForUs) {
-    const ReadFile file = ReadBody(
-        "<switch><foreignObject requiredExtensions='urn:x'/><path id='de' systemLanguage='de' d='M0 0h1'/>"
-        "<path id='en' systemLanguage='fr, en' d='M0 0h1'/><path id='any' d='M0 0h1'/></switch>");
-    EXPECT_TRUE(Named(*file.document, "en"));
-    EXPECT_EQ(Structure(*file.document), "g(g(p))");
-    EXPECT_TRUE(file.report.losses.empty());
-}
-
-TEST(Structure, UseDrawsAgainWithItsPlaceAndStyle) {
-    const ReadFile file = ReadBody(
-        "<defs><path id='a' d='M0 0L1 0'/></defs><use id='u' xlink:href='#a' x='10' y='20' "
-        "transform='scale(2)' fill='#f00'/><use href='#a'/>");
-    ASSERT_EQ(Structure(*file.document), "g(g(p),g(p))");
-    const Art* used = Named(*file.document, "u")->firstChild;
-    EXPECT_EQ(Outline(*used), "M20,60 L22,60");
-    EXPECT_EQ(ColorOf(*file.document, used->path()->style.fill), "three 1 0 0");
-    EXPECT_EQ(used->name, "") << "an id belongs to its element alone";
-}
-
-TEST(Structure, SymbolsFitTheirViewBoxAndAreCutOff) {
-    const ReadFile file = ReadBody(
-        "<symbol id='s' viewBox='0 0 10 10'><path d='M0 0L10 10'/></symbol><use xlink:href='#s' x='20' "
-        "y='30' width='50' height='50'/>");
-    ASSERT_EQ(Structure(*file.document), "g(g(p))");
-    EXPECT_EQ(Outline(*OnlyArt(*file.document)->firstChild), "M20,70 L70,20");
-
-    const ReadFile cut = ReadBody(
-        "<svg x='10' y='10' width='20' height='20' viewBox='0 0 10 10'><path d='M0 0L20 10'/></svg>");
-    ASSERT_EQ(Structure(*cut.document), "g(clip(p,p))");
-    EXPECT_EQ(Outline(*OnlyArt(*cut.document)->firstChild), "M10,90 L30,90 L30,70 L10,70 Z");
-    EXPECT_EQ(
-        Structure(*ReadBody("<svg width='20' height='20' overflow='visible'><path d='M0 0L99 10'/></svg>")
-                       .document),
-        "g(g(p))");
-}
-
 TEST(Structure, ReferencesThatLeadNowhereOrInCirclesAreCounted) {
     const ReadFile file = ReadBody(
         "<g id='a'><path d='M0 0h1'/><use xlink:href='#b'/></g><g id='b'><use xlink:href='#a'/></g><use "
         "xlink:href='#none'/><use/><use xlink:href='other.svg#a'/>");
     EXPECT_GT(file.report.losses.at("reference"), 3);
     EXPECT_EQ(Structure(*file.document), "g(g(g(g(p))),g(p))");
-}
-
-TEST(Clips, AClippedGroupHasTheClipOnTop) {
-    const ReadFile file = ReadBody(
-        "<clipPath id='c'><rect id='r' width='10' height='10' clip-rule='evenodd' fill='red'/></clipPath>"
-        "<g clip-path='url(#c)' opacity='.5'><path d='M0 0h99'/><path d='M0 0h99'/></g>");
-    const Art* group = OnlyArt(*file.document);
-    ASSERT_EQ(Structure(*group), "clip(p,p,p)");
-    const HostPathStyle& style = group->firstChild->path()->style;
-    EXPECT_TRUE(style.clip && style.evenOdd && !style.fillPaint && !style.strokePaint);
-    EXPECT_EQ(Outline(*group->firstChild), "M0,100 L10,100 L10,90 L0,90 Z");
-    EXPECT_EQ(group->blend.opacity, 0.5);
-    EXPECT_FALSE(group->lastChild->path()->style.clip);
-}
-
-TEST(Clips, AClippedPathGetsAGroupAndKeepsItsName) {
-    const ReadFile file = ReadBody(
-        "<clipPath id='c' transform='translate(5)'><rect width='10' height='10'/></clipPath><path id='p' "
-        "transform='scale(2)' d='M0 0h99' clip-path='url(#c)'/>");
-    const Art* group = OnlyArt(*file.document);
-    ASSERT_EQ(Structure(*group), "clip(p,p)");
-    EXPECT_EQ(Outline(*group->firstChild), "M10,100 L30,100 L30,80 L10,80 Z")
-        << "in the space of the clipped element";
-    EXPECT_EQ(group->lastChild->name, "p");
-}
-
-TEST(Clips, UnitsOfTheBoundingBox) {
-    const ReadFile file = ReadBody(
-        "<clipPath id='c' clipPathUnits='objectBoundingBox'><rect width='.5' height='1'/></clipPath>"
-        "<g clip-path='url(#c)' transform='rotate(90)'><rect x='10' y='-40' width='20' height='20'/></g>");
-    EXPECT_EQ(Outline(*OnlyArt(*file.document)->firstChild), "M40,90 L40,80 L20,80 L20,90 Z");
 }
 
 TEST(Clips, SeveralShapesClipToAllOfThem) {
@@ -231,11 +163,6 @@ TEST(Metadata, TitlesSubjectsAndDescriptions) {
     EXPECT_EQ(OnlyArt(*file.document)->name, "A group");
     EXPECT_EQ(ReadBody("<title>Outer</title><desc>Words</desc>").document->title, "Outer");
     EXPECT_EQ(ReadBody("").document->title, "file");
-}
-
-TEST(Reading, SelectsNothing) {
-    const ReadFile file = ReadBody("<g><path d='M0 0h1'/></g>");
-    ForEachArt(*file.document->LayerAt(0).root, [](const Art& art) { EXPECT_FALSE(art.selected); });
 }
 
 } // namespace

@@ -1,10 +1,7 @@
 #include "workbench/svg/svg_values.h"
 
-#include <limits>
-
 #include "tests/workbench/svg/svg_helpers.h"
 #include "workbench/svg/svg_limits.h"
-#include "workbench/svg/transforms.h"
 
 namespace workbench {
 namespace {
@@ -75,53 +72,6 @@ TEST(Colors, HaveManyForms) {
     for (const char* bad : {"", "#", "#12345", "#1234567", "#123456789", "rgb(1,2)", "rgb(1,2,3", "rgb",
                             "nocolor", "rgb(a,b,c)"})
         EXPECT_EQ(Show(bad), "none") << bad;
-}
-
-TEST(Transforms, AreAppliedFromTheRight) {
-    const std::pair<const char*, HostPoint> cases[] = {{"translate(10)", {11, 2}},
-                                                       {"translate(10,20) scale(2)", {12, 24}},
-                                                       {"scale(2) translate(10 20)", {22, 44}},
-                                                       {"rotate(90)", {-2, 1}},
-                                                       {"rotate(90, 10, 10)", {18, 1}},
-                                                       {"matrix(1 2 3 4 5 6)", {12, 16}},
-                                                       {"skewX(45),skewY(0)", {3, 2}},
-                                                       {" scale(2,3)\n", {2, 6}},
-                                                       {"translate(1px, 2px) rotate(0deg)", {2, 4}},
-                                                       {"", {1, 2}}};
-    for (const auto& [text, expected] : cases) {
-        HostMatrix matrix;
-        EXPECT_TRUE(ParseTransform(text, &matrix)) << text;
-        const HostPoint point = Apply(matrix, {1, 2});
-        EXPECT_NEAR(point.x, expected.x, 1e-12) << text;
-        EXPECT_NEAR(point.y, expected.y, 1e-12) << text;
-    }
-    for (const char* bad :
-         {"rotate(1,2)", "matrix(1)", "foo(1)", "scale(2", "scale", "translate(a)", "scale(2) bar"}) {
-        HostMatrix matrix{9, 9, 9, 9, 9, 9};
-        EXPECT_FALSE(ParseTransform(bad, &matrix)) << bad;
-        EXPECT_EQ(matrix.a, 1) << bad;
-    }
-}
-
-TEST(Transforms, ViewBoxesFitByTheirAspectRatio) {
-    const ViewBox box{10, 20, 100, 50}, port{0, 0, 200, 200};
-    const auto corner = [&](const char* text) { return Apply(FitViewBox(box, port, text), {10, 20}); };
-    EXPECT_EQ(corner("").y, 50);
-    EXPECT_EQ(corner("xMidYMin meet").y, 0);
-    EXPECT_EQ(corner("xMidYMax").y, 100);
-    EXPECT_EQ(corner("xMinYMid slice").x, 0);
-    EXPECT_EQ(corner("xMidYMid slice").x, -100);
-    EXPECT_EQ(FitViewBox(box, port, "none").d, 4);
-    ViewBox none;
-    for (const char* bad : {"", "0 0 0 10", "0 0 10", "0 0 10 -1", "a b c d"})
-        EXPECT_FALSE(ParseViewBox(bad, &none)) << bad;
-}
-
-TEST(Transforms, EvenScalesAreToldFromUnevenOnes) {
-    EXPECT_FALSE(IsUneven({0, 2, -2, 0, 5, 5}));
-    EXPECT_FALSE(IsUneven({3, 0, 0, -3, 0, 0}));
-    EXPECT_TRUE(IsUneven({1, 0, 0, 1.1, 0, 0}));
-    EXPECT_TRUE(IsUneven({1, 0, 0.2, 1, 0, 0}));
 }
 
 } // namespace
