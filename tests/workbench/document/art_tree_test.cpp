@@ -139,48 +139,6 @@ TEST_F(ArtTreeTest, HandlesOfOneTypeAreNoneOfAnother) {
     EXPECT_GE(reinterpret_cast<uintptr_t>(gradient.handle), 0x10000u);
 }
 
-TEST_F(ArtTreeTest, ACopyIsDeepAndUnselected) {
-    Art* group = New(kArtGroup, kPlaceAboveAll, nullptr);
-    group->group()->clipped = true;
-    group->tags.push_back({"colour", "string", "blue"});
-    Art* path = New(kArtPath, kPlaceInsideOnTop, group);
-    path->path()->segments = {{{1, 2}, {1, 2}, {1, 2}, 1}};
-    path->path()->style.lineWidth = 7;
-    path->blend.opacity = 0.25;
-    Art* styled = document_.AppendArt(kArtPath, nullptr);
-    path->styledArt = styled->handle;
-    Art* second = New(kArtTextFrame, kPlaceInsideAtBottom, group);
-    std::get<TextFrameData>(second->data).text = "kana";
-    document_.SelectAll();
-
-    Art* copy = document_.CopyArt(*group);
-    EXPECT_EQ(copy->parent, nullptr);
-    EXPECT_EQ(document_.LayerOf(*copy), nullptr);
-    ASSERT_EQ(MembersOf(*copy).size(), 2u);
-    Art* copiedPath = copy->firstChild;
-    EXPECT_FALSE(copy->selected || copiedPath->selected);
-    EXPECT_TRUE(group->selected);
-    path->path()->segments.clear();
-    path->path()->style.lineWidth = 1;
-    group->tags.clear();
-    EXPECT_EQ(copiedPath->path()->segments.size(), 1u);
-    EXPECT_EQ(copiedPath->path()->style.lineWidth, 7);
-    EXPECT_EQ(copiedPath->blend.opacity, 0.25);
-    ASSERT_EQ(copy->tags.size(), 1u);
-    EXPECT_EQ(copy->tags[0].value, "blue");
-    EXPECT_TRUE(copy->group()->clipped);
-    EXPECT_EQ(std::get<TextFrameData>(copy->lastChild->data).text, "kana");
-
-    // The styled art is copied too, or the copy would lose it with the original.
-    EXPECT_NE(copiedPath->styledArt, path->styledArt);
-    const ArtHandle oldStyled = path->styledArt;
-    document_.DisposeArt(group);
-    EXPECT_EQ(document_.Find(oldStyled), nullptr);
-    EXPECT_NE(document_.Find(copiedPath->styledArt), nullptr);
-    EXPECT_EQ(document_.ReorderArt(copy, kPlaceInsideOnTop, &root()), kHostNoError);
-    EXPECT_EQ(document_.LayerOf(*copiedPath), &document_.CurrentLayer());
-}
-
 TEST_F(ArtTreeTest, AContainerIsSelectedWhenAllInItIs) {
     Art* outer = New(kArtGroup, kPlaceAboveAll, nullptr);
     Art* inner = New(kArtGroup, kPlaceInsideOnTop, outer);
@@ -227,45 +185,6 @@ TEST_F(ArtTreeTest, DeepTreesCostNoStack) {
     Art* copy = document->CopyArt(*top);
     EXPECT_EQ(document->DisposeArt(copy), kHostNoError);
     document.reset();
-}
-
-TEST_F(ArtTreeTest, NewEditArtTakesThePlaceOfTheOld) {
-    Art* plugin = New(kArtPlugin, kPlaceAboveAll, nullptr);
-    Art* first = New(kArtGroup, kPlaceAboveAll, nullptr);
-    Art* second = New(kArtGroup, kPlaceInsideOnTop, first);
-    const ArtHandle firstHandle = first->handle;
-    EXPECT_EQ(document_.SetEditArt(*plugin, *first), kHostNoError);
-    EXPECT_THAT(MembersOf(*plugin), ElementsAre(first));
-    EXPECT_EQ(document_.SetEditArt(*plugin, *second), kHostNoError);
-    EXPECT_THAT(MembersOf(*plugin), ElementsAre(second));
-    EXPECT_EQ(document_.Find(firstHandle), nullptr);
-    Art* around = New(kArtGroup, kPlaceAboveAll, nullptr);
-    ASSERT_EQ(document_.ReorderArt(plugin, kPlaceInsideOnTop, around), kHostNoError);
-    EXPECT_EQ(document_.SetEditArt(*plugin, *around), kHostBadPlace);
-}
-
-TEST(DocumentTest, InsertedLayersLeaveTheCurrentOne) {
-    Document document;
-    Layer& first = document.CurrentLayer();
-    Layer& above = document.InsertLayer(0, "above");
-    Layer& below = document.InsertLayer(2, "below");
-    EXPECT_EQ(&document.CurrentLayer(), &first);
-    EXPECT_EQ(&document.LayerAt(0), &above);
-    EXPECT_EQ(&document.LayerAt(1), &first);
-    EXPECT_EQ(&document.LayerAt(2), &below);
-    EXPECT_EQ(document.LayerOf(*below.root), &below);
-}
-
-TEST(DocumentTest, CustomColorNamesAreUnique) {
-    Document document;
-    std::set<std::string> names;
-    for (const char* name : {"Ink", "Ink", "", "Ink", "Ink1"}) {
-        CustomColor& color = document.NewCustomColor(name, {});
-        EXPECT_TRUE(names.insert(color.name).second) << color.name;
-        EXPECT_EQ(document.FindCustomColor(color.name), &color);
-    }
-    EXPECT_TRUE(names.count("Ink") && names.count("Ink1") && names.count("Ink2"));
-    EXPECT_EQ(document.FindCustomColor("ink"), nullptr);
 }
 
 } // namespace

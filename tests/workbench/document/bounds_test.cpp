@@ -74,28 +74,5 @@ TEST_F(BoundsTest, PicturesAreMeasuredThroughTheirMatrix) {
     ExpectBounds(*raster, 10, 20, 14, 18);
 }
 
-TEST_F(BoundsTest, PatternArtIsMeasuredAndStyledArtIsNot) {
-    Pattern& pattern = document_.NewPattern("dots");
-    pattern.art = document_.AppendArt(kArtGroup, nullptr);
-    Art* path = NewPath({Corner(0, 0), Corner(4, 4)}, true, pattern.art);
-    Art* styled = document_.AppendArt(kArtPath, nullptr);
-    styled->path()->segments = {Corner(500, 500)};
-    path->styledArt = styled->handle;
-    ExpectBounds(*pattern.art, 0, 4, 4, 0);
-}
-
-TEST_F(BoundsTest, PluginArtIsAsLargeAsItsResult) {
-    Art* plugin = document_.AppendArt(kArtPlugin, nullptr);
-    auto& data = std::get<PluginArtData>(plugin->data);
-    Art* edit = document_.AppendArt(kArtGroup, plugin);
-    NewPath({Corner(0, 0), Corner(1, 1)}, true, edit);
-    data.edit = edit->handle;
-    ExpectBounds(*plugin, 0, 1, 1, 0);
-    Art* result = document_.AppendArt(kArtGroup, plugin);
-    NewPath({Corner(7, 7), Corner(9, 9)}, true, result);
-    data.result = result->handle;
-    ExpectBounds(*plugin, 7, 9, 9, 7);
-}
-
 } // namespace
 } // namespace workbench

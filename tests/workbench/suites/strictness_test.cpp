@@ -1,3 +1,5 @@
+#include <cmath>
+
 #include "tests/workbench/suites/suites_fixture.h"
 
 namespace workbench {
@@ -118,29 +120,6 @@ TEST_F(StrictnessTest, MissingPointersAreFaults) {
     EXPECT_THAT(TakeFaults(), SizeIs(4));
 }
 
-TEST_F(StrictnessTest, ArtInAWrongPlaceIsAFaultAndALockedLayerIsNone) {
-    const AIArtSuite& art = ArtSuite();
-    Art* path = NewPath();
-    Art* root = document().CurrentLayer().root;
-    Pattern& pattern = document().NewPattern("");
-    pattern.art = document().AppendArt(kArtGroup, nullptr);
-    ArtHandle made = nullptr;
-    EXPECT_EQ(art.NewArt(kArtPath, kPlaceInsideOnTop, path->handle, &made), kHostBadPlace);
-    EXPECT_EQ(art.NewArt(kArtPath, kPlaceInsideOnTop, pattern.art->handle, &made), kHostBadPlace);
-    EXPECT_EQ(art.NewArt(kArtPath, kPlaceInsideOnTop, nullptr, &made), kHostBadHandle);
-    EXPECT_EQ(art.NewArt(kArtPath, kPlaceAboveAll, root->handle, &made), kHostBadParameter);
-    EXPECT_EQ(art.NewArt(5, kPlaceAboveAll, nullptr, &made), kHostBadParameter);
-    EXPECT_EQ(art.DisposeArt(root->handle), kHostBadPlace);
-    EXPECT_EQ(art.DisposeArt(pattern.art->handle), kHostBadPlace);
-    EXPECT_EQ(art.ReorderArt(path->handle, kPlaceBelow, path->handle), kHostBadPlace);
-    EXPECT_THAT(TakeFaults(), SizeIs(8));
-    document().CurrentLayer().locked = true;
-    EXPECT_EQ(art.NewArt(kArtPath, kPlaceInsideOnTop, root->handle, &made), kHostBadPlace);
-    EXPECT_EQ(art.NewArt(kArtPath, kPlaceAboveAll, nullptr, &made), kHostBadPlace);
-    EXPECT_EQ(art.DisposeArt(path->handle), kHostBadPlace);
-    EXPECT_EQ(made, nullptr);
-}
-
 // All of these can happen to a plug-in that does everything right.
 TEST_F(StrictnessTest, FailuresForGoodReasonAreNoFaults) {
     const AIArtSuite& art = ArtSuite();
@@ -250,21 +229,6 @@ TEST_F(StrictnessTest, TheNthCallIsRefusedOnce) {
     EXPECT_EQ(host_.callCount(), 7u);
 }
 
-TEST_F(StrictnessTest, PlainOperationsCountButAreNeverRefused) {
-    const auto& math = Use<AIRealMathSuite>("AI Real Math Suite", 3);
-    host_.RefuseFrom(1);
-    HostMatrix matrix{};
-    math.SetScaleMatrix(&matrix, 2, 3);
-    const HostPoint from{1, 1};
-    HostPoint to{};
-    math.TransformPoint(&matrix, &from, &to);
-    EXPECT_EQ(to.x, 2);
-    EXPECT_EQ(math.PointsEqual(&from, &from), 1);
-    EXPECT_EQ(host_.callCount(), 3u);
-    EXPECT_FALSE(host_.refused());
-    EXPECT_EQ(math.InvertMatrix(&matrix), kHostRefused);
-}
-
 TEST_F(StrictnessTest, AfterARefusalAMissingHandleIsNoFaultAndAStaleOneStillIs) {
     const AIArtSuite& art = ArtSuite();
     const AIUnicodeStringSuite& texts = TextSuite();
@@ -285,6 +249,59 @@ TEST_F(StrictnessTest, AfterARefusalAMissingHandleIsNoFaultAndAStaleOneStillIs) 
     EXPECT_EQ(texts.Dispose(text), kHostRefused);
     ReleaseAll();
     EXPECT_THAT(host_.faults(), IsEmpty());
+}
+
+TEST_F(StrictnessTest, SegmentsAreReplacedAndAddedWithoutGaps) {
+    const AIPathSuite& suite = PathSuite();
+    Art* path = NewPath();
+    const HostPathSegment one{{1, 0}, {1, 0}, {1, 0}, 1}, two{{2, 0}, {2, 0}, {2, 0}, 0};
+    const HostPathSegment both[]{one, two};
+    EXPECT_EQ(suite.SetPathSegments(path->handle, 1, 1, &one), kHostBadParameter);
+    EXPECT_EQ(suite.SetPathSegments(path->handle, 0, 2, both), kHostNoError);
+    EXPECT_EQ(suite.SetPathSegments(path->handle, 1, 2, both), kHostNoError);
+    int32_t count = 0;
+    EXPECT_EQ(suite.GetPathSegmentCount(path->handle, &count), kHostNoError);
+    EXPECT_EQ(count, 3);
+    HostPathSegment read[2];
+    EXPECT_EQ(suite.GetPathSegments(path->handle, 1, 2, read), kHostNoError);
+    EXPECT_EQ(read[0].anchor.x, 1);
+    EXPECT_EQ(read[1].anchor.x, 2);
+    EXPECT_EQ(suite.GetPathSegments(path->handle, 2, 2, read), kHostBadParameter);
+    EXPECT_EQ(suite.GetPathSegments(path->handle, INT32_MAX, INT32_MAX, read), kHostBadParameter);
+    EXPECT_EQ(suite.GetPathSegments(path->handle, -1, 1, read), kHostBadParameter);
+    EXPECT_THAT(TakeFaults(), SizeIs(4));
+    HostPathSegment endless = one;
+    endless.out.y = INFINITY;
+    EXPECT_EQ(suite.SetPathSegments(path->handle, 0, 1, &endless), kHostBadParameter);
+}
+
+TEST_F(StrictnessTest, APatternTakesACopyAndNeverContainsItself) {
+    const auto& suite = Use<AIPatternSuite>("AI Pattern Suite", 10);
+    PatternHandle pattern = nullptr, second = nullptr;
+    ASSERT_EQ(suite.NewPattern(&pattern), kHostNoError);
+    auto art = reinterpret_cast<ArtHandle>(uintptr_t{1});
+    EXPECT_EQ(suite.GetPatternArt(pattern, &art), kHostNoError);
+    EXPECT_EQ(art, nullptr);
+    Art* path = NewPath();
+    EXPECT_EQ(suite.SetPatternArt(pattern, path->handle), kHostNoError);
+    EXPECT_EQ(suite.GetPatternArt(pattern, &art), kHostNoError);
+    EXPECT_EQ(document().Find(art)->kind, kArtGroup);
+    EXPECT_NE(document().Find(art)->firstChild, path);
+    const ArtHandle before = art;
+
+    HostPathStyle& style = path->path()->style;
+    style.fillPaint = 1;
+    style.fill.kind = kColorPattern;
+    style.fill.u.pattern = {};
+    style.fill.u.pattern.pattern = pattern;
+    EXPECT_EQ(suite.SetPatternArt(pattern, path->handle), kHostRefused);
+    ASSERT_EQ(suite.NewPattern(&second), kHostNoError);
+    EXPECT_EQ(suite.SetPatternArt(second, path->handle), kHostNoError);
+    style.fill.u.pattern.pattern = second;
+    EXPECT_EQ(suite.SetPatternArt(pattern, path->handle), kHostRefused) << "through the other pattern";
+    style = DefaultPathStyle();
+    EXPECT_EQ(suite.SetPatternArt(pattern, path->handle), kHostNoError);
+    EXPECT_EQ(document().Find(before), nullptr);
 }
 
 TEST_F(StrictnessTest, TheTraceHasALineForEachCall) {
