@@ -190,6 +190,8 @@ private:
         }
     }
 
+    static int ChannelsOf(int32_t kind) { return kind == kCustomFour ? 4 : kind == kCustomOne ? 1 : 3; }
+
     void CustomOf(const HostColor& a, const HostColor& b, const std::string& place) {
         const workbench::CustomColor* expected = stored_.Find(a.u.custom.color);
         const workbench::CustomColor* actual = rebuilt_.Find(b.u.custom.color);
@@ -200,6 +202,13 @@ private:
         if (std::abs(a.u.custom.tint - b.u.custom.tint) > 0.0025 + 1e-9)
             Report(place, "tint", a.u.custom.tint, b.u.custom.tint);
         Same(expected->definition.kind, actual->definition.kind, place, "custom colour's form");
+        Same(expected->definition.flags, actual->definition.flags, place, "custom colour's flags");
+        // A Lab value is stored with a tenth, any other with a tenth of a percent.
+        const double room = expected->definition.kind == kCustomLab ? 0.101 : 0.00101;
+        for (int i = 0; i < ChannelsOf(expected->definition.kind); ++i) {
+            const double from = expected->definition.values[i], to = actual->definition.values[i];
+            if (!(std::abs(from - to) <= room)) Report(place, "custom colour's value", from, to);
+        }
     }
 
     void MatrixOf(const HostMatrix& a, const HostMatrix& b, const std::string& place) {

@@ -3,8 +3,7 @@
 namespace workbench {
 namespace {
 
-constexpr char kRed[] = "three 1 0 0", kBlue[] = "three 0 0 1",
-               kBlack[] = "three 0 0 0";
+constexpr char kRed[] = "three 1 0 0", kBlue[] = "three 0 0 1", kBlack[] = "three 0 0 0";
 
 std::string FillOf(const ReadFile& file, const char* name) {
     const Art* art = Named(*file.document, name);

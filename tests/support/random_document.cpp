@@ -1,0 +1,240 @@
+#include "tests/support/random_document.h"
+
+#include <algorithm>
+#include <cmath>
+#include <random>
+#include <string>
+
+using workbench::Art;
+using workbench::Document;
+
+namespace {
+
+constexpr int kDeepest = 5;        // groups within each other
+constexpr int kDeepestPattern = 4; // where a pattern may still be begun
+
+class Artist {
+public:
+    Artist(Document& document, RandomArt art, unsigned seed)
+        : document_(document), recordable_(art == RandomArt::kRecordable), random_(seed) {}
+
+    void Draw(unsigned seed) {
+        document_.title = "A title & <more> \"quoted\"";
+        document_.subject = "one, two";
+        document_.description = "Line one\nline two";
+        if (seed % 3 == 1) document_.page = {-10.1, 333.3, 700.7, 12.34};
+        document_.LayerAt(0).title = "Top \xE5\xB1\xA4";
+        Fill(document_.LayerAt(0).root, 0);
+        if (seed % 2 == 0) return;
+        workbench::Layer& below = document_.InsertLayer(1, "Below");
+        below.visible = recordable_;
+        below.locked = !recordable_;
+        below.root->name = "below";
+        Fill(below.root, 0);
+    }
+
+private:
+    int Below(int bound) { return std::uniform_int_distribution<>(0, bound - 1)(random_); }
+    bool Often(int percent) { return Below(100) < percent; }
+    double Share() { return Often(20) ? Below(2) : std::uniform_real_distribution<>(0, 1)(random_); }
+    double Number() {
+        return Often(30) ? Below(200) - 100 : std::uniform_real_distribution<>(-1000, 1000)(random_);
+    }
+    HostPoint Point() { return {Number(), Number()}; }
+    /// Always far from singular, and for a record nothing that a Fixed must round, so that positions seen
+    /// through the matrix can be compared closely.
+    HostMatrix Matrix() {
+        const auto step = [&](double value) { return recordable_ ? std::round(value * 16) / 16 : value; };
+        return {step(1 + Share()), step(Share() - 0.5), step(Share() - 0.5),
+                step(1 + Share()), step(Number()),      step(Number())};
+    }
+
+    HostColor Plain() {
+        switch (Below(4)) {
+            case 0:
+                return workbench::GrayColor(Share());
+            case 1:
+                return workbench::FourColor(Share(), Share(), Share(), Share());
+            case 2: {
+                HostColor color{};
+                color.kind = kColorCustom;
+                color.u.custom = {Ink(), Share()};
+                return color;
+            }
+            default:
+                return Often(50) ? workbench::ThreeColor(Below(256) / 255.0, Below(256) / 255.0, 1)
+                                 : workbench::ThreeColor(Share(), Share(), Share());
+        }
+    }
+
+    CustomColorHandle Ink() {
+        const int number = Below(4);
+        const std::string name =
+            (recordable_ ? "\xE8\x97\x8D, = " : "Ink & <> \"x\"") + std::to_string(number);
+        if (const workbench::CustomColor* known = document_.FindCustomColor(name)) return known->handle;
+        HostCustomColor definition{};
+        // A record forgets a one-value colour's process equivalent, and keeps equal ones under one name.
+        definition.kind = recordable_ ? number % 3 : number;
+        const int channels = definition.kind == kCustomFour ? 4 : definition.kind == kCustomOne ? 1 : 3;
+        for (int i = 0; i < channels; ++i) definition.values[i] = Share();
+        if (recordable_) definition.values[0] = number / 100.0;
+        if (recordable_ && definition.kind == kCustomLab) definition.values[1] = Number() / 10;
+        definition.flags = Below(3) - (recordable_ ? 0 : 1);
+        return document_.NewCustomColor(name, definition).handle;
+    }
+
+    HostColor GradientColor() {
+        HostColor color{};
+        color.kind = kColorGradient;
+        workbench::Gradient& gradient = document_.NewGradient("Fade " + std::to_string(Below(1000)));
+        gradient.type = Below(2);
+        gradient.stops.clear();
+        double location = Share() * 20;
+        for (int i = Often(5) ? 40 : 2 + Below(5); i-- > 0;
+             location = std::min(100.0, location + Share() * 30))
+            gradient.stops.push_back({Often(50) ? 50 : 13 + Share() * 74, location, Plain(), Share()});
+        HostGradientUse& use = color.u.gradient;
+        use = {gradient.handle, Point(), Number(), 1 + Share() * 100, Matrix(), 0, 0};
+        if (gradient.type == kGradientRadial && Often(60)) {
+            use.highlightAngle = Number();
+            use.highlightLength = Share() * 0.9;
+        }
+        if (gradient.type == kGradientRadial) use.angle = Often(50) ? Number() : 0;
+        return color;
+    }
+
+    HostColor PatternColor(int depth) {
+        HostColor color{};
+        color.kind = kColorPattern;
+        Art* art = document_.AppendArt(kArtGroup, nullptr);
+        // A record measures a pattern with all that is in it, and then leaves out guides and its own clip.
+        art->group()->clipped = !recordable_;
+        Fill(art, depth + 2);
+        SetRectangle(*document_.PrependArt(kArtPath, art), !recordable_);
+        workbench::Pattern& pattern = document_.NewPattern("Tile " + std::to_string(Below(1000)));
+        pattern.art = art;
+        color.u.pattern = {pattern.handle, Share() * 9, Number(), {1 + Share(), 1 + Share()},
+                           Number(),       Below(2),    Number(), Share() * 40,
+                           Number(),       Matrix()};
+        return color;
+    }
+
+    HostPathStyle Style(int depth) {
+        HostPathStyle style = workbench::DefaultPathStyle();
+        style.fillPaint = Below(2);
+        style.strokePaint = Below(2);
+        if (style.fillPaint || Often(30)) style.fill = Plain();
+        if (style.strokePaint || Often(30)) style.stroke = Plain();
+        if (style.fillPaint && Often(25))
+            style.fill = Often(40) && depth < kDeepestPattern ? PatternColor(depth) : GradientColor();
+        if (style.strokePaint && Often(10)) style.stroke = GradientColor();
+        if (recordable_ && style.strokePaint && depth < kDeepestPattern && Often(5))
+            style.stroke = PatternColor(depth);
+        style.fillOverprint = Below(2);
+        style.strokeOverprint = Below(2);
+        style.lineWidth = Often(20) ? 0 : Share() * 10;
+        style.lineCap = Below(3);
+        style.lineJoin = Below(3);
+        style.miterLimit = 1 + Below(9);
+        if (Often(30)) {
+            style.dash.count = 1 + Below(6);
+            style.dash.offset = Number();
+            for (int i = 0; i < style.dash.count; ++i) style.dash.lengths[i] = 0.1 + Share();
+        }
+        style.evenOdd = Below(2);
+        style.lockClip = Often(10);
+        style.resolution = Often(80) ? 800 : 300;
+        return style;
+    }
+
+    void SetSegments(workbench::PathData& path) {
+        path.closed = Below(2);
+        for (int i = 1 + Below(5); i-- > 0;) {
+            const HostPoint anchor =
+                Often(10) && !path.segments.empty() ? path.segments.front().anchor : Point();
+            path.segments.push_back(
+                {anchor, Often(50) ? anchor : Point(), Often(50) ? anchor : Point(), Below(2)});
+        }
+    }
+
+    void SetRectangle(Art& art, bool clip) {
+        workbench::PathData& path = *art.path();
+        path.closed = true;
+        path.style.fillPaint = path.style.strokePaint = 0;
+        path.style.miterLimit = workbench::DefaultPathStyle().miterLimit;
+        path.style.clip = clip;
+        const double left = Number(), bottom = Number(), right = left + 1 + Share() * 50,
+                     top = bottom + 1 + Share() * 50;
+        for (const HostPoint p : {HostPoint{left, bottom}, {right, bottom}, {right, top}, {left, top}})
+            path.segments.push_back({p, p, p, 1});
+    }
+
+    workbench::Blend SomeBlend() {
+        return {Often(70) ? 0 : Below(workbench::kBlendModeCount), Often(60) ? 1 : Share(), Often(20),
+                Below(3), Often(10)};
+    }
+
+    void SetNature(Art& art) {
+        static const char* const kNames[] = {"",    "",      "leaf",        "leaf",        "two words",
+                                             "1st", "<&\">", "vlq-paint-1", "\xE7\xB7\x9A"};
+        art.name = kNames[Below(9)];
+        art.hidden = !recordable_ && Often(10);
+        art.locked = !recordable_ && Often(10);
+        for (int i = recordable_ && Often(20) ? 1 + Below(3) : 0; i > 0; --i)
+            art.tags.push_back(
+                {"name" + std::to_string(i), "string", "a, b = c\\" + std::to_string(Below(1000))});
+    }
+
+    void AddPath(Art* parent, int depth) {
+        Art* art = document_.PrependArt(kArtPath, parent);
+        SetNature(*art);
+        SetSegments(*art->path());
+        art->path()->style = Style(depth);
+        art->path()->guide = !recordable_ && Often(10);
+        art->blend = SomeBlend();
+    }
+
+    void AddCompound(Art* parent, int depth, bool clip) {
+        Art* art = document_.PrependArt(kArtCompoundPath, parent);
+        SetNature(*art);
+        if (clip) art->hidden = false;
+        HostPathStyle style = Style(depth);
+        style.clip = clip;
+        const workbench::Blend blend = SomeBlend();
+        for (int i = 1 + Below(3); i-- > 0;) {
+            Art* member = document_.PrependArt(kArtPath, art);
+            SetSegments(*member->path());
+            member->path()->style = style;
+            member->blend = blend;
+        }
+    }
+
+    void Fill(Art* parent, int depth) {
+        for (int i = Below(depth == 0 ? 6 : 4); i-- > 0;) {
+            const int kind = Below(depth < kDeepest ? 4 : 2);
+            if (kind == 0) AddCompound(parent, depth, false);
+            if (kind == 1) AddPath(parent, depth);
+            if (kind < 2) continue;
+            Art* group = document_.PrependArt(kArtGroup, parent);
+            SetNature(*group);
+            group->blend = SomeBlend();
+            Fill(group, depth + 1);
+            if (kind == 2) continue;
+            group->group()->clipped = true;
+            if (Often(40))
+                AddCompound(group, depth, true);
+            else if (Often(80))
+                SetRectangle(*document_.PrependArt(kArtPath, group), true);
+        }
+    }
+
+    Document& document_;
+    const bool recordable_;
+    std::mt19937 random_;
+};
+
+} // namespace
+
+void FillRandomDocument(Document& document, RandomArt art, unsigned seed) {
+    Artist(document, art, seed).Draw(seed);
+}
