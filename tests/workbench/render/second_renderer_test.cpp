@@ -115,8 +115,8 @@ constexpr const char* kSnippets[] = {
     "<svg width='90' height='60' viewBox='10 20 30 60' preserveAspectRatio='none'><path d='M10 "
     "20h30v60z'/></svg>",
     "<svg width='90' height='60' viewBox='10 20 30 60'><path d='M10 20h30v60z'/></svg>",
-    "<svg width='90' height='60' viewBox='10 20 30 60' preserveAspectRatio='xMinYMax'><path "
-    "d='M10 20h30v60z'/></svg>",
+    "<svg width='90' height='60' viewBox='0 0 60 20' preserveAspectRatio='xMinYMax'><path d='M0 "
+    "0h60v20z'/></svg>",
     "<svg width='90' height='60' viewBox='0 0 30 60' preserveAspectRatio='xMidYMin slice'><path "
     "d='M0 0h30v60z'/></svg>",
     // Styles
