@@ -9,8 +9,8 @@
 #include <filesystem>
 
 #include "plugin/frame/globals.h"
-#include "plugin/frame/preferences.h"
 #include "plugin/frame/plugin_main.h"
+#include "plugin/frame/preferences.h"
 #include "plugin/host/suite_table.h"
 #include "plugin/store/store_names.h"
 #include "win32/path_names.h"

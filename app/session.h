@@ -10,7 +10,7 @@
 
 class Session {
 public:
-    Session();  ///< brings the plug-in up through its entry; ok() tells
+    Session(); ///< brings the plug-in up through its entry; ok() tells
     /// Takes it down, with the preferences that it came up with; what the host found wrong goes to standard
     /// error.
     ~Session();

@@ -1,6 +1,7 @@
 // Tries to lose a designer's records: failing system calls, kills, power cuts, many processes, damaged bytes.
 //
-// soak faults N | kills N | crashes N | processes WORKERS OPERATIONS [ROOT] | bytes STRIDE   [--seed S]
+// soak faults N | kills N | crashes N | processes WORKERS OPERATIONS [ROOT] | bytes STRIDE [STEP]   [--seed
+// S]
 //
 // Prints one line with what was tried and ends with 1, with the seed and the step, at the first loss.
 #include <fcntl.h>
@@ -187,7 +188,8 @@ void RunCrashes(uint64_t count, uint64_t seed) {
 }
 
 uint64_t NumberAt(int count, char** words, int index, uint64_t otherwise) {
-    return index < count ? std::strtoull(words[index], nullptr, 10) : otherwise;
+    const uint64_t number = index < count ? std::strtoull(words[index], nullptr, 10) : otherwise;
+    return std::max<uint64_t>(number, 1);
 }
 
 } // namespace
@@ -210,11 +212,11 @@ int main(int count, char** words) {
         return RunProcesses(static_cast<int>(times), NumberAt(count, words, 3, 100), seed,
                             count > 4 ? words[4] : "");
     } else if (mode == "bytes") {
-        return RunBytes(static_cast<unsigned>(times));
+        return RunBytes(static_cast<unsigned>(times), static_cast<unsigned>(NumberAt(count, words, 3, 1)));
     } else {
         std::fprintf(stderr,
-                     "soak faults N | kills N | crashes N | processes WORKERS OPERATIONS | bytes "
-                     "STRIDE  [--seed S]\n");
+                     "soak faults N | kills N | crashes N | processes WORKERS OPERATIONS [ROOT] | bytes "
+                     "STRIDE [STEP]  [--seed S]\n");
         return 2;
     }
     return 0;

@@ -98,13 +98,13 @@ void Put(const fs::path& path, const std::string& bytes) {
 
 } // namespace
 
-int RunBytes(unsigned stride) {
+int RunBytes(unsigned stride, unsigned step) {
     const TemporaryFolder folder;
     ModelStore store(folder.path());
     const fs::path path = folder.path() / "Golden.AID";
     const Golden golden = MakeGolden(path);
     uint64_t files = 0;
-    for (size_t place = 0; place < golden.bytes.size(); ++place) {
+    for (size_t place = 0; place < golden.bytes.size(); place += step) {
         for (unsigned change = 1 + static_cast<unsigned>(place) % stride; change < 256; change += stride) {
             std::string damaged = golden.bytes;
             damaged[place] = static_cast<char>(static_cast<uint8_t>(damaged[place]) ^ change);
