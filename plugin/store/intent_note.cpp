@@ -60,6 +60,7 @@ bool TakeNumber(std::string_view text, uint32_t& value) {
 bool TakeText(std::string_view text, std::string& value) {
     value.clear();
     for (size_t at = 0; at < text.size(); ++at) {
+        if (static_cast<uint8_t>(text[at]) < 0x20) return false; // AddText writes none
         if (text[at] != '%') {
             value.push_back(text[at]);
             continue;
