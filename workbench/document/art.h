@@ -11,6 +11,9 @@
 #include <vector>
 
 #include "suites/host_types.h"
+#include "workbench/document/mesh_data.h"
+#include "workbench/document/raster_data.h"
+#include "workbench/document/text_data.h"
 
 namespace workbench {
 
@@ -73,33 +76,12 @@ struct PlacedData {
     int32_t method = 0, alignment = 0, clip = 0;
 };
 
-/// An image.  Row 0 is the upper one; pixel (x, y) lies at matrix(x, -y), so that an upright image has
-/// its upper left corner at the matrix's translation.
-struct RasterData {
-    std::string file; ///< linked file, UTF-8; empty: `pixels` holds the data
-    HostMatrix matrix{1, 0, 0, 1, 0, 0};
-    int32_t width = 0, height = 0;
-    int32_t bytesPerPixel = 4;
-    std::vector<uint8_t> pixels; ///< 4 bytes a pixel: alpha, red, green, blue, not premultiplied
-};
-
 /// Art that a plug-in computes; its members are the edit art and the result art.
 struct PluginArtData {
     std::string groupName;
     int32_t major = 0, minor = 0;
     std::vector<uint8_t> data;
     ArtHandle edit = nullptr, result = nullptr;
-};
-
-struct MeshData {
-    HostRect bounds{};
-};
-
-struct TextFrameData {
-    int32_t frameKind = 0; ///< 0 point, 1 area, 2 on a path
-    ArtHandle path = nullptr;
-    HostRect bounds{};
-    std::string text; ///< UTF-8
 };
 
 using ArtData = std::variant<GroupData, PathData, CompoundPathData, PlacedData, RasterData, PluginArtData,

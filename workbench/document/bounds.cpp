@@ -70,7 +70,7 @@ void AddOwn(const Art& art, Box* box) {
     } else if (const auto* mesh = std::get_if<MeshData>(&art.data)) {
         box->AddRect(mesh->bounds);
     } else if (const auto* text = std::get_if<TextFrameData>(&art.data)) {
-        box->AddRect(text->bounds);
+        box->AddRect({text->matrix.tx, text->matrix.ty, text->matrix.tx, text->matrix.ty});
     }
 }
 

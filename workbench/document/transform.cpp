@@ -66,7 +66,7 @@ void Document::Transform(Art& art, const HostMatrix& matrix, double lineScale) {
         else if (auto* mesh = std::get_if<MeshData>(&member.data))
             TransformBox(mesh->bounds, matrix);
         else if (auto* text = std::get_if<TextFrameData>(&member.data))
-            TransformBox(text->bounds, matrix);
+            text->matrix = Joined(matrix, text->matrix);
     });
 }
 

@@ -140,8 +140,7 @@ private:
         if (const auto* mesh = std::get_if<MeshData>(&art.data)) (*json)["bounds"] = RectJson(mesh->bounds);
         if (const auto* text = std::get_if<TextFrameData>(&art.data)) {
             (*json)["frameKind"] = text->frameKind;
-            (*json)["bounds"] = RectJson(text->bounds);
-            (*json)["text"] = TextJson(text->text);
+            (*json)["matrix"] = MatrixJson(text->matrix);
         }
     }
 
