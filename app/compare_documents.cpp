@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdio>
 
+#include "app/difference_list.h"
 #include "workbench/render/page_files.h"
 
 using workbench::Art;
@@ -12,15 +12,7 @@ using workbench::Document;
 
 namespace {
 
-constexpr size_t kMostDifferences = 50;
-constexpr double kFixedStep = 1.0 / 65536;
-
-/// Narrowing to a 32-bit float and truncating to a Fixed; twice, because places are added up.
-double ToleranceOf(double value) {
-    return 2 * kFixedStep + std::abs(value) * 1.2e-7;
-}
-
-class Comparison {
+class Comparison : public DifferenceList {
 public:
     Comparison(const Document& stored, const Document& rebuilt, const RecordFrame& frame)
         : stored_(stored), rebuilt_(rebuilt), frame_(frame) {}
@@ -35,12 +27,6 @@ public:
         for (size_t i = 0; i < expected.size(); ++i) {
             ArtOf(*expected[i], *actual[i], place + "/" + std::to_string(i));
         }
-    }
-
-    std::vector<std::string> Take() {
-        if (count_ > kMostDifferences)
-            lines_.push_back("and " + std::to_string(count_ - kMostDifferences) + " more");
-        return std::move(lines_);
     }
 
 private:
@@ -73,7 +59,7 @@ private:
         Same(a.method == b.method && a.alignment == b.alignment && (a.clip != 0) == (b.clip != 0), true,
              place, "place options");
         const auto near = [&](double x, double y, double room, const char* what) {
-            if (!(std::abs(x - y) <= room)) Report(place, what, x, y);
+            Near(x, y, room, place, what);
         };
         for (double HostMatrix::*member : {&HostMatrix::a, &HostMatrix::b, &HostMatrix::c, &HostMatrix::d})
             near(a.matrix.*member, b.matrix.*member, std::abs(a.matrix.*member) * kDigits, "picture matrix");
@@ -287,31 +273,11 @@ private:
         patternOrigin_ = outerOrigin;
     }
 
-    void Same(int32_t expected, int32_t actual, const std::string& place, const char* what) {
-        if (expected != actual) Report(place, what, expected, actual);
-    }
-
-    void Near(double expected, double actual, const std::string& place, const char* what) {
-        if (!(std::abs(expected - actual) <= ToleranceOf(expected))) Report(place, what, expected, actual);
-    }
-
-    void Report(const std::string& place, const std::string& what, double expected, double actual) {
-        std::array<char, 96> text;
-        std::snprintf(text.data(), text.size(), " %.9g became %.9g", expected, actual);
-        Add(place + ": " + what + text.data());
-    }
-
-    void Add(std::string line) {
-        if (++count_ <= kMostDifferences) lines_.push_back(std::move(line));
-    }
-
     const Document& stored_;
     const Document& rebuilt_;
     const RecordFrame& frame_;
     bool inPattern_ = false;
     HostPoint patternOrigin_{};
-    std::vector<std::string> lines_;
-    size_t count_ = 0;
 };
 
 } // namespace
