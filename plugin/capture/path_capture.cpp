@@ -4,6 +4,7 @@
 #include <limits>
 #include <span>
 
+#include "plugin/capture/art_paint.h"
 #include "plugin/capture/art_walk.h"
 #include "plugin/capture/custom_colors.h"
 #include "plugin/capture/pattern_capture.h"
@@ -85,17 +86,6 @@ void CaptureStyle(ArtHandle path, AidbPathObject* stored, const HostPoint& origi
         style.stroke.u.pattern.pattern = CapturePatternPaint(style.stroke.u.pattern.pattern);
     }
     PathStyleToRecord(style, &stored->style, &translation);
-}
-
-void CaptureBlend(ArtHandle art, AidbObjectHeader* header) {
-    const AIBlendStyleSuite& suite = BlendStyleSuite();
-    int32_t value = 0;
-    double opacity = 0;
-    if (!suite.GetBlendingMode(art, &value)) header->blendMode = static_cast<uint32_t>(value);
-    if (!suite.GetOpacity(art, &opacity)) header->opacity = HostRealToFixed(opacity);
-    if (!suite.GetIsolated(art, &value)) header->isolated = static_cast<uint16_t>(value);
-    if (!suite.GetKnockout(art, &value)) header->knockout = static_cast<uint16_t>(value);
-    if (!suite.GetAlphaIsShape(art, &value)) header->alphaIsShape = static_cast<uint16_t>(value);
 }
 
 void Subtract(HostPoint& point, const HostPoint& origin) {

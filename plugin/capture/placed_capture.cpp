@@ -3,11 +3,10 @@
 #include <cstring>
 #include <string>
 
+#include "plugin/capture/art_paint.h"
 #include "plugin/capture/art_walk.h"
-#include "plugin/capture/custom_colors.h"
 #include "plugin/capture/linked_names.h"
 #include "plugin/capture/note_text.h"
-#include "plugin/capture/path_capture.h"
 #include "plugin/host/host_string.h"
 #include "plugin/objects/conversions.h"
 #include "plugin/objects/object_stream.h"
@@ -52,29 +51,12 @@ void AppendOptionsLine(std::string& note, ArtHandle placed) {
             std::to_string(clip) + "\r";
 }
 
-// A block of paint has no room for stops and no art of its own.
-void MakeStorable(int32_t paints, HostColor& color) {
-    if (!paints) {
-        ForgetHandle(color);
-    } else if (color.kind == kColorGradient || color.kind == kColorPattern) {
-        color = HostColor{};
-        color.kind = kColorGray;
-    } else if (color.kind == kColorCustom) {
-        RegisterCustomColor(color.u.custom.color);
-    }
-}
-
 /// The paint that the art's style gives to art without a path; false if there is none.
 bool ReadStyle(ArtHandle art, AidbNoteStyle* stored) {
-    ArtStyleHandle style = nullptr;
     HostPathStyle paint{};
-    if (ArtStyleSuite().GetArtStyle(art, &style) || !style) return false;
-    if (ArtStyleSuite().GetPaintAttributes(style, &paint)) return false;
-    if (!paint.fillPaint && !paint.strokePaint) return false;
-    MakeStorable(paint.fillPaint, paint.fill);
-    MakeStorable(paint.strokePaint, paint.stroke);
+    if (!ReadStylePaint(art, &paint) || (!paint.fillPaint && !paint.strokePaint)) return false;
     std::memcpy(stored->marker, kStyleMarker, sizeof stored->marker);
-    PathStyleToRecord(paint, &stored->style);
+    StoreStylePaint(paint, &stored->style);
     double opacity = 0;
     if (!BlendStyleSuite().GetOpacity(art, &opacity)) stored->opacity = HostRealToFixed(opacity);
     return true;

@@ -3,17 +3,9 @@
 #include "plugin/host/suites.h"
 #include "plugin/objects/conversions.h"
 #include "plugin/objects/object_stream.h"
+#include "plugin/rebuild/art_paint.h"
 #include "plugin/rebuild/paint_rebuild.h"
 #include "plugin/rebuild/tag_rebuild.h"
-
-static void SetBlend(ArtHandle art, const AidbObjectHeader& header) {
-    const AIBlendStyleSuite& blend = BlendStyleSuite();
-    blend.SetBlendingMode(art, static_cast<int32_t>(header.blendMode));
-    blend.SetOpacity(art, FixedToReal(header.opacity));
-    blend.SetIsolated(art, header.isolated);
-    blend.SetKnockout(art, header.knockout);
-    blend.SetAlphaIsShape(art, header.alphaIsShape);
-}
 
 static void Move(HostPoint* point, const HostPoint& offset) {
     point->x += offset.x;

@@ -13,6 +13,7 @@
 #include "plugin/host/suites.h"
 #include "plugin/objects/conversions.h"
 #include "plugin/objects/object_stream.h"
+#include "plugin/rebuild/art_paint.h"
 #include "plugin/store/linked_files.h"
 #include "plugin/store/store_names.h"
 
@@ -112,29 +113,6 @@ void MoveCentreTo(ArtHandle art, double x, double y) {
     TransformArtSuite().TransformArt(art, &move, 1.0, kTransformAll);
 }
 
-// ---- Its paint ----
-
-/// What the record can't name becomes gray 0: a block of paint has no stops and no art of its own.
-void MakePlain(HostColor* color) {
-    const bool resolved = color->kind == kColorCustom && color->u.custom.color;
-    if (color->kind == kColorGray || color->kind == kColorFour || color->kind == kColorThree || resolved)
-        return;
-    *color = HostColor{};
-    color->kind = kColorGray;
-}
-
-void SetStoredStyle(ArtHandle art, const AidbNoteStyle& stored) {
-    HostPathStyle paint{};
-    HostPoint spot{};
-    PathStyleFromRecord(stored.style, &paint, &spot);
-    MakePlain(&paint.fill);
-    MakePlain(&paint.stroke);
-    ArtStyleHandle style = nullptr;
-    if (ArtStyleSuite().NewStyleFromPathStyle(&paint, 0, 0, &style) == kHostNoError)
-        ArtStyleSuite().SetArtStyle(art, style);
-    BlendStyleSuite().SetOpacity(art, FixedToReal(stored.opacity));
-}
-
 HostError PlaceFile(const char* path, const PlacedNote& note, ArtHandle* art) {
     const HostString text(path, std::strlen(path), kEncodingPlatform);
     if (!text.get()) return kHostOutOfMemory;
@@ -207,6 +185,9 @@ HostError LoadArtPlacedProcess(const RecordSource& source, std::span<uint8_t> no
     MoveCentreTo(art, 0, 0);
     MoveCentreTo(art, note.matrix.tx + x, note.matrix.ty + y);
     ArtSuite().ReorderArt(art, paintOrder, prep);
-    if (stored) SetStoredStyle(art, *stored);
+    if (stored) {
+        SetStylePaint(art, stored->style);
+        BlendStyleSuite().SetOpacity(art, FixedToReal(stored->opacity));
+    }
     return kHostNoError;
 }
