@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <map>
 #include <utility>
 #include <vector>
 
@@ -65,6 +67,18 @@ void ForEachSatellite(ArtType& art, Visitor&& visit) {
     if (auto* text = std::get_if<TextFrameData>(&art.data); text && text->path) visit(text->path);
 }
 
+/// Copies of frames that were in one chain are one again, over a copy of the whole story.
+void ShareCopy(const Story& story, const std::vector<Art*>& copies,
+               const std::map<ArtHandle, ArtHandle>& copyOfFrame) {
+    const auto copy = std::make_shared<Story>(story);
+    copy->frames.clear();
+    for (const ArtHandle frame : story.frames) {
+        const auto found = copyOfFrame.find(frame);
+        if (found != copyOfFrame.end()) copy->frames.push_back(found->second);
+    }
+    for (Art* each : copies) std::get<TextFrameData>(each->data).story = copy;
+}
+
 bool MakeData(int32_t kind, ArtData* data) {
     switch (kind) {
         case kArtGroup:
@@ -113,6 +127,10 @@ Art* Document::MakeArt(int32_t kind) {
     art->kind = kind;
     art->data = std::move(data);
     tables_->Add<ArtHandle>(HandleType::kArt, *art);
+    if (auto* text = std::get_if<TextFrameData>(&art->data)) {
+        text->story = std::make_shared<Story>();
+        text->story->frames.push_back(art->handle);
+    }
     return art;
 }
 
@@ -188,6 +206,8 @@ HostError Document::DisposeArt(Art* art) {
         });
     }
     for (Art* each : doomed) {
+        const auto* text = std::get_if<TextFrameData>(&each->data);
+        if (text && text->story) std::erase(text->story->frames, each->handle);
         tables_->handles.Remove(reinterpret_cast<uintptr_t>(each->handle));
         delete each;
     }
@@ -238,8 +258,11 @@ Art* Document::CopyArt(const Art& art) {
         return to;
     };
     std::vector<Pair> pairs{{&art, copyOf(art, nullptr)}};
+    std::map<const Story*, std::vector<Art*>> framesOfCopies;
     for (size_t i = 0; i < pairs.size(); ++i) {
         const auto [from, to] = pairs[i];
+        if (auto* text = std::get_if<TextFrameData>(&to->data); text && text->story)
+            framesOfCopies[text->story.get()].push_back(to);
         auto* plugin = std::get_if<PluginArtData>(&to->data);
         for (const Art* child = from->firstChild; child; child = child->below) {
             pairs.push_back({child, copyOf(*child, to)});
@@ -256,6 +279,9 @@ Art* Document::CopyArt(const Art& art) {
             handle = pairs.back().to->handle;
         });
     }
+    std::map<ArtHandle, ArtHandle> copyOfFrame;
+    for (const auto& [from, to] : pairs) copyOfFrame[from->handle] = to->handle;
+    for (const auto& [story, copies] : framesOfCopies) ShareCopy(*story, copies, copyOfFrame);
     return pairs.front().to;
 }
 

@@ -2,6 +2,7 @@
 #include <vector>
 
 #include "workbench/document/document.h"
+#include "workbench/document/text_layout.h"
 
 namespace workbench {
 
@@ -60,7 +61,23 @@ const Art* StandIn(const Document& document, const Art& art) {
     return child;
 }
 
-void AddOwn(const Art& art, Box* box) {
+/// Point text is its lines; text in an area is the area, whatever it holds; text on a path is both.
+void AddText(const Document& document, const Art& art, const TextFrameData& text, Box* box) {
+    if (const Art* path = document.Find(text.path); path && path->path()) box->AddPath(*path->path());
+    if (text.frameKind == kAreaText) return;
+    HostRect lines{};
+    TextLayout* layout = CurrentTextLayout();
+    const bool any =
+        layout ? layout->LineBounds(document, art, &lines) : EstimateLineBounds(document, art, &lines);
+    if (any) {
+        box->Add({lines.left, lines.top});
+        box->Add({lines.right, lines.bottom});
+    } else if (text.frameKind == kPointText) {
+        box->Add({text.matrix.tx, text.matrix.ty});
+    }
+}
+
+void AddOwn(const Document& document, const Art& art, Box* box) {
     if (const PathData* path = art.path()) {
         box->AddPath(*path);
     } else if (const auto* placed = std::get_if<PlacedData>(&art.data)) {
@@ -70,7 +87,7 @@ void AddOwn(const Art& art, Box* box) {
     } else if (const auto* mesh = std::get_if<MeshData>(&art.data)) {
         box->AddRect(mesh->bounds);
     } else if (const auto* text = std::get_if<TextFrameData>(&art.data)) {
-        box->AddRect({text->matrix.tx, text->matrix.ty, text->matrix.tx, text->matrix.ty});
+        AddText(document, art, *text, box);
     }
 }
 
@@ -86,7 +103,7 @@ bool Document::Bounds(const Art& art, HostRect* bounds) const {
             waiting.push_back(standIn);
             continue;
         }
-        AddOwn(*each, &box);
+        AddOwn(*this, *each, &box);
         for (const Art* child = each->firstChild; child; child = child->below) waiting.push_back(child);
     }
     if (!box.any()) return false;

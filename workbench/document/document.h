@@ -132,9 +132,10 @@ public:
     /// and free-standing art are measured like any other; styled art doesn't count.
     bool Bounds(const Art& art, HostRect* bounds) const;
 
-    /// Maps art with all its members, and the gradients and patterns that they are painted with; line widths
-    /// and dashes grow by `lineScale`.
-    void Transform(Art& art, const HostMatrix& matrix, double lineScale);
+    /// Maps art with all its members, and, if `withPaint`, the gradients and patterns that they are painted
+    /// with; line widths and dashes grow by `lineScale`.  Of text in a chain, the paint of what the frame
+    /// shows goes along.
+    void Transform(Art& art, const HostMatrix& matrix, double lineScale, bool withPaint = true);
 
     // Paint.
     Gradient* Find(GradientHandle handle);

@@ -1,4 +1,8 @@
+#include <map>
+#include <memory>
+
 #include "workbench/document/document.h"
+#include "workbench/document/story.h"
 
 namespace workbench {
 
@@ -26,15 +30,56 @@ void TransformPaint(HostColor& color, const HostMatrix& matrix) {
         color.u.pattern.matrix = Joined(matrix, color.u.pattern.matrix);
 }
 
-void TransformPath(PathData& path, const HostMatrix& matrix, double lineScale) {
+void TransformPath(PathData& path, const HostMatrix& matrix, double lineScale, bool withPaint) {
     for (HostPathSegment& segment : path.segments) {
         for (HostPoint* point : {&segment.anchor, &segment.in, &segment.out}) *point = Mapped(matrix, *point);
     }
-    TransformPaint(path.style.fill, matrix);
-    TransformPaint(path.style.stroke, matrix);
+    if (withPaint) TransformPaint(path.style.fill, matrix);
+    if (withPaint) TransformPaint(path.style.stroke, matrix);
     path.style.lineWidth *= lineScale;
     path.style.dash.offset *= lineScale;
     for (double& length : path.style.dash.lengths) length *= lineScale;
+}
+
+bool MovesWithArt(const CharacterAttributes& style) {
+    const auto moves = [](const HostColor& color) {
+        return color.kind == kColorGradient || color.kind == kColorPattern;
+    };
+    return moves(style.fillColor) || moves(style.strokeColor);
+}
+
+/// Neighbours that share their attributes share the changed ones too.
+void TransformCharacters(Story& story, StoryRange range, const HostMatrix& matrix, double lineScale,
+                         bool withPaint) {
+    using Attributes = std::shared_ptr<const CharacterAttributes>;
+    std::map<Attributes, Attributes> changed;
+    for (size_t at = range.first; at < range.end; ++at) {
+        Attributes& style = story.styles[at].character;
+        if (!style) continue;
+        if (lineScale == 1 && !(withPaint && MovesWithArt(*style))) continue;
+        Attributes& mapped = changed[style];
+        if (!mapped) {
+            auto attributes = std::make_shared<CharacterAttributes>(*style);
+            if (withPaint) TransformPaint(attributes->fillColor, matrix);
+            if (withPaint) TransformPaint(attributes->strokeColor, matrix);
+            attributes->lineWidth *= lineScale;
+            attributes->dashOffset *= lineScale;
+            for (double& length : attributes->dashes) length *= lineScale;
+            mapped = std::move(attributes);
+        }
+        style = mapped;
+    }
+}
+
+/// The frame's path comes with it; only point text has a place of its own.
+void TransformText(Document& document, const Art& art, TextFrameData& text, const HostMatrix& matrix,
+                   double lineScale, bool withPaint) {
+    const StoryRange range = ShownRange(document, art);
+    text.matrix = Joined(matrix, text.matrix);
+    if (text.frameKind != kPointText) text.matrix.tx = text.matrix.ty = 0;
+    Art* path = document.Find(text.path);
+    if (path && path->path()) TransformPath(*path->path(), matrix, lineScale, withPaint);
+    if (text.story) TransformCharacters(*text.story, range, matrix, lineScale, withPaint);
 }
 
 /// Kinds that know nothing but their box take the box of the mapped one.
@@ -54,11 +99,11 @@ void TransformBox(HostRect& box, const HostMatrix& matrix) {
 
 } // namespace
 
-void Document::Transform(Art& art, const HostMatrix& matrix, double lineScale) {
+void Document::Transform(Art& art, const HostMatrix& matrix, double lineScale, bool withPaint) {
     ForEachArt(art, [&](const Art& each) {
         Art& member = const_cast<Art&>(each);
         if (PathData* path = member.path())
-            TransformPath(*path, matrix, lineScale);
+            TransformPath(*path, matrix, lineScale, withPaint);
         else if (auto* placed = std::get_if<PlacedData>(&member.data))
             placed->matrix = Joined(matrix, placed->matrix);
         else if (auto* raster = std::get_if<RasterData>(&member.data))
@@ -66,7 +111,7 @@ void Document::Transform(Art& art, const HostMatrix& matrix, double lineScale) {
         else if (auto* mesh = std::get_if<MeshData>(&member.data))
             TransformBox(mesh->bounds, matrix);
         else if (auto* text = std::get_if<TextFrameData>(&member.data))
-            text->matrix = Joined(matrix, text->matrix);
+            TransformText(*this, member, *text, matrix, lineScale, withPaint);
     });
 }
 
