@@ -189,6 +189,10 @@ void Document::AdoptArt(Art& art, Art& parent) {
     Link(art, parent, parent.lastChild);
 }
 
+void Document::DetachArt(Art& art) {
+    Unlink(art);
+}
+
 HostError Document::DisposeArt(Art* art) {
     if (!art) return kHostBadHandle;
     if (art->layer) return kHostBadPlace;

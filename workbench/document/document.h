@@ -103,6 +103,9 @@ public:
     /// Hangs free-standing art into a container, at the bottom.
     void AdoptArt(Art& art, Art& parent);
 
+    /// Takes art that is no layer's root out of its container, free-standing.
+    void DetachArt(Art& art);
+
     /// Also what hangs on it out of the tree: styled art, a text's path.  kHostBadPlace for a layer's root.
     HostError DisposeArt(Art* art);
 

@@ -29,7 +29,21 @@ enum class HandleType : uint8_t {
     kText,
     kFilePath,
     kPort,
-    kPluginGroup
+    kPluginGroup,
+    kMeshVertex,
+    kMeshSegment,
+    kTextRange,
+    kTextFrame,
+    kStory,
+    kCharFeatures,
+    kParaFeatures,
+    kFont,
+    kFontKey,
+    kKinsoku,
+    kKinsokuSet,
+    kTextPaint,
+    kTextResources,
+    kRealArray
 };
 
 class HandleTable {
