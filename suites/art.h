@@ -57,6 +57,9 @@ typedef struct AIPathSuite {
     /* Replaces or, from the end on, adds; `first` may be at most the count. */
     HostError (*SetPathSegments)(ArtHandle path, int32_t first, int32_t count,
                                  const HostPathSegment* segments);
+
+    /* Those behind move up; kHostBadParameter if the range leaves the path. */
+    HostError (*DeletePathSegments)(ArtHandle path, int32_t first, int32_t count);
     HostError (*GetPathClosed)(ArtHandle path, int32_t* closed);
     HostError (*SetPathClosed)(ArtHandle path, int32_t closed);
     HostError (*GetPathGuide)(ArtHandle path, int32_t* guide);
@@ -137,19 +140,10 @@ typedef struct AIPlacedSuite {
     HostError (*SetPlaceOptions)(ArtHandle placed, int32_t method, int32_t alignment, int32_t clip);
 } AIPlacedSuite;
 
-/* AI Raster Suite, version 10: images. */
-typedef struct AIRasterSuite {
-    /* 1 if the image's data lies in the document, 0 if it is a linked file. */
-    HostError (*IsDataInDocument)(ArtHandle raster, int32_t* inDocument);
-    HostError (*GetRasterFile)(ArtHandle raster, UnicodeStringHandle path);
-    HostError (*GetRasterMatrix)(ArtHandle raster, HostMatrix* matrix);
-    HostError (*SetRasterMatrix)(ArtHandle raster, const HostMatrix* matrix);
-} AIRasterSuite;
-
 /* AI Transform Art Suite, version 3. */
 typedef struct AITransformArtSuite {
     /* Moves, turns or scales art with all its members.  `lineScale` is the factor for line widths, `flags`
-       are bits of the host: what of the art goes with it; 0x6F is all of it. */
+       are bits of the host: what of the art goes with it; 0x6F is all of it, 1 the art without its paint. */
     HostError (*TransformArt)(ArtHandle art, const HostMatrix* matrix, double lineScale, uint32_t flags);
 } AITransformArtSuite;
 

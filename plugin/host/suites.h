@@ -9,7 +9,10 @@
 #include "suites/document.h"
 #include "suites/draw.h"
 #include "suites/frame.h"
+#include "suites/mesh.h"
 #include "suites/paint.h"
+#include "suites/raster.h"
+#include "suites/text.h"
 
 // Art
 const AIArtSuite& ArtSuite();
@@ -20,6 +23,9 @@ const AIArtStyleSuite& ArtStyleSuite();
 const AIPluginGroupSuite& PluginGroupSuite();
 const AIPlacedSuite& PlacedSuite();
 const AIRasterSuite& RasterSuite();
+const AIMeshSuite& MeshSuite();
+const AIMeshVertexSuite& MeshVertexSuite();
+const AIMeshSegmentSuite& MeshSegmentSuite();
 const AITransformArtSuite& TransformArtSuite();
 const AITagSuite& TagSuite();
 
@@ -29,6 +35,23 @@ const AIGradientSuite& GradientSuite();
 const AIPatternSuite& PatternSuite();
 const AICustomColorSuite& CustomColorSuite();
 const AISwatchListSuite& SwatchListSuite();
+
+// Text
+const AITextFrameSuite& TextFrameSuite();
+const AIFontSuite& FontSuite();
+const AIATEPaintSuite& ATEPaintSuite();
+const AIATETextUtilSuite& ATETextUtilSuite();
+const ATETextFrameSuite& EngineTextFrameSuite();
+const ATETextRangeSuite& EngineTextRangeSuite();
+const ATEStorySuite& EngineStorySuite();
+const ATECharFeaturesSuite& EngineCharFeaturesSuite();
+const ATEParaFeaturesSuite& EngineParaFeaturesSuite();
+const ATEKinsokuSuite& EngineKinsokuSuite();
+const ATEKinsokuSetSuite& EngineKinsokuSetSuite();
+const ATEApplicationTextResourcesSuite& EngineApplicationTextResourcesSuite();
+const ATEApplicationPaintSuite& EngineApplicationPaintSuite();
+const ATEFontSuite& EngineFontSuite();
+const ATEArrayRealSuite& EngineArrayRealSuite();
 
 // Document
 const AILayerSuite& LayerSuite();

@@ -172,6 +172,14 @@ HostError SetPathSegments(SuiteCall& call, Of<PathData> path, int32_t first, int
     return kHostNoError;
 }
 
+HostError DeletePathSegments(SuiteCall& call, Of<PathData> path, int32_t first, int32_t count) {
+    auto& all = path.data.segments;
+    if (!IsRange(first, count, all.size()))
+        return call.FaultUnlessRefused(kHostBadParameter, "segments beyond the path");
+    all.erase(all.begin() + first, all.begin() + first + count);
+    return kHostNoError;
+}
+
 HostError GetPathClosed(SuiteCall&, Of<PathData> path, int32_t& closed) {
     return Put(closed, path.data.closed);
 }
@@ -392,6 +400,7 @@ const void* PathSuiteTable() {
         Entry<"AI Path Suite", "GetPathSegmentCount", GetPathSegmentCount>::Run,
         Entry<"AI Path Suite", "GetPathSegments", GetPathSegments>::Run,
         Entry<"AI Path Suite", "SetPathSegments", SetPathSegments>::Run,
+        Entry<"AI Path Suite", "DeletePathSegments", DeletePathSegments>::Run,
         Entry<"AI Path Suite", "GetPathClosed", GetPathClosed>::Run,
         Entry<"AI Path Suite", "SetPathClosed", SetPathClosed>::Run,
         Entry<"AI Path Suite", "GetPathGuide", GetPathGuide>::Run,
