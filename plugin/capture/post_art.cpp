@@ -8,10 +8,12 @@
 #include "plugin/capture/art_tags.h"
 #include "plugin/capture/art_walk.h"
 #include "plugin/capture/custom_colors.h"
+#include "plugin/capture/mesh_capture.h"
 #include "plugin/capture/path_capture.h"
 #include "plugin/capture/pattern_capture.h"
 #include "plugin/capture/placed_capture.h"
 #include "plugin/capture/preview.h"
+#include "plugin/capture/raster_capture.h"
 #include "plugin/frame/globals.h"
 #include "plugin/objects/conversions.h"
 #include "plugin/objects/object_stream.h"
@@ -157,11 +159,31 @@ HostError CapturePlaced(CaptureWalk& walk, ArtHandle placed, int32_t) {
     return kHostNoError;
 }
 
+HostError CaptureEmbeddedRaster(CaptureWalk& walk, ArtHandle raster) {
+    HandleOwner object(NewHandle(kRasterBaseBytes, kRecordGrain));
+    if (!object.get()) return RanOutOfMemory(walk);
+    const HostError error = PostArtRasterProcess(raster, object.get(), &walk.origin);
+    if (error) return error == kHostOutOfMemory ? RanOutOfMemory(walk) : error;
+    if (AddAIDBObj(globals->curRecord, object.bytes())) walk.outOfMemory = true;
+    return kHostNoError;
+}
+
 HostError CaptureRaster(CaptureWalk& walk, ArtHandle raster, int32_t) {
     if (!CountsAlone(raster)) return kHostNoError;
     int32_t inDocument = 0;
     const HostError error = RasterSuite().IsDataInDocument(raster, &inDocument);
-    if (!error && !inDocument) PostArtLinkedRasterProcess(raster, &walk.origin);
+    if (error) return error;
+    if (inDocument) return CaptureEmbeddedRaster(walk, raster);
+    PostArtLinkedRasterProcess(raster, &walk.origin);
+    return kHostNoError;
+}
+
+HostError CaptureMesh(CaptureWalk& walk, ArtHandle mesh, int32_t) {
+    if (!InScope(mesh)) return kHostNoError;
+    HandleOwner object;
+    const HostError error = PostArtMeshProcess(mesh, object.get(), walk.origin);
+    if (error == kHostOutOfMemory) return RanOutOfMemory(walk);
+    if (object.get() && AddAIDBObj(globals->curRecord, object.bytes())) walk.outOfMemory = true;
     return error;
 }
 
@@ -182,6 +204,7 @@ constexpr struct {
 } kCaptures[] = {
     {kArtGroup, CaptureGroup},   {kArtPath, CapturePath},     {kArtCompoundPath, CaptureCompoundPath},
     {kArtPlaced, CapturePlaced}, {kArtRaster, CaptureRaster}, {kArtPlugin, CapturePluginArt},
+    {kArtMesh, CaptureMesh},
 };
 
 HostError CaptureOne(CaptureWalk& walk, ArtHandle art, int32_t depth) {

@@ -55,9 +55,13 @@ AidbNoteStyle* FindNoteStyle(std::span<uint8_t> noteObject);
 /// The plug-in art that a note stands for; null if it is another note or too short.
 AidbPluginNote* FindPluginNote(std::span<uint8_t> noteObject);
 
-/// Bytes of one raster tile of 32 by 32 pixels: 4 bytes a pixel, 5 in a five-channel colour space.
+constexpr uint32_t TilePixelBytes(uint16_t colorSpace) {
+    return colorSpace == kFiveChannelSpace ? 5 : 4;
+}
+
+/// Bytes of one raster tile.
 constexpr uint32_t TileBytes(uint16_t colorSpace) {
-    return kTileEdge * kTileEdge * (colorSpace == kFiveChannelSpace ? 5 : 4);
+    return kTileEdge * kTileEdge * TilePixelBytes(colorSpace);
 }
 
 /// The tiles of a raster object, as many whole ones as its count says and the object holds.

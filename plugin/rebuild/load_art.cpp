@@ -10,9 +10,11 @@
 #include "plugin/objects/object_stream.h"
 #include "plugin/rebuild/custom_color_rebuild.h"
 #include "plugin/rebuild/load_state.h"
+#include "plugin/rebuild/mesh_rebuild.h"
 #include "plugin/rebuild/path_rebuild.h"
 #include "plugin/rebuild/placed_rebuild.h"
 #include "plugin/rebuild/plugin_art_rebuild.h"
+#include "plugin/rebuild/raster_rebuild.h"
 #include "plugin/rebuild/tag_rebuild.h"
 #include "plugin/rebuild/tag_transfer.h"
 #include "plugin/rebuild/undo_texts.h"
@@ -213,8 +215,12 @@ LoadStep LoadObject(LoadState& load, std::span<uint8_t> object) {
     switch (HeaderOf(object)->type) {
         case kNoteObject:
             return LoadArtNoteProcess(load, object);
+        case kMeshObject:
+            return LoadArtMeshProcess(load, object);
         case kPathObject:
             return LoadArtPathProcess(load, object);
+        case kRasterObject:
+            return LoadArtRasterProcess(load, object);
         default:
             return LoadStep::kGoOn;
     }

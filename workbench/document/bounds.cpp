@@ -19,11 +19,6 @@ public:
         rect_.bottom = std::min(rect_.bottom, point.y);
         rect_.top = std::max(rect_.top, point.y);
     }
-    void AddRect(const HostRect& rect) {
-        if (rect.left == 0 && rect.top == 0 && rect.right == 0 && rect.bottom == 0) return;
-        Add({rect.left, rect.top});
-        Add({rect.right, rect.bottom});
-    }
     void AddCorners(const HostMatrix& m, double width, double height) {
         if (width == 0 && height == 0) return;
         for (const double x : {0.0, width}) {
@@ -77,15 +72,27 @@ void AddText(const Document& document, const Art& art, const TextFrameData& text
     }
 }
 
+void AddRaster(const RasterData& raster, Box* box) {
+    const HostRasterRecord& pixels = raster.record;
+    const HostMatrix& m = raster.matrix;
+    if (raster.Width() == 0 && raster.Height() == 0) return;
+    for (const int32_t column : {pixels.left, pixels.right}) {
+        for (const int32_t row : {pixels.top, pixels.bottom}) {
+            const double x = column, y = -static_cast<double>(row);
+            box->Add({m.a * x + m.c * y + m.tx, m.b * x + m.d * y + m.ty});
+        }
+    }
+}
+
 void AddOwn(const Document& document, const Art& art, Box* box) {
     if (const PathData* path = art.path()) {
         box->AddPath(*path);
     } else if (const auto* placed = std::get_if<PlacedData>(&art.data)) {
         box->AddCorners(placed->matrix, placed->width, placed->height);
     } else if (const auto* raster = std::get_if<RasterData>(&art.data)) {
-        box->AddCorners(raster->matrix, raster->width, -static_cast<double>(raster->height));
+        AddRaster(*raster, box);
     } else if (const auto* mesh = std::get_if<MeshData>(&art.data)) {
-        box->AddRect(mesh->bounds);
+        ForEachMeshPoint(*mesh, [box](const HostPoint& point) { box->Add(point); });
     } else if (const auto* text = std::get_if<TextFrameData>(&art.data)) {
         AddText(document, art, *text, box);
     }

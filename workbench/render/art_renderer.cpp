@@ -8,6 +8,7 @@
 #include "workbench/render/cairo_handle.h"
 #include "workbench/render/paint_source.h"
 #include "workbench/render/picture_images.h"
+#include "workbench/render/raster_drawing.h"
 
 namespace workbench {
 namespace {
@@ -284,36 +285,37 @@ private:
         if (SetSource(color, true)) cairo_stroke_preserve(context_);
     }
 
+    /// What the record tells and nobody wrote is clear.
     void DrawRaster(const Art& art) {
         const auto* raster = std::get_if<RasterData>(&art.data);
-        if (!raster || raster->bytesPerPixel != 4 || raster->width <= 0 || raster->height <= 0) return;
-        const auto count = static_cast<size_t>(raster->width) * static_cast<size_t>(raster->height);
-        if (raster->pixels.size() < count * 4) return;
-        const CairoSurface image(
-            cairo_image_surface_create(CAIRO_FORMAT_ARGB32, raster->width, raster->height));
-        uint8_t* pixels = cairo_image_surface_get_data(image.get());
-        if (!pixels) return;
-        cairo_surface_flush(image.get());
-        const auto stride = static_cast<size_t>(cairo_image_surface_get_stride(image.get()));
-        for (size_t y = 0; y < static_cast<size_t>(raster->height); ++y) {
-            for (size_t x = 0; x < static_cast<size_t>(raster->width); ++x) {
-                const uint8_t* from = &raster->pixels[(y * static_cast<size_t>(raster->width) + x) * 4];
-                const uint32_t alpha = from[0];
-                const auto weigh = [alpha](uint32_t value) { return (value * alpha + 127) / 255; };
-                const uint32_t pixel =
-                    alpha << 24 | weigh(from[1]) << 16 | weigh(from[2]) << 8 | weigh(from[3]);
-                std::memcpy(pixels + y * stride + x * 4, &pixel, 4);
-            }
-        }
-        cairo_surface_mark_dirty(image.get());
+        if (!raster || raster->Width() <= 0 || raster->Height() <= 0) return;
         const cairo_matrix_t matrix = CairoMatrix(raster->matrix);
         if (!IsInvertible(matrix)) return;
+        const auto width = static_cast<double>(raster->Width()),
+                   height = static_cast<double>(raster->Height());
         cairo_save(context_);
         cairo_transform(context_, &matrix);
-        cairo_scale(context_, 1, -1);
-        cairo_set_source_surface(context_, image.get(), 0, 0);
-        cairo_set_operator(context_, OperatorOf(art.blend.mode));
-        cairo_paint_with_alpha(context_, std::clamp(art.blend.opacity, 0.0, 1.0));
+        cairo_translate(context_, raster->record.left, -raster->record.bottom);
+        const bool linked = !raster->file.empty();
+        if (linked || !IsShownSpace(raster->record.colorSpace)) {
+            PlacedData box;
+            box.width = width;
+            box.height = height;
+            if (linked)
+                DrawPicture(pictures_.Load(raster->file), box);
+            else
+                DrawCrossedBox(box);
+        } else if (const CairoSurface image = ImageOfRaster(document_, art)) {
+            const auto rows = static_cast<double>(raster->RowsKept());
+            cairo_rectangle(context_, 0, height - rows, width, rows);
+            cairo_clip(context_);
+            cairo_translate(context_, 0, height);
+            cairo_scale(context_, 1, -1);
+            cairo_set_source_surface(context_, image.get(), 0, 0);
+            cairo_pattern_set_extend(cairo_get_source(context_), CAIRO_EXTEND_PAD); // no soft edge
+            cairo_set_operator(context_, OperatorOf(art.blend.mode));
+            cairo_paint_with_alpha(context_, std::clamp(art.blend.opacity, 0.0, 1.0));
+        }
         cairo_restore(context_);
     }
 

@@ -1,5 +1,7 @@
 #include "workbench/shell/document_json.h"
 
+#include "workbench/shell/document_json_raster.h"
+
 namespace workbench {
 namespace {
 
@@ -126,21 +128,38 @@ private:
             (*json)["size"] = Json::array({placed->width, placed->height});
             (*json)["options"] = Json::array({placed->method, placed->alignment, placed->clip});
         }
-        if (const auto* raster = std::get_if<RasterData>(&art.data)) {
-            (*json)["file"] = TextJson(raster->file);
-            (*json)["matrix"] = MatrixJson(raster->matrix);
-            (*json)["size"] = Json::array({raster->width, raster->height});
-            (*json)["bytesPerPixel"] = raster->bytesPerPixel;
-        }
+        if (const auto* raster = std::get_if<RasterData>(&art.data)) AddRasterJson(*raster, json);
         if (const auto* plugin = std::get_if<PluginArtData>(&art.data)) {
             (*json)["pluginGroup"] = TextJson(plugin->groupName);
             (*json)["version"] = Json::array({plugin->major, plugin->minor});
             (*json)["data"] = plugin->data;
         }
-        if (const auto* mesh = std::get_if<MeshData>(&art.data)) (*json)["bounds"] = RectJson(mesh->bounds);
+        if (const auto* mesh = std::get_if<MeshData>(&art.data)) AddMesh(*mesh, json);
         if (const auto* text = std::get_if<TextFrameData>(&art.data)) {
             (*json)["frameKind"] = text->frameKind;
             (*json)["matrix"] = MatrixJson(text->matrix);
+        }
+    }
+
+    void AddMesh(const MeshData& mesh, Json* json) const {
+        (*json)["meshType"] = mesh.type == kMeshRing ? "ring" : "grid";
+        (*json)["grid"] = Json::array({mesh.gridI, mesh.gridJ});
+        Json vertices = Json::array();
+        for (const MeshVertex& vertex : mesh.vertices) {
+            Json one = {{"position", PointJson(vertex.position)}, {"color", ColorOf(vertex.color, 0)}};
+            for (const MeshSpoke& spoke : vertex.spokes)
+                one["edges"].push_back({{"tangent", PointJson(spoke.tangent)}, {"smooth", spoke.smooth}});
+            vertices.push_back(std::move(one));
+        }
+        (*json)["vertices"] = std::move(vertices);
+        for (const auto& [name, edges] : {std::pair("edgesI", &mesh.edgesI), {"edgesJ", &mesh.edgesJ}}) {
+            Json all = Json::array();
+            for (const MeshEdge& edge : *edges) {
+                Json points = Json::array();
+                for (const HostPoint& point : edge) points.push_back(PointJson(point));
+                all.push_back(std::move(points));
+            }
+            (*json)[name] = std::move(all);
         }
     }
 

@@ -141,4 +141,18 @@ std::string ValueText(const HostPlaceRequest& request) {
            HandleText(request.newArt) + "}";
 }
 
+std::string ValueText(const HostRasterRecord& record) {
+    return Printed("{(%d, %d, %d, %d), space %d, %d bits, flags %u}", record.left, record.top, record.right,
+                   record.bottom, record.colorSpace, record.bitsPerPixel, record.flags);
+}
+
+std::string ValueText(const HostTileSlice& slice) {
+    return Printed("(%d, %d, %d, %d; %d to %d)", slice.left, slice.top, slice.right, slice.bottom,
+                   slice.front, slice.back);
+}
+
+std::string ValueText(const HostTile& tile) {
+    return Printed("{%d bytes a pixel, %d a row}", tile.columnBytes, tile.rowBytes);
+}
+
 } // namespace workbench

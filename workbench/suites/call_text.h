@@ -8,6 +8,7 @@
 #include "suites/art.h"
 #include "suites/draw.h"
 #include "suites/host_types.h"
+#include "suites/raster.h"
 
 namespace workbench {
 
@@ -27,6 +28,9 @@ std::string ValueText(const HostGradientStop& stop);
 std::string ValueText(const HostCustomColor& color);
 std::string ValueText(const HostDrawData& data);
 std::string ValueText(const HostPlaceRequest& request);
+std::string ValueText(const HostRasterRecord& record);
+std::string ValueText(const HostTileSlice& slice);
+std::string ValueText(const HostTile& tile);
 
 template <typename T>
 concept Complete = requires {

@@ -1,14 +1,13 @@
-// The tables for linked files and images, and for moving art, of suites/art.h over the front document.
+// The tables for linked files and for moving art of suites/art.h over the front document.
 
 #include <algorithm>
 #include <cmath>
 
 #include "suites/art.h"
+#include "workbench/suites/picture_paths.h"
 #include "workbench/suites/suite_call.h"
 
 namespace workbench {
-
-namespace {
 
 bool IsFinite(const HostMatrix& m) {
     for (const double value : {m.a, m.b, m.c, m.d, m.tx, m.ty}) {
@@ -17,9 +16,6 @@ bool IsFinite(const HostMatrix& m) {
     return true;
 }
 
-// AI Placed Suite, AI Raster Suite
-
-/// Paths go out in the form of the platform that plug-ins know: with backslashes.
 HostError PutFile(const std::string& file, HostText& path) {
     const bool unclear = file.find('/') != std::string::npos && file.find('\\') != std::string::npos;
     if (file.empty() || unclear) return kHostNotFound;
@@ -27,6 +23,10 @@ HostError PutFile(const std::string& file, HostText& path) {
     std::replace(path.utf8.begin(), path.utf8.end(), '/', '\\');
     return kHostNoError;
 }
+
+namespace {
+
+// AI Placed Suite
 
 HostError GetPlacedFile(SuiteCall&, Of<PlacedData> placed, HostText& path) {
     return PutFile(placed.data.file, path);
@@ -89,38 +89,20 @@ HostError SetPlaceOptions(SuiteCall&, Of<PlacedData> placed, int32_t method, int
     return kHostNoError;
 }
 
-HostError IsDataInDocument(SuiteCall&, Of<RasterData> raster, int32_t& inDocument) {
-    inDocument = raster.data.file.empty() ? 1 : 0;
-    return kHostNoError;
-}
-
-HostError GetRasterFile(SuiteCall&, Of<RasterData> raster, HostText& path) {
-    return PutFile(raster.data.file, path);
-}
-
-HostError GetRasterMatrix(SuiteCall&, Of<RasterData> raster, HostMatrix& matrix) {
-    matrix = raster.data.matrix;
-    return kHostNoError;
-}
-
-HostError SetRasterMatrix(SuiteCall&, Of<RasterData> raster, const HostMatrix& matrix) {
-    if (!IsFinite(matrix)) return kHostBadParameter;
-    raster.data.matrix = matrix;
-    return kHostNoError;
-}
-
 // AI Transform Art Suite
 
 constexpr uint32_t kTransformAll = 0x6F;
+constexpr uint32_t kTransformArtAlone = 1; ///< without gradients and patterns
 
 HostError TransformArt(SuiteCall& call, Art& art, const HostMatrix& matrix, double lineScale,
                        uint32_t flags) {
-    if (flags != kTransformAll) return call.Fault(kHostBadParameter, "a transform of parts of the art");
+    if (flags != kTransformAll && flags != kTransformArtAlone)
+        return call.Fault(kHostBadParameter, "a transform of parts of the art");
     if (!IsFinite(matrix) || !std::isfinite(lineScale)) return kHostBadParameter;
     const Layer* layer = call.document().LayerOf(art);
     if (!layer) return call.Fault(kHostBadPlace, "art that is no part of the tree");
     if (!Document::CanChange(layer)) return kHostBadPlace;
-    call.document().Transform(art, matrix, lineScale);
+    call.document().Transform(art, matrix, lineScale, flags == kTransformAll);
     return kHostNoError;
 }
 
@@ -134,16 +116,6 @@ const void* PlacedSuiteTable() {
         Entry<"AI Placed Suite", "ExecutePlaceRequest", ExecutePlaceRequest>::Run,
         Entry<"AI Placed Suite", "SetPlacedMatrix", SetPlacedMatrix>::Run,
         Entry<"AI Placed Suite", "SetPlaceOptions", SetPlaceOptions>::Run,
-    };
-    return &table;
-}
-
-const void* RasterSuiteTable() {
-    static constexpr AIRasterSuite table{
-        Entry<"AI Raster Suite", "IsDataInDocument", IsDataInDocument>::Run,
-        Entry<"AI Raster Suite", "GetRasterFile", GetRasterFile>::Run,
-        Entry<"AI Raster Suite", "GetRasterMatrix", GetRasterMatrix>::Run,
-        Entry<"AI Raster Suite", "SetRasterMatrix", SetRasterMatrix>::Run,
     };
     return &table;
 }

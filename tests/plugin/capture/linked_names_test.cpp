@@ -119,16 +119,12 @@ TEST_F(PlacedNoteTest, AStyleThatPaintsNothingLeavesNoBlock) {
     EXPECT_EQ(note.size(), Stream().at(0).size() + 29);
 }
 
-TEST_F(PlacedNoteTest, LinkedRastersAreNotesEmbeddedOnesAreNot) {
+TEST_F(PlacedNoteTest, LinkedRastersAreNotes) {
     workbench::Art& linked = *document().AppendArt(kArtRaster, &root());
     auto& data = std::get<workbench::RasterData>(linked.data);
     data.file = "/pics/scan.png";
     data.matrix = {1, 0, 0, 1, 0, 8};
-    data.width = data.height = 8;
-    workbench::Art& embedded = *document().AppendArt(kArtRaster, &root());
-    auto& pixels = std::get<workbench::RasterData>(embedded.data);
-    pixels.width = pixels.height = 1;
-    pixels.pixels.assign(4, 0xFF);
+    data.record = workbench::NewRasterRecord(8, 8, workbench::kSpaceThree);
     CaptureAll();
     EXPECT_THAT(Stream(),
                 ElementsAre(::testing::StartsWith("PlacedFile = \"scan.png\"\rPlacedMatrix = 1, 0, 0, 1, ")));

@@ -70,8 +70,10 @@ TEST_F(BoundsTest, PicturesAreMeasuredThroughTheirMatrix) {
     Art* raster = document_.AppendArt(kArtRaster, nullptr);
     auto& image = std::get<RasterData>(raster->data);
     image.matrix = {0.5, 0, 0, 0.5, 10, 20}; // upright: the translation is the upper left corner
-    image.width = 8, image.height = 4;
+    image.record = NewRasterRecord(8, 4, kSpaceThree);
     ExpectBounds(*raster, 10, 20, 14, 18);
+    image.record.left = -2, image.record.bottom = 6; // pixels count from the matrix's own (0, 0)
+    ExpectBounds(*raster, 9, 20, 14, 17);
 }
 
 } // namespace
