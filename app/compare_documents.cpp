@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 
+#include "app/compare_rasters.h"
 #include "app/difference_list.h"
 #include "workbench/render/page_files.h"
 
@@ -44,10 +45,22 @@ private:
             PathOf(*expected.path(), *actual.path(), place);
         } else if (expected.kind == kArtPlaced) {
             PlacedOf(expected, actual, place);
+        } else if (expected.kind == kArtRaster) {
+            RasterOf(expected, actual, place);
         } else {
             if (expected.group()) Same(expected.group()->clipped, actual.group()->clipped, place, "clipped");
             Members(MembersOf(expected), MembersOf(actual), place);
         }
+    }
+
+    void RasterOf(const Art& expected, const Art& actual, const std::string& place) {
+        const auto& raster = std::get<workbench::RasterData>(expected.data);
+        CompareRasters(raster, std::get<workbench::RasterData>(actual.data), frame_.origin, place, this);
+        // Documents look up what they may change.
+        const auto* a = const_cast<Document&>(stored_).Find(expected.artStyle);
+        const auto* b = const_cast<Document&>(rebuilt_).Find(actual.artStyle);
+        Same(a != nullptr, b != nullptr, place, "image with a style");
+        if (a && b) StyleOf(a->paint, b->paint, place + " style");
     }
 
     /// A note holds six digits of each number.

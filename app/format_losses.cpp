@@ -55,6 +55,7 @@ private:
             if (!inPattern_ && !there) ++counts_["missing linked picture"];
             return !inPattern_ && there;
         }
+        if (art.kind == kArtRaster) return RasterKept(std::get<workbench::RasterData>(art.data));
         const workbench::PathData* path = art.path();
         if (!path) {
             ++counts_["art of another kind"];
@@ -69,6 +70,7 @@ private:
         art.hidden = false;
         if (art.kind == kArtPath) return ApplyToPath(art, origin);
         if (art.kind == kArtPlaced) return ApplyToPlaced(art);
+        if (art.kind == kArtRaster) return ApplyToRaster(art);
         ApplyToContainerBlend(art);
         ApplyToMembers(art, origin);
     }
@@ -94,6 +96,36 @@ private:
         art.blend = {};
         if (!art.tags.empty()) counts_["tag of a linked picture"] += static_cast<int>(art.tags.size());
         art.tags.clear();
+    }
+
+    bool RasterKept(const workbench::RasterData& raster) {
+        const HostRasterRecord& record = raster.record;
+        const bool fits = std::min({record.left, record.top, record.right, record.bottom}) >= INT16_MIN &&
+                          std::max({record.left, record.top, record.right, record.bottom}) <= INT16_MAX;
+        if (inPattern_) ++counts_["image in a pattern"];
+        if (!inPattern_ && !fits) ++counts_["image beyond 32767 pixels"];
+        return !inPattern_ && fits;
+    }
+
+    /// Of a style, a record keeps plain paint, and that of a colourized image alone.
+    void ApplyToRaster(Art& art) {
+        if (!art.tags.empty()) counts_["tag of an image"] += static_cast<int>(art.tags.size());
+        art.tags.clear();
+        workbench::ArtStyle* style = document_.Find(art.artStyle);
+        if (!style) return;
+        if (!std::get<workbench::RasterData>(art.data).Colorized()) {
+            ++counts_["art style of an image"];
+            art.artStyle = nullptr;
+            return;
+        }
+        HostPathStyle paint = style->paint;
+        for (const auto& [painted, color] :
+             {std::pair(paint.fillPaint, &paint.fill), std::pair(paint.strokePaint, &paint.stroke)}) {
+            if (!painted || (color->kind != kColorGradient && color->kind != kColorPattern)) continue;
+            ++counts_["gradient or pattern of an image's style"];
+            *color = workbench::GrayColor(0);
+        }
+        art.artStyle = document_.NewArtStyle(paint).handle;
     }
 
     void ApplyToPath(Art& art, const HostPoint& origin) {
