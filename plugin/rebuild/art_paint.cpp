@@ -3,10 +3,9 @@
 #include "plugin/host/suites.h"
 #include "plugin/objects/conversions.h"
 
-static void MakePlain(HostColor* color) {
-    const bool resolved = color->kind == kColorCustom && color->u.custom.color;
-    if (color->kind == kColorGray || color->kind == kColorFour || color->kind == kColorThree || resolved)
-        return;
+void KeepPlainColor(HostColor* color) {
+    const bool plain = color->kind == kColorGray || color->kind == kColorFour || color->kind == kColorThree;
+    if (plain || (color->kind == kColorCustom && color->u.custom.color)) return;
     *color = HostColor{};
     color->kind = kColorGray;
 }
@@ -24,8 +23,8 @@ void SetStylePaint(ArtHandle art, const AidbStyle& stored) {
     HostPathStyle paint{};
     HostPoint spot{};
     PathStyleFromRecord(stored, &paint, &spot);
-    MakePlain(&paint.fill);
-    MakePlain(&paint.stroke);
+    KeepPlainColor(&paint.fill);
+    KeepPlainColor(&paint.stroke);
     ArtStyleHandle style = nullptr;
     if (ArtStyleSuite().NewStyleFromPathStyle(&paint, 0, 0, &style) == kHostNoError)
         ArtStyleSuite().SetArtStyle(art, style);

@@ -5,6 +5,10 @@
 #include "plugin/objects/object_layout.h"
 #include "suites/host_types.h"
 
+/// Makes gray 0 of a colour that names what the host doesn't have: a stored number in place of a handle, a
+/// custom colour that nothing resolves, an unknown kind.
+void KeepPlainColor(HostColor* color);
+
 /// Sets blending mode, opacity, isolation, knockout and alpha-is-shape.  What the host refuses stays as it
 /// was.
 void SetBlend(ArtHandle art, const AidbObjectHeader& header);

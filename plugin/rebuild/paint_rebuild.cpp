@@ -5,16 +5,11 @@
 #include "plugin/frame/globals.h"
 #include "plugin/host/suites.h"
 #include "plugin/objects/conversions.h"
+#include "plugin/rebuild/art_paint.h"
 
 static void MakeGray(HostColor* color) {
     *color = HostColor{};
     color->kind = kColorGray;
-}
-
-/// A colour in whose place nothing has to be made or looked up; other ones become gray 0.
-static void KeepPlainColor(HostColor* color) {
-    const bool plain = color->kind == kColorGray || color->kind == kColorFour || color->kind == kColorThree;
-    if (!plain && !(color->kind == kColorCustom && color->u.custom.color)) MakeGray(color);
 }
 
 static void ReadStop(const AidbGradientStop& stored, HostGradientStop* stop) {

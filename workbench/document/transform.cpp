@@ -82,19 +82,13 @@ void TransformText(Document& document, const Art& art, TextFrameData& text, cons
     if (text.story) TransformCharacters(*text.story, range, matrix, lineScale, withPaint);
 }
 
-/// Kinds that know nothing but their box take the box of the mapped one.
-void TransformBox(HostRect& box, const HostMatrix& matrix) {
-    const HostPoint first = Mapped(matrix, {box.left, box.top});
-    HostRect mapped{first.x, first.y, first.x, first.y};
-    for (const HostPoint corner :
-         {HostPoint{box.right, box.top}, {box.right, box.bottom}, {box.left, box.bottom}}) {
-        const HostPoint point = Mapped(matrix, corner);
-        if (point.x < mapped.left) mapped.left = point.x;
-        if (point.x > mapped.right) mapped.right = point.x;
-        if (point.y > mapped.top) mapped.top = point.y;
-        if (point.y < mapped.bottom) mapped.bottom = point.y;
+/// Tangents are ways and not places.
+void TransformMesh(MeshData& mesh, const HostMatrix& matrix) {
+    ForEachMeshPoint(mesh, [&](HostPoint& point) { point = Mapped(matrix, point); });
+    const HostMatrix turned{matrix.a, matrix.b, matrix.c, matrix.d, 0, 0};
+    for (MeshVertex& vertex : mesh.vertices) {
+        for (MeshSpoke& spoke : vertex.spokes) spoke.tangent = Mapped(turned, spoke.tangent);
     }
-    box = mapped;
 }
 
 } // namespace
@@ -109,7 +103,7 @@ void Document::Transform(Art& art, const HostMatrix& matrix, double lineScale, b
         else if (auto* raster = std::get_if<RasterData>(&member.data))
             raster->matrix = Joined(matrix, raster->matrix);
         else if (auto* mesh = std::get_if<MeshData>(&member.data))
-            TransformBox(mesh->bounds, matrix);
+            TransformMesh(*mesh, matrix);
         else if (auto* text = std::get_if<TextFrameData>(&member.data))
             TransformText(*this, member, *text, matrix, lineScale, withPaint);
     });

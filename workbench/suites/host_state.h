@@ -1,13 +1,17 @@
 /// What the host knows; for this room alone.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <unordered_set>
 #include <vector>
 
+#include "suites/mesh.h"
+#include "suites/text.h"
 #include "workbench/document/handle_table.h"
 #include "workbench/suites/host.h"
 
@@ -38,6 +42,27 @@ struct HostPluginGroup {
     std::string name;
 };
 
+/// The vertex that a plug-in holds at the moment; out of reach once its mesh is gone.
+struct HostMeshVertex {
+    MeshVertexHandle handle = nullptr;
+    ArtHandle mesh = nullptr;
+    size_t vertex = 0;
+};
+
+/// Likewise the segment.
+struct HostMeshSegment {
+    MeshSegmentHandle handle = nullptr;
+    ArtHandle mesh = nullptr;
+    size_t vertex = 0;
+    MeshDirection direction = kForwardI;
+};
+
+struct HostFontKey {
+    FontKey handle = nullptr;
+    std::string name;
+    std::array<int32_t, 16> words{}; ///< all 0 for a font that this machine doesn't have
+};
+
 struct HostState {
     HostState();
     ~HostState();
@@ -45,9 +70,13 @@ struct HostState {
     std::unique_ptr<Document> document;
     Painter* painter = nullptr;
     PictureFiles* pictures = nullptr;
+    FontList* fonts = nullptr;
+    std::map<std::string, std::unique_ptr<HostFontKey>> fontKeys; ///< given out so far, by name
     HandleTable handles; ///< texts, paths, ports, plug-in groups
     size_t loaned = 0;   ///< texts, paths and ports that the plug-in has to dispose of
     std::vector<std::unique_ptr<HostPluginGroup>> pluginGroups;
+    std::unique_ptr<HostMeshVertex> meshVertex;   ///< null: none given out, or taken back
+    std::unique_ptr<HostMeshSegment> meshSegment; ///< likewise
     std::vector<Alert> alerts;
 
     std::vector<int64_t> uses; ///< by suite number
@@ -86,6 +115,9 @@ struct HostState {
     /// Frees what was never disposed of; with a fault for each unless `silent`.
     void TakeBackAll(bool silent);
 };
+
+/// The part of TakeBackAll for the text engine's references; other types are passed over.
+void TakeBackReference(HostState& host, HandleType type, void* object, bool silent);
 
 /// The current host's state; null if there is no host.
 HostState* CurrentState();

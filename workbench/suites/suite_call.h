@@ -100,6 +100,7 @@ struct DocumentObject {
 template <typename Object, typename HandleOfObject, HandleType type>
 struct HostObject {
     using Handle = HandleOfObject;
+    static constexpr HandleType handleType = type;
     static constexpr bool inDocument = false;
     static Object* Find(HostState& host, Handle handle) {
         return static_cast<Object*>(host.handles.Find(type, reinterpret_cast<uintptr_t>(handle)));
@@ -117,6 +118,8 @@ template <> struct ObjectTraits<Swatch> : DocumentObject<Swatch, SwatchHandle> {
 template <> struct ObjectTraits<HostText> : HostObject<HostText, UnicodeStringHandle, HandleType::kText> { static constexpr const char* name = "Unicode string"; };
 template <> struct ObjectTraits<HostFilePath> : HostObject<HostFilePath, FilePathHandle, HandleType::kFilePath> { static constexpr const char* name = "file path"; };
 template <> struct ObjectTraits<HostPort> : HostObject<HostPort, PortHandle, HandleType::kPort> { static constexpr const char* name = "port"; };
+template <> struct ObjectTraits<HostMeshVertex> : HostObject<HostMeshVertex, MeshVertexHandle, HandleType::kMeshVertex> { static constexpr const char* name = "mesh vertex"; };
+template <> struct ObjectTraits<HostMeshSegment> : HostObject<HostMeshSegment, MeshSegmentHandle, HandleType::kMeshSegment> { static constexpr const char* name = "mesh segment"; };
 template <> struct ObjectTraits<HostPluginGroup> : HostObject<HostPluginGroup, PluginGroupHandle, HandleType::kPluginGroup> { static constexpr const char* name = "plug-in group"; };
 // clang-format on
 

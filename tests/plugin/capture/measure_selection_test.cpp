@@ -73,7 +73,10 @@ TEST_F(MeasureTest, MembersAndOtherKinds) {
     document().Select(AddPath(AddCompoundPath(group), {{1, 1}, {2, 2}}), true);
     AddPath(group, {{-50, -50}});
     Art& mesh = *document().AppendArt(kArtMesh, &group);
-    std::get<workbench::MeshData>(mesh.data).bounds = {0, 30, 40, 10};
+    auto& net = std::get<workbench::MeshData>(mesh.data);
+    ASSERT_TRUE(InitMesh(net, workbench::kMeshGrid, 1, 1));
+    net.vertices[0].position = {40, 10};
+    net.edgesJ[0][1] = {7, 30};
     document().Select(mesh, true);
     ExpectRect(Measure(false), {0, 30, 40, 1});
     ExpectRect(Measure(true), {0, 30, 40, 1});
