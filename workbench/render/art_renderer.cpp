@@ -6,8 +6,10 @@
 #include <cstring>
 
 #include "workbench/render/cairo_handle.h"
+#include "workbench/render/mesh_drawing.h"
 #include "workbench/render/paint_source.h"
 #include "workbench/render/picture_images.h"
+#include "workbench/render/text_drawing.h"
 #include "workbench/render/raster_drawing.h"
 
 namespace workbench {
@@ -56,6 +58,12 @@ public:
                 break;
             case kArtPlaced:
                 DrawPlaced(art);
+                break;
+            case kArtTextFrame:
+                DrawTextFrame(art);
+                break;
+            case kArtMesh:
+                DrawMesh(art);
                 break;
             case kArtPlugin:
                 DrawPluginArt(art);
@@ -316,6 +324,37 @@ private:
             cairo_set_operator(context_, OperatorOf(art.blend.mode));
             cairo_paint_with_alpha(context_, std::clamp(art.blend.opacity, 0.0, 1.0));
         }
+        cairo_restore(context_);
+    }
+
+    void DrawTextFrame(const Art& art) {
+        const bool composed = art.blend.opacity < 1 || art.blend.mode != kBlendNormal;
+        cairo_save(context_);
+        if (composed) cairo_push_group(context_);
+        DrawLetters(context_, document_, art, [this](const HostPathStyle& style) {
+            SetLine(style);
+            if (style.fillPaint) Fill(style.fill);
+            if (style.strokePaint) Stroke(style.stroke);
+        });
+        if (composed) {
+            cairo_pop_group_to_source(context_);
+            cairo_set_operator(context_, OperatorOf(art.blend.mode));
+            cairo_paint_with_alpha(context_, std::clamp(art.blend.opacity, 0.0, 1.0));
+        }
+        cairo_restore(context_);
+    }
+
+    void DrawMesh(const Art& art) {
+        HostRect box{};
+        const CairoSource source = MeshSource(document_, std::get<MeshData>(art.data));
+        if (!source || !document_.Bounds(art, &box)) return;
+        cairo_save(context_);
+        cairo_new_path(context_);
+        cairo_rectangle(context_, box.left, box.bottom, box.right - box.left, box.top - box.bottom);
+        cairo_clip(context_);
+        cairo_set_source(context_, source.get());
+        cairo_set_operator(context_, OperatorOf(art.blend.mode));
+        cairo_paint_with_alpha(context_, std::clamp(art.blend.opacity, 0.0, 1.0));
         cairo_restore(context_);
     }
 
