@@ -101,4 +101,40 @@ StoryRange ShownRange(const Document& document, const Art& frame) {
     return range;
 }
 
+HostPathStyle PaintOf(const CharacterAttributes& attributes) {
+    HostPathStyle paint = DefaultPathStyle();
+    paint.fillPaint = attributes.fill;
+    paint.fill = attributes.fillColor;
+    paint.fillOverprint = attributes.fillOverprint;
+    paint.strokePaint = attributes.stroke;
+    paint.stroke = attributes.strokeColor;
+    paint.strokeOverprint = attributes.strokeOverprint;
+    paint.lineWidth = attributes.lineWidth;
+    paint.lineCap = attributes.lineCap;
+    paint.lineJoin = attributes.lineJoin;
+    paint.miterLimit = attributes.miterLimit;
+    const size_t count = std::min(attributes.dashes.size(), std::size(paint.dash.lengths));
+    paint.dash.count = static_cast<int32_t>(count);
+    paint.dash.offset = attributes.dashOffset;
+    std::copy_n(attributes.dashes.begin(), count, paint.dash.lengths);
+    return paint;
+}
+
+void SetPaint(CharacterAttributes& attributes, const HostPathStyle& paint) {
+    attributes.fill = paint.fillPaint != 0;
+    attributes.fillColor = paint.fill;
+    attributes.fillOverprint = paint.fillOverprint != 0;
+    attributes.stroke = paint.strokePaint != 0;
+    attributes.strokeColor = paint.stroke;
+    attributes.strokeOverprint = paint.strokeOverprint != 0;
+    attributes.lineWidth = paint.lineWidth;
+    attributes.lineCap = paint.lineCap;
+    attributes.lineJoin = paint.lineJoin;
+    attributes.miterLimit = paint.miterLimit;
+    const auto count = std::clamp<size_t>(static_cast<size_t>(std::max(paint.dash.count, 0)), 0,
+                                          std::size(paint.dash.lengths));
+    attributes.dashOffset = paint.dash.offset;
+    attributes.dashes.assign(paint.dash.lengths, paint.dash.lengths + count);
+}
+
 } // namespace workbench

@@ -38,4 +38,8 @@ void SetKerning(Story& story, size_t at, int32_t kerning);
 /// CurrentTextLayout, else by a plain estimate), and the last one the rest.
 StoryRange ShownRange(const Document& document, const Art& frame);
 
+/// The paint of letters as that of paths, and back; clip, rule and resolution are those of no path.
+HostPathStyle PaintOf(const CharacterAttributes& attributes);
+void SetPaint(CharacterAttributes& attributes, const HostPathStyle& paint);
+
 } // namespace workbench
