@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "workbench/suites/suite_call.h"
+#include "workbench/suites/art_places.h"
 
 namespace workbench {
 
@@ -70,26 +70,6 @@ HostError GetLayerOfArt(SuiteCall& call, Art& art, LayerHandle& layer) {
     const Layer* found = call.document().LayerOf(art);
     if (!found) return kHostNotFound;
     layer = found->handle;
-    return kHostNoError;
-}
-
-/// A place that the document refuses is the plug-in's fault, unless the layer is hidden or locked.
-HostError Placed(SuiteCall& call, HostError error, int32_t paintOrder, const Art* prep) {
-    if (error != kHostBadPlace) return error;
-    const Layer* layer = &call.document().CurrentLayer();
-    if (paintOrder != kPlaceAboveAll) layer = call.document().LayerOf(*prep);
-    if (layer && !Document::CanChange(layer)) return error;
-    return call.Fault(error, "a wrong place for art");
-}
-
-HostError CheckPaintOrder(SuiteCall& call, int32_t paintOrder, const Art* prep) {
-    if (paintOrder < kPlaceAbove || paintOrder > kPlaceAboveAll) {
-        return call.Fault(kHostBadParameter, "no such paint order");
-    }
-    if (paintOrder != kPlaceAboveAll && !prep) return call.FaultUnlessRefused(kHostBadHandle, "no prep art");
-    if (paintOrder == kPlaceAboveAll && prep) {
-        return call.Fault(kHostBadParameter, "prep art where none belongs");
-    }
     return kHostNoError;
 }
 

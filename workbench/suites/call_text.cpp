@@ -155,4 +155,12 @@ std::string ValueText(const HostTile& tile) {
     return Printed("{%d bytes a pixel, %d a row}", tile.columnBytes, tile.rowBytes);
 }
 
+std::string ValueText(const HostFontRecord& record) {
+    return Printed("{classes %d %d %d}", record.words[2], record.words[3], record.words[4]);
+}
+
+std::string ValueText(const HostTextDash& dash) {
+    return Printed("{%d dashes from %g}", dash.count, dash.offset);
+}
+
 } // namespace workbench

@@ -9,6 +9,7 @@
 #include "suites/draw.h"
 #include "suites/host_types.h"
 #include "suites/raster.h"
+#include "suites/text.h"
 
 namespace workbench {
 
@@ -31,6 +32,8 @@ std::string ValueText(const HostPlaceRequest& request);
 std::string ValueText(const HostRasterRecord& record);
 std::string ValueText(const HostTileSlice& slice);
 std::string ValueText(const HostTile& tile);
+std::string ValueText(const HostFontRecord& record);
+std::string ValueText(const HostTextDash& dash);
 
 template <typename T>
 concept Complete = requires {

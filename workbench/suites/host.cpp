@@ -134,6 +134,7 @@ void HostState::TakeBackAll(bool silent) {
                 takeBack(*static_cast<HostPort*>(object), "port");
                 break;
             default:
+                TakeBackReference(*this, type, object, silent);
                 break;
         }
     });
@@ -178,6 +179,13 @@ void Host::SetPainter(Painter* painter) {
 
 void Host::SetPictureFiles(PictureFiles* pictures) {
     state_->pictures = pictures;
+}
+
+void Host::SetFontList(FontList* fonts) {
+    for (const auto& [name, key] : state_->fontKeys)
+        state_->handles.Remove(reinterpret_cast<uintptr_t>(key->handle));
+    state_->fontKeys.clear();
+    state_->fonts = fonts;
 }
 
 void Host::AddPluginGroup(std::string name) {

@@ -3,7 +3,7 @@
 /// The host is strict.  What a real host would forgive now and crash on later is recorded as a fault: stale
 /// handles, handles of another kind, art of a kind that an operation doesn't take, missing out pointers,
 /// art made where none may be, suites used while they aren't acquired, uses never given back, host strings,
-/// paths and ports never disposed of, blocks freed twice.  A call that fails for a good reason is no fault:
+/// paths and ports never disposed of, references never released, blocks freed twice.  A call that fails for a good reason is no fault:
 /// no such name, no document, a locked layer, a value out of range (stored data brings those), a refusal
 /// on request and, once there was one, a missing handle or an index that follows from it.
 ///
@@ -19,6 +19,7 @@
 
 #include "suites/basic.h"
 #include "workbench/document/document.h"
+#include "workbench/document/fonts.h"
 #include "workbench/document/painter.h"
 #include "workbench/document/pictures.h"
 
@@ -55,6 +56,9 @@ public:
 
     /// Tells place requests about files; not owned.  Without one every request is refused.
     void SetPictureFiles(PictureFiles* pictures);
+
+    /// The fonts of AI Font Suite; not owned.  Without one there are none.  Keys of the old list are stale.
+    void SetFontList(FontList* fonts);
 
     /// Another plug-in's kind of plug-in art, as AI Plugin Group Suite lists it.
     void AddPluginGroup(std::string name);
