@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "workbench/document/art.h"
+#include "workbench/svg/text_properties.h"
 
 namespace workbench {
 namespace {
@@ -83,6 +84,34 @@ void SetFontSize(Text value, const ComputedStyle& parent, double* size) {
     if (named >= 0) *size = kSizes[named];
 }
 
+/// The shorthand: words of style, variant, weight and stretch, then the size with the line's height, then
+/// the families.
+void SetFont(Text value, const ComputedStyle& parent, ComputedStyle* style) {
+    style->text.weight = 400;
+    style->text.slant = 0;
+    style->text.width = 100;
+    style->text.lineHeight = 0;
+    while (!value.empty()) {
+        const size_t stop = std::min(value.find(' '), value.size());
+        const Text word = value.substr(0, stop);
+        value = Trim(value.substr(stop));
+        const size_t slash = std::min(word.find('/'), word.size());
+        Length size;
+        const bool number = word.find_first_not_of("0123456789") == Text::npos; // a weight, not a size
+        if (number || !ParseLength(word.substr(0, slash), &size)) {
+            for (const Property property :
+                 {Property::kFontStyle, Property::kFontWeight, Property::kFontStretch})
+                if (word != "normal") SetTextProperty(property, word, style->fontSize, &style->text);
+            continue;
+        }
+        SetFontSize(word.substr(0, slash), parent, &style->fontSize);
+        if (slash < word.size())
+            SetTextProperty(Property::kLineHeight, word.substr(slash + 1), style->fontSize, &style->text);
+        style->text.families = value;
+        return;
+    }
+}
+
 void SetBlendMode(Text value, ComputedStyle* style) {
     const auto found = std::ranges::find(kBlendNames, value);
     style->unknownBlend = found == std::end(kBlendNames);
@@ -126,6 +155,21 @@ void Inherit(Property property, const ComputedStyle& parent, ComputedStyle* styl
             break;
         case Property::kFontSize:
             style->fontSize = parent.fontSize;
+            break;
+        case Property::kFont:
+        case Property::kFontFamily:
+        case Property::kFontStretch:
+        case Property::kFontStyle:
+        case Property::kFontWeight:
+        case Property::kLetterSpacing:
+        case Property::kLineHeight:
+        case Property::kTextAlign:
+        case Property::kTextAnchor:
+        case Property::kWhiteSpace:
+        case Property::kWordSpacing:
+        case Property::kWritingMode:
+            InheritTextProperty(property, parent.text, &style->text);
+            if (property == Property::kFont) style->fontSize = parent.fontSize;
             break;
         case Property::kMixBlendMode:
             style->blendMode = parent.blendMode;
@@ -195,6 +239,24 @@ void SetMarker(Property property, Text value, ComputedStyle* style) {
 void SetProperty(Property property, Text value, const ComputedStyle& parent, ComputedStyle* style) {
     TextCursor cursor(value);
     switch (property) {
+        case Property::kFont:
+            SetFont(value, parent, style);
+            break;
+        case Property::kBaselineShift:
+        case Property::kFontFamily:
+        case Property::kFontStretch:
+        case Property::kFontStyle:
+        case Property::kFontWeight:
+        case Property::kLetterSpacing:
+        case Property::kLineHeight:
+        case Property::kTextAlign:
+        case Property::kTextAnchor:
+        case Property::kTextDecoration:
+        case Property::kWhiteSpace:
+        case Property::kWordSpacing:
+        case Property::kWritingMode:
+            SetTextProperty(property, value, style->fontSize, &style->text);
+            break;
         case Property::kClipPath:
             style->clipPath = TakeReference(cursor);
             break;
@@ -315,6 +377,7 @@ ComputedStyle Inherited(const ComputedStyle& parent) {
     style.masked = initial.masked;
     style.filtered = initial.filtered;
     style.transform = initial.transform;
+    style.text.baselineShift = initial.text.baselineShift;
     return style;
 }
 
@@ -337,7 +400,10 @@ ComputedStyle ComputeStyle(pugi::xml_node element, const ComputedStyle& parent, 
         const Text name = attribute.name();
         if (name == "style") {
             styleText = attribute.value();
-        } else if (const auto property = FindProperty(name); property && *property != Property::kTransform) {
+        } else if (name == "xml:space") {
+            style.text.keepsBlanks = Text(attribute.value()) == "preserve";
+        } else if (const auto property = FindProperty(name);
+                   property && *property != Property::kTransform && *property != Property::kFont) {
             Declare({*property, false, Trim(attribute.value())}, parent, &style);
         }
     }

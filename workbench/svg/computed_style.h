@@ -20,6 +20,21 @@ struct PaintValue {
     std::string_view server; ///< id
 };
 
+/// What concerns text alone.  All but the last are inherited.
+struct TextProperties {
+    std::string_view families; ///< as the file lists them; empty: none named
+    int weight = 400, width = 100;
+    int slant = 0;  ///< 0 upright, 1 italic, 2 oblique
+    int anchor = 0; ///< 0 start, 1 middle, 2 end
+    int align = 0;  ///< of areas: 0 start, 1 end, 2 centre, 3 justified
+    bool vertical = false;
+    bool keepsBlanks = false;
+    double letterSpacing = 0, wordSpacing = 0; ///< user units
+    double lineHeight = 0;                     ///< share of the font size; 0: normal
+    bool decorated = false;
+    double baselineShift = 0; ///< user units, up, of this element over its parent
+};
+
 struct ComputedStyle {
     // Inherited.
     PaintValue fill{PaintValue::Kind::kColor, PaintValue::Kind::kNone, false, {}, {}};
@@ -36,6 +51,7 @@ struct ComputedStyle {
     bool visible = true;
     bool strokeFirst = false; ///< paint-order
     bool marked = false;      ///< has a marker
+    TextProperties text;
 
     // Not inherited.
     bool displayed = true;

@@ -11,7 +11,8 @@ namespace {
 
 using Text = std::string_view;
 
-constexpr Text kPropertyNames[] = {"clip-path",
+constexpr Text kPropertyNames[] = {"baseline-shift",
+                                   "clip-path",
                                    "clip-rule",
                                    "color",
                                    "display",
@@ -19,8 +20,15 @@ constexpr Text kPropertyNames[] = {"clip-path",
                                    "fill-opacity",
                                    "fill-rule",
                                    "filter",
+                                   "font",
+                                   "font-family",
                                    "font-size",
+                                   "font-stretch",
+                                   "font-style",
+                                   "font-weight",
                                    "isolation",
+                                   "letter-spacing",
+                                   "line-height",
                                    "marker",
                                    "marker-end",
                                    "marker-mid",
@@ -40,9 +48,15 @@ constexpr Text kPropertyNames[] = {"clip-path",
                                    "stroke-miterlimit",
                                    "stroke-opacity",
                                    "stroke-width",
+                                   "text-align",
+                                   "text-anchor",
+                                   "text-decoration",
                                    "transform",
                                    "vector-effect",
-                                   "visibility"};
+                                   "visibility",
+                                   "white-space",
+                                   "word-spacing",
+                                   "writing-mode"};
 static_assert(std::size(kPropertyNames) == static_cast<size_t>(Property::kCount));
 static_assert(std::ranges::is_sorted(kPropertyNames));
 

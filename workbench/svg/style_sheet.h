@@ -14,6 +14,7 @@ namespace workbench {
 
 /// The properties that the reader knows, in the order of their names in style_sheet.cpp.
 enum class Property : uint8_t {
+    kBaselineShift,
     kClipPath,
     kClipRule,
     kColor,
@@ -22,8 +23,15 @@ enum class Property : uint8_t {
     kFillOpacity,
     kFillRule,
     kFilter,
+    kFont,
+    kFontFamily,
     kFontSize,
+    kFontStretch,
+    kFontStyle,
+    kFontWeight,
     kIsolation,
+    kLetterSpacing,
+    kLineHeight,
     kMarker,
     kMarkerEnd,
     kMarkerMid,
@@ -43,9 +51,15 @@ enum class Property : uint8_t {
     kStrokeMiterlimit,
     kStrokeOpacity,
     kStrokeWidth,
+    kTextAlign,
+    kTextAnchor,
+    kTextDecoration,
     kTransform,
     kVectorEffect,
     kVisibility,
+    kWhiteSpace,
+    kWordSpacing,
+    kWritingMode,
     kCount
 };
 

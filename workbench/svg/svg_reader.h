@@ -20,6 +20,8 @@ namespace workbench {
 /// What a file lost on its way in.
 struct ReadReport {
     std::map<std::string, int> losses; ///< how often by a short name: "filter", "mask", "text", "image" ...
+    std::map<std::string, std::string> missingFonts; ///< a family, as the file names it, to the font that
+                                                     ///< stands in for it, as FontList names it
     std::vector<std::string> notes;    ///< sentences for a person, such as where the file is damaged
 };
 
