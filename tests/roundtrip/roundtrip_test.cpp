@@ -56,7 +56,9 @@ TEST_F(RoundTripTest, ARebuiltDocumentIsTheOneThatWasRegisteredAndStaysSo) {
                                            "gradient on a stroke",
                                            "gradient in a pattern",
                                            "gradient stop beyond 32",
-                                           "stop opacity"};
+                                           "stop opacity",
+                                           "tag of an image",
+                                           "art style of an image"};
     const std::set<std::string> kLossesAgain = {"group opacity in parts of a percent",
                                                 "gradient in a pattern"};
     EXPECT_TRUE(rc::check("round trip", [&] {

@@ -5,6 +5,8 @@
 #include <random>
 #include <string>
 
+#include "tests/support/random_raster.h"
+
 using workbench::Art;
 using workbench::Document;
 
@@ -109,7 +111,9 @@ private:
         Art* art = document_.AppendArt(kArtGroup, nullptr);
         // A record measures a pattern with all that is in it, and then leaves out guides and its own clip.
         art->group()->clipped = !recordable_;
+        ++patterns_;
         Fill(art, depth + 2);
+        --patterns_;
         SetRectangle(*document_.PrependArt(kArtPath, art), !recordable_);
         workbench::Pattern& pattern = document_.NewPattern("Tile " + std::to_string(Below(1000)));
         pattern.art = art;
@@ -185,6 +189,21 @@ private:
                 {"name" + std::to_string(i), "string", "a, b = c\\" + std::to_string(Below(1000))});
     }
 
+    /// A record measures a pattern with its images and then leaves them out.
+    void AddRaster(Art* parent) {
+        if (recordable_ && patterns_ > 0) return;
+        Art* art = document_.PrependArt(kArtRaster, parent);
+        SetNature(*art);
+        art->blend = SomeBlend();
+        MakeRandomRaster(std::get<workbench::RasterData>(art->data), recordable_, random_);
+        if (Often(70)) return;
+        HostPathStyle style = workbench::DefaultPathStyle();
+        style.fillPaint = Below(2);
+        style.fill = Plain();
+        style.stroke = Plain();
+        art->artStyle = document_.NewArtStyle(style).handle;
+    }
+
     void AddPath(Art* parent, int depth) {
         Art* art = document_.PrependArt(kArtPath, parent);
         SetNature(*art);
@@ -214,6 +233,7 @@ private:
             const int kind = Below(depth < kDeepest ? 4 : 2);
             if (kind == 0) AddCompound(parent, depth, false);
             if (kind == 1) AddPath(parent, depth);
+            if (kind < 2 && Often(15)) AddRaster(parent);
             if (kind < 2) continue;
             Art* group = document_.PrependArt(kArtGroup, parent);
             SetNature(*group);
@@ -231,6 +251,7 @@ private:
     Document& document_;
     const bool recordable_;
     std::mt19937 random_;
+    int patterns_ = 0; ///< that the art in hand lies in
 };
 
 } // namespace

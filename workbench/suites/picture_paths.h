@@ -11,6 +11,6 @@ namespace workbench {
 /// and for one that has both separators in it.
 HostError PutFile(const std::string& file, HostText& path);
 
-bool IsFinite(const HostMatrix& matrix);
+bool IsFiniteMatrix(const HostMatrix& matrix);
 
 } // namespace workbench

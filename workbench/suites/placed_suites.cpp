@@ -9,7 +9,7 @@
 
 namespace workbench {
 
-bool IsFinite(const HostMatrix& m) {
+bool IsFiniteMatrix(const HostMatrix& m) {
     for (const double value : {m.a, m.b, m.c, m.d, m.tx, m.ty}) {
         if (!std::isfinite(value)) return false;
     }
@@ -76,7 +76,7 @@ HostError ExecutePlaceRequest(SuiteCall& call, HostPlaceRequest& request) {
 }
 
 HostError SetPlacedMatrix(SuiteCall&, Of<PlacedData> placed, const HostMatrix& matrix) {
-    if (!IsFinite(matrix)) return kHostBadParameter;
+    if (!IsFiniteMatrix(matrix)) return kHostBadParameter;
     placed.data.matrix = matrix;
     return kHostNoError;
 }
@@ -98,7 +98,7 @@ HostError TransformArt(SuiteCall& call, Art& art, const HostMatrix& matrix, doub
                        uint32_t flags) {
     if (flags != kTransformAll && flags != kTransformArtAlone)
         return call.Fault(kHostBadParameter, "a transform of parts of the art");
-    if (!IsFinite(matrix) || !std::isfinite(lineScale)) return kHostBadParameter;
+    if (!IsFiniteMatrix(matrix) || !std::isfinite(lineScale)) return kHostBadParameter;
     const Layer* layer = call.document().LayerOf(art);
     if (!layer) return call.Fault(kHostBadPlace, "art that is no part of the tree");
     if (!Document::CanChange(layer)) return kHostBadPlace;

@@ -28,7 +28,7 @@ HostError GetRasterMatrix(SuiteCall&, Of<RasterData> raster, HostMatrix& matrix)
 }
 
 HostError SetRasterMatrix(SuiteCall&, Of<RasterData> raster, const HostMatrix& matrix) {
-    if (!IsFinite(matrix)) return kHostBadParameter;
+    if (!IsFiniteMatrix(matrix)) return kHostBadParameter;
     raster.data.matrix = matrix;
     return kHostNoError;
 }
