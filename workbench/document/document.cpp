@@ -131,6 +131,10 @@ ArtStyle* Document::Find(ArtStyleHandle handle) {
     return tables_->Find<ArtStyle>(HandleType::kArtStyle, handle);
 }
 
+const ArtStyle* Document::Find(ArtStyleHandle handle) const {
+    return tables_->Find<const ArtStyle>(HandleType::kArtStyle, handle);
+}
+
 ArtStyle& Document::NewArtStyle(const HostPathStyle& paint) {
     auto* style = new ArtStyle;
     tables_->Add<ArtStyleHandle>(HandleType::kArtStyle, *style);

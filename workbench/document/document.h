@@ -154,6 +154,7 @@ public:
     /// A name that is taken or empty gets the lowest number from 1 behind it that makes it unique.
     CustomColor& NewCustomColor(std::string name, const HostCustomColor& definition);
     ArtStyle* Find(ArtStyleHandle handle);
+    const ArtStyle* Find(ArtStyleHandle handle) const;
     ArtStyle& NewArtStyle(const HostPathStyle& paint);
 
     /// True if every handle in the colour is one of this document's.

@@ -4,8 +4,10 @@
 
 #include "workbench/svg/clip_paths.h"
 #include "workbench/svg/images.h"
+#include "workbench/svg/mesh_words.h"
 #include "workbench/svg/own_words.h"
 #include "workbench/svg/path_art.h"
+#include "workbench/svg/produced_art.h"
 #include "workbench/svg/transforms.h"
 
 namespace workbench {
@@ -176,10 +178,23 @@ Art* ReadGroup(ReadContext& context, pugi::xml_node element, ElementKind kind, c
     return group;
 }
 
+/// A group of our own files that stands for art of another kind.
+bool IsOtherArt(const ReadContext& context, pugi::xml_node element, ElementKind kind) {
+    return kind == ElementKind::kGroup && !context.ownPrefix.empty() &&
+           (IsMesh(context, element) || IsStyledArt(context, element) || IsPluginArt(context, element));
+}
+
+Art* ReadOtherArt(ReadContext& context, pugi::xml_node element, const Surroundings& here, Art* container) {
+    if (IsMesh(context, element)) return ReadMesh(context, element, here, container);
+    return IsStyledArt(context, element) ? ReadStyledArt(context, element, here, container)
+                                         : ReadPluginArt(context, element, here, container);
+}
+
 /// An element by itself, whatever clips it.
 Art* ReadPlain(ReadContext& context, pugi::xml_node element, ElementKind kind, const Surroundings& here,
                Art* container) {
     if (kind == ElementKind::kImage) return ReadImage(context, element, here, container);
+    if (IsOtherArt(context, element, kind)) return ReadOtherArt(context, element, here, container);
     return IsShape(kind) ? ReadShape(context, element, kind, here, container)
                          : ReadGroup(context, element, kind, here, container);
 }
@@ -189,7 +204,7 @@ Art* ReadPlain(ReadContext& context, pugi::xml_node element, ElementKind kind, c
 Art* ReadClipped(ReadContext& context, pugi::xml_node element, ElementKind kind, const Surroundings& here,
                  const std::vector<pugi::xml_node>& clips, Art* container) {
     // An element that is clipped by its own viewport can't carry a second clip.
-    const bool ownGroup = !IsShape(kind) && kind == ElementKind::kGroup;
+    const bool ownGroup = kind == ElementKind::kGroup && !IsOtherArt(context, element, kind);
     std::vector<Art*> groups;
     Art* inner = container;
     for (size_t i = clips.size(); i-- > (ownGroup ? 1u : 0u);) {

@@ -35,15 +35,6 @@ const ColorWord* TakeColorWord(const ColorWord (&words)[count], TextCursor& curs
     return nullptr;
 }
 
-/// The published FNV-1a hash, as hexadecimal digits.
-std::string MarkOf(Text text) {
-    uint64_t hash = 0xCBF29CE484222325u;
-    for (const char c : text) hash = (hash ^ static_cast<uint8_t>(c)) * 0x100000001B3u;
-    char digits[17];
-    std::snprintf(digits, sizeof digits, "%016llx", static_cast<unsigned long long>(hash));
-    return digits;
-}
-
 void AppendPoint(std::string* text, HostPoint point) {
     AppendNumber(text, point.x);
     *text += ' ';
@@ -151,6 +142,14 @@ std::string ScreenColor(const Document& document, const HostColor& color) {
 
 std::string HexColor(const ColorValue& color) {
     return HexText(color.channel[0], color.channel[1], color.channel[2]);
+}
+
+std::string MarkOf(Text text) {
+    uint64_t hash = 0xCBF29CE484222325u;
+    for (const char c : text) hash = (hash ^ static_cast<uint8_t>(c)) * 0x100000001B3u;
+    char digits[17];
+    std::snprintf(digits, sizeof digits, "%016llx", static_cast<unsigned long long>(hash));
+    return digits;
 }
 
 std::string SegmentsText(const Subpaths& subpaths, Text pathData) {

@@ -36,10 +36,18 @@ inline constexpr char kOwnOverprint[] = "overprint";  ///< of fill and stroke
 inline constexpr char kOwnLineWidth[] = "line-width"; ///< "0": stroked all the same
 inline constexpr char kOwnResolution[] = "resolution";
 inline constexpr char kOwnLockClip[] = "lock-clip";
-inline constexpr char kOwnClip[] = "clip";       ///< "true": the clip flag of a path that clips nothing
-inline constexpr char kOwnPainted[] = "painted"; ///< "true": a clipping path's own paint counts
-inline constexpr char kOwnPlace[] = "place";     ///< of an image: method alignment clip
-inline constexpr char kOwnColor[] = "color";     ///< an element: a custom colour
+inline constexpr char kOwnClip[] = "clip";          ///< "true": the clip flag of a path that clips nothing
+inline constexpr char kOwnPainted[] = "painted";    ///< "true": a clipping path's own paint counts
+inline constexpr char kOwnPlace[] = "place";        ///< of an image: method alignment clip
+inline constexpr char kOwnTags[] = "tags";          ///< see tag_words.h
+inline constexpr char kOwnArtStyle[] = "art-style"; ///< id of a path without outlines that has its paint
+inline constexpr char kOwnStyled[] = "styled";      ///< "true": a group of two parts, see produced_art.h
+inline constexpr char kOwnPlugin[] = "plugin";      ///< name of plug-in art, see produced_art.h
+inline constexpr char kOwnVersion[] = "version";    ///< of plug-in art: major minor
+inline constexpr char kOwnData[] = "data";          ///< of plug-in art, as PercentText
+inline constexpr char kOwnPart[] = "part";          ///< what a member is to the group around it
+inline constexpr char kOwnMesh[] = "mesh";          ///< see mesh_words.h
+inline constexpr char kOwnColor[] = "color";        ///< an element: a custom colour
 
 /// "gray 0.5", "four 0 1 1 0", "three 1 0 0" or "custom 0.25 Name"; empty for gradients and patterns.
 std::string ColorText(const Document& document, const HostColor& color);
@@ -52,6 +60,9 @@ bool ParseDefinitionText(std::string_view text, HostCustomColor* definition);
 /// What other programs show for a colour: "#rrggbb".  Black for gradients and patterns.
 std::string ScreenColor(const Document& document, const HostColor& color);
 std::string HexColor(const ColorValue& color); ///< of a colour of three lights
+
+/// A mark by which a text is known again: the published FNV-1a hash, as hexadecimal digits.
+std::string MarkOf(std::string_view text);
 
 /// Anchors exactly, with the mark of the path data that they belong to.
 std::string SegmentsText(const Subpaths& subpaths, std::string_view pathData);

@@ -6,7 +6,9 @@
 #include "workbench/svg/metadata.h"
 #include "workbench/svg/own_words.h"
 #include "workbench/svg/paint_servers.h"
+#include "workbench/svg/produced_art.h"
 #include "workbench/svg/shapes.h"
+#include "workbench/svg/tag_words.h"
 #include "workbench/svg/transforms.h"
 
 namespace workbench {
@@ -173,7 +175,9 @@ void SetNature(ReadContext& context, pugi::xml_node element, const Surroundings&
     for (const pugi::xml_attribute attribute : element.attributes())
         if (LocalName(attribute.name()) == "insensitive" && std::string_view(attribute.value()) == "true")
             art.locked = true;
+    ReadArtStyle(context, element, here, art);
     if (here.instance) return;
+    art.tags = ReadTags(element, context.ownPrefix);
     const std::string_view own = context.Own(element, kOwnName);
     art.name = own.empty() ? std::string_view(element.attribute("id").value()) : own;
     if (art.name.empty()) art.name = TitleOf(element);

@@ -30,7 +30,7 @@ HostPathStyle ClippingStyle(bool evenOdd);
 HostPathStyle ReadPathStyle(ReadContext& context, pugi::xml_node element, const Surroundings& here,
                             const Box& box, double* fillOpacity, double* strokeOpacity);
 
-/// Name, lock and visibility.
+/// Name, tags, art style, lock and visibility.
 void SetNature(ReadContext& context, pugi::xml_node element, const Surroundings& here, Art& art);
 
 /// Opacity and blending mode of the element as a whole.

@@ -10,6 +10,7 @@
 #include "workbench/svg/own_words.h"
 #include "workbench/svg/path_art.h"
 #include "workbench/svg/svg_file.h"
+#include "workbench/svg/tag_words.h"
 #include "workbench/svg/text_encoding.h"
 #include "workbench/svg/transforms.h"
 
@@ -101,11 +102,13 @@ void ReadLayer(ReadContext& context, pugi::xml_node element, const Surroundings&
     layer.visible = here.style.displayed;
     layer.locked = LocalAttribute(element, "insensitive") == "true";
     layer.root->name = element.attribute("id").value();
+    layer.root->tags = ReadTags(element, context.ownPrefix);
     if (NeedsGroup(here)) {
         Art* art = ReadElement(context, element, around, layer.root);
         if (!art) return;
         art->hidden = art->locked = false;
         art->name.clear();
+        art->tags.clear();
         return;
     }
     const Visit visit(context);

@@ -3,10 +3,13 @@
 #include <algorithm>
 
 #include "workbench/svg/computed_style.h"
+#include "workbench/svg/mesh_words.h"
 #include "workbench/svg/path_art.h"
 #include "workbench/svg/picture_links.h"
+#include "workbench/svg/produced_art.h"
 #include "workbench/svg/svg_limits.h"
 #include "workbench/svg/svg_text.h"
+#include "workbench/svg/tag_words.h"
 #include "workbench/svg/transforms.h"
 
 namespace workbench {
@@ -55,8 +58,15 @@ void AppendNature(WriteContext& context, const Art& art, bool hidden, std::strin
     AppendName(context, art.name, markup);
     if (hidden) AppendAttribute(markup, "display", "none");
     if (art.locked) AppendAttribute(markup, "sodipodi:insensitive", "true");
-    if (!art.tags.empty()) context.losses["tag"] += static_cast<int>(art.tags.size());
-    if (art.artStyle) context.losses["art style"]++;
+    *markup += TagAttributes(art.tags);
+    if (const std::string style = ArtStyleReference(context, art); !style.empty())
+        AppendOwn(markup, kOwnArtStyle, style);
+}
+
+std::string NatureOf(WriteContext& context, const Art& art) {
+    std::string text;
+    AppendNature(context, art, art.hidden, &text);
+    return text + BlendAttributes(art.blend);
 }
 
 /// Whether a clipping path says no more than that it clips.
@@ -135,6 +145,7 @@ void WriteLayer(WriteContext& context, const Layer& layer, std::string* markup) 
     AppendName(context, layer.root->name, &text);
     if (!layer.visible) AppendAttribute(&text, "display", "none");
     if (layer.locked) AppendAttribute(&text, "sodipodi:insensitive", "true");
+    text += TagAttributes(layer.root->tags);
     // y grows upward in the document; so the numbers in the file are the document's own.
     AppendAttribute(&text, "transform", MatrixText({1, 0, 0, -1, -page.left, page.top}));
     *markup += text + BlendAttributes(layer.root->blend) + ">\n";
@@ -182,36 +193,46 @@ std::string Head(const Document& document) {
 }
 
 /// The definitions of custom colours in use, one of each.
-void AppendCustomColor(WriteContext& context, const HostColor& color, std::set<std::string>* seen,
-                       std::string* text) {
-    if (color.kind == kColorGradient) {
-        if (const Gradient* gradient = context.document.Find(color.u.gradient.gradient))
-            for (const HostGradientStop& stop : gradient->stops)
-                AppendCustomColor(context, stop.color, seen, text);
-    }
-    if (color.kind != kColorCustom) return;
-    const CustomColor* custom = context.document.Find(color.u.custom.color);
-    if (!custom || !seen->insert(custom->name).second) return;
-    *text += "<vlq:" + std::string(kOwnColor);
-    AppendAttribute(text, "name", custom->name);
-    AppendAttribute(text, "definition", DefinitionText(custom->definition));
-    *text += "/>\n";
-}
+struct InksInUse {
+    WriteContext& context;
+    std::string markup;
+    std::set<std::string> names;
+    std::set<const void*> visited; ///< patterns and styled art
 
-void AppendCustomColors(WriteContext& context, const Art& root, std::set<std::string>* seen,
-                        std::set<const void*>* patterns, std::string* text) {
-    ForEachArt(root, [&](const Art& art) {
-        const PathData* path = art.path();
-        if (!path) return;
-        for (const HostColor* color : {&path->style.fill, &path->style.stroke}) {
-            AppendCustomColor(context, *color, seen, text);
-            const Pattern* pattern =
-                color->kind == kColorPattern ? context.document.Find(color->u.pattern.pattern) : nullptr;
-            if (pattern && pattern->art && patterns->insert(pattern).second)
-                AppendCustomColors(context, *pattern->art, seen, patterns, text);
+    void AddColor(const HostColor& color) {
+        const Document& document = context.document;
+        if (color.kind == kColorGradient) {
+            if (const Gradient* gradient = document.Find(color.u.gradient.gradient))
+                for (const HostGradientStop& stop : gradient->stops) AddColor(stop.color);
+        } else if (color.kind == kColorPattern) {
+            const Pattern* pattern = document.Find(color.u.pattern.pattern);
+            if (pattern && pattern->art && visited.insert(pattern).second) AddTree(*pattern->art);
+        } else if (color.kind == kColorCustom) {
+            const CustomColor* custom = document.Find(color.u.custom.color);
+            if (!custom || !names.insert(custom->name).second) return;
+            markup += "<vlq:" + std::string(kOwnColor);
+            AppendAttribute(&markup, "name", custom->name);
+            AppendAttribute(&markup, "definition", DefinitionText(custom->definition));
+            markup += "/>\n";
         }
-    });
-}
+    }
+
+    void AddStyle(const HostPathStyle& style) {
+        AddColor(style.fill);
+        AddColor(style.stroke);
+    }
+
+    void AddTree(const Art& root) {
+        ForEachArt(root, [this](const Art& art) {
+            if (const PathData* path = art.path()) AddStyle(path->style);
+            if (const ArtStyle* style = context.document.Find(art.artStyle)) AddStyle(style->paint);
+            if (const auto* mesh = std::get_if<MeshData>(&art.data))
+                for (const MeshVertex& vertex : mesh->vertices) AddColor(vertex.color);
+            const Art* drawn = StyledArtOf(context.document, art);
+            if (drawn && visited.insert(drawn).second) AddTree(*drawn);
+        });
+    }
+};
 
 /// Upside down in the numbers, because the layer's y grows upward: exact when read back.
 void WritePlaced(WriteContext& context, const Art& art, const PlacedData& placed, std::string* markup) {
@@ -238,12 +259,27 @@ const char* LossOf(const Art& art) {
     switch (art.kind) {
         case kArtRaster:
             return "image";
-        case kArtMesh:
-            return "mesh";
         case kArtTextFrame:
             return "text";
         default:
             return "art";
+    }
+}
+
+/// The art itself, whatever its style draws in its place.
+void WriteOwn(WriteContext& context, const Art& art, std::string* markup) {
+    if (IsPathLike(art)) {
+        WritePath(context, art, markup);
+    } else if (art.kind == kArtGroup) {
+        WriteGroup(context, art, markup);
+    } else if (const auto* placed = std::get_if<PlacedData>(&art.data)) {
+        WritePlaced(context, art, *placed, markup);
+    } else if (const auto* mesh = std::get_if<MeshData>(&art.data)) {
+        WriteMesh(context, *mesh, NatureOf(context, art), markup);
+    } else if (art.kind == kArtPlugin) {
+        WritePluginArt(context, art, NatureOf(context, art), markup);
+    } else {
+        context.losses[LossOf(art)]++;
     }
 }
 
@@ -283,17 +319,12 @@ void WriteArt(WriteContext& context, const Art& art, std::string* markup) {
         return;
     }
     ++context.depth;
-    if (IsPathLike(art)) {
-        WritePath(context, art, markup);
-    } else if (art.kind == kArtGroup) {
-        WriteGroup(context, art, markup);
-    } else if (const auto* placed = std::get_if<PlacedData>(&art.data)) {
-        WritePlaced(context, art, *placed, markup);
-    } else if (const auto* plugin = std::get_if<PluginArtData>(&art.data)) {
-        context.losses["plug-in art"]++;
-        if (const Art* result = context.document.Find(plugin->result)) WriteArt(context, *result, markup);
+    if (const Art* drawn = StyledArtOf(context.document, art)) {
+        std::string own;
+        WriteOwn(context, art, &own);
+        if (!own.empty()) WriteStyledArt(context, art, *drawn, own, markup);
     } else {
-        context.losses[LossOf(art)]++;
+        WriteOwn(context, art, markup);
     }
     --context.depth;
 }
@@ -302,17 +333,17 @@ std::string WriteSvg(const Document& document, std::map<std::string, int>* losse
                      const std::string& folder) {
     std::map<std::string, int> ownLosses;
     WriteContext context{document, losses ? *losses : ownLosses, folder, {}, {}, {}, {}, {}, 0, 0};
-    std::string body, colors;
-    std::set<std::string> seen;
-    std::set<const void*> patterns;
+    std::string body;
+    InksInUse inks{context, {}, {}, {}};
     for (size_t i = document.LayerCount(); i-- > 0;) {
-        AppendCustomColors(context, *document.LayerAt(i).root, &seen, &patterns, &colors);
+        inks.AddTree(*document.LayerAt(i).root);
         WriteLayer(context, document.LayerAt(i), &body);
     }
     std::string text = Head(document) + "<title>" + Escaped(document.title) + "</title>\n";
     if (!document.description.empty()) text += "<desc>" + Escaped(document.description) + "</desc>\n";
     text += Metadata(document);
-    if (!colors.empty() || !context.defs.empty()) text += "<defs>\n" + colors + context.defs + "</defs>\n";
+    if (!inks.markup.empty() || !context.defs.empty())
+        text += "<defs>\n" + inks.markup + context.defs + "</defs>\n";
     return text + body + "</svg>\n";
 }
 

@@ -141,6 +141,20 @@ void AppendUtf8(std::string* text, uint32_t code) {
     }
 }
 
+bool IsXmlText(std::string_view text) {
+    const std::span<const uint8_t> bytes(reinterpret_cast<const uint8_t*>(text.data()), text.size());
+    for (size_t at = 0; at < bytes.size();) {
+        const size_t length = SequenceLength(bytes, at);
+        const uint8_t byte = bytes[at];
+        const bool control = byte < 0x20 && byte != '\t' && byte != '\n' && byte != '\r';
+        // U+FFFE and U+FFFF are no signs.
+        const bool none = length == 3 && byte == 0xEF && bytes[at + 1] == 0xBF && bytes[at + 2] >= 0xBE;
+        if (length == 0 || control || none) return false;
+        at += length;
+    }
+    return true;
+}
+
 bool DecodeXml(std::span<const uint8_t> bytes, std::string* text, bool* damaged, std::string* error) {
     *damaged = false;
     const auto byte = [&](size_t at) -> int { return at < bytes.size() ? bytes[at] : -1; };

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <string_view>
 
 namespace workbench {
 
@@ -19,6 +20,9 @@ bool DecodeXml(std::span<const uint8_t> bytes, std::string* text, bool* damaged,
 /// @return false, with a sentence in `*error`, if entities contain themselves or grow beyond
 ///         kMaxEntityGrowth
 bool ExpandEntities(std::string* text, std::string* error);
+
+/// Whether a file can hold these bytes as text: well-formed UTF-8 of signs that XML knows.
+bool IsXmlText(std::string_view text);
 
 /// Appends a code point as UTF-8; what is no character becomes U+FFFD.
 void AppendUtf8(std::string* text, uint32_t codePoint);
