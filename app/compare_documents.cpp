@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 
+#include "app/compare_meshes.h"
 #include "app/compare_rasters.h"
 #include "app/difference_list.h"
 #include "workbench/render/page_files.h"
@@ -47,6 +48,8 @@ private:
             PlacedOf(expected, actual, place);
         } else if (expected.kind == kArtRaster) {
             RasterOf(expected, actual, place);
+        } else if (expected.kind == kArtMesh) {
+            MeshOf(expected, actual, place);
         } else {
             if (expected.group()) Same(expected.group()->clipped, actual.group()->clipped, place, "clipped");
             Members(MembersOf(expected), MembersOf(actual), place);
@@ -61,6 +64,15 @@ private:
         const auto* b = const_cast<Document&>(rebuilt_).Find(actual.artStyle);
         Same(a != nullptr, b != nullptr, place, "image with a style");
         if (a && b) StyleOf(a->paint, b->paint, place + " style");
+    }
+
+    void MeshOf(const Art& expected, const Art& actual, const std::string& place) {
+        const MeshFrame frame{inPattern_ ? patternOrigin_ : frame_.origin, frame_.origin};
+        CompareMeshes(std::get<workbench::MeshData>(expected.data),
+                      std::get<workbench::MeshData>(actual.data), frame, place, this,
+                      [this](const HostColor& a, const HostColor& b, const std::string& where) {
+                          ColorOf(a, b, where);
+                      });
     }
 
     /// A note holds six digits of each number.

@@ -33,29 +33,59 @@ public:
     }
 
 private:
+    /// Members are hung in anew one by one, so that what stands for one takes its place.
     void ApplyToMembers(Art& container, const HostPoint& origin) {
-        for (Art* member = container.firstChild; member;) {
-            Art* next = member->below;
-            if (Kept(*member)) {
-                ApplyTo(*member, origin);
-            } else {
-                document_.DisposeArt(member);
+        std::vector<Art*> members;
+        for (Art* member = container.firstChild; member; member = member->below) members.push_back(member);
+        for (Art* member : members) {
+            const bool outer = inProduced_;
+            Art* stored = StandInOf(*member);
+            if (stored) document_.AdoptArt(*stored, container);
+            if (stored != member) document_.DisposeArt(member);
+            if (stored && Kept(*stored)) {
+                ApplyTo(*stored, origin);
+            } else if (stored) {
+                document_.DisposeArt(stored);
             }
-            member = next;
+            inProduced_ = outer;
         }
+    }
+
+    /// What a record has of art that other art shows: that other art, and of it no pictures.  Null for none.
+    Art* StandInOf(Art& art) {
+        if (const auto* plugin = std::get_if<workbench::PluginArtData>(&art.data)) {
+            ++counts_["plug-in art"];
+            inProduced_ = true;
+            Art* result = document_.Find(plugin->result);
+            return result ? StandInOf(*document_.CopyArt(*result)) : nullptr;
+        }
+        Art* drawn = art.styledArt == art.handle ? nullptr : document_.Find(art.styledArt);
+        if (!drawn) return &art;
+        ++counts_["art style"];
+        if (art.kind != kArtPath || art.blend.opacity != 1 || art.path()->guide) {
+            art.styledArt = nullptr;
+            document_.DisposeArt(drawn);
+            return &art;
+        }
+        inProduced_ = true;
+        Art* stored = StandInOf(*document_.CopyArt(*drawn));
+        // The path's tags come behind those of what is drawn, and in a load the last ones read count.
+        if (stored && stored->tags.empty()) stored->tags = art.tags;
+        return stored;
     }
 
     bool Kept(const Art& art) {
         if (art.kind == kArtGroup || art.kind == kArtCompoundPath) return true;
         if (art.kind == kArtPlaced) {
-            if (inPattern_) ++counts_["linked picture in a pattern"];
+            if (inPattern_ || inProduced_) ++counts_["linked picture in a pattern"];
             std::error_code ignored;
             const auto& file = std::get<workbench::PlacedData>(art.data).file;
             const bool there = std::filesystem::is_regular_file(file, ignored);
-            if (!inPattern_ && !there) ++counts_["missing linked picture"];
-            return !inPattern_ && there;
+            if (!inPattern_ && !inProduced_ && !there) ++counts_["missing linked picture"];
+            return !inPattern_ && !inProduced_ && there;
         }
         if (art.kind == kArtRaster) return RasterKept(std::get<workbench::RasterData>(art.data));
+        if (art.kind == kArtMesh) return true;
         const workbench::PathData* path = art.path();
         if (!path) {
             ++counts_["art of another kind"];
@@ -68,9 +98,11 @@ private:
     void ApplyTo(Art& art, const HostPoint& origin) {
         if (art.hidden) ++counts_["hidden art"];
         art.hidden = false;
-        if (art.kind == kArtPath) return ApplyToPath(art, origin);
         if (art.kind == kArtPlaced) return ApplyToPlaced(art);
         if (art.kind == kArtRaster) return ApplyToRaster(art);
+        if (art.kind == kArtMesh) return ApplyToMesh(art, origin);
+        KeepStringTags(art);
+        if (art.kind == kArtPath) return ApplyToPath(art, origin);
         ApplyToContainerBlend(art);
         ApplyToMembers(art, origin);
     }
@@ -98,13 +130,28 @@ private:
         art.tags.clear();
     }
 
+    void KeepStringTags(Art& art) {
+        const auto lost =
+            std::erase_if(art.tags, [](const workbench::Tag& tag) { return tag.type != "string"; });
+        if (lost > 0) counts_["tag of another type"] += static_cast<int>(lost);
+    }
+
+    void ApplyToMesh(Art& art, const HostPoint& origin) {
+        // A load moves a mesh with the drop also where a pattern's paths stay.
+        if (inPattern_) ++counts_["mesh in a pattern"];
+        if (!art.tags.empty()) counts_["tag of a mesh"] += static_cast<int>(art.tags.size());
+        art.tags.clear();
+        ForEachMeshPoint(std::get<workbench::MeshData>(art.data),
+                         [&](HostPoint& point) { Clamp(&point, origin); });
+    }
+
     bool RasterKept(const workbench::RasterData& raster) {
         const HostRasterRecord& record = raster.record;
         const bool fits = std::min({record.left, record.top, record.right, record.bottom}) >= INT16_MIN &&
                           std::max({record.left, record.top, record.right, record.bottom}) <= INT16_MAX;
-        if (inPattern_) ++counts_["image in a pattern"];
-        if (!inPattern_ && !fits) ++counts_["image beyond 32767 pixels"];
-        return !inPattern_ && fits;
+        if (inPattern_ || inProduced_) ++counts_["image in a pattern"];
+        if (!inPattern_ && !inProduced_ && !fits) ++counts_["image beyond 32767 pixels"];
+        return !inPattern_ && !inProduced_ && fits;
     }
 
     /// Of a style, a record keeps plain paint, and that of a colourized image alone.
@@ -228,6 +275,7 @@ private:
     std::set<GradientHandle> gradients_;
     std::set<PatternHandle> patterns_;
     bool inPattern_ = false;
+    bool inProduced_ = false; ///< in what a style or a plug-in drew
 };
 
 } // namespace

@@ -69,6 +69,7 @@ public:
             json["tags"].push_back(
                 {{"name", TextJson(tag.name)}, {"type", TextJson(tag.type)}, {"value", TextJson(tag.value)}});
         }
+        if (const ArtStyle* style = document_.Find(art.artStyle)) json["artStyle"] = StyleOf(style->paint);
         AddData(art, &json);
         if (const Art* styled =
                 art.styledArt && art.styledArt != art.handle ? document_.Find(art.styledArt) : nullptr) {
@@ -133,12 +134,22 @@ private:
             (*json)["pluginGroup"] = TextJson(plugin->groupName);
             (*json)["version"] = Json::array({plugin->major, plugin->minor});
             (*json)["data"] = plugin->data;
+            (*json)["editArt"] = MemberIndex(art, plugin->edit);
+            (*json)["resultArt"] = MemberIndex(art, plugin->result);
         }
         if (const auto* mesh = std::get_if<MeshData>(&art.data)) AddMesh(*mesh, json);
         if (const auto* text = std::get_if<TextFrameData>(&art.data)) {
             (*json)["frameKind"] = text->frameKind;
             (*json)["matrix"] = MatrixJson(text->matrix);
         }
+    }
+
+    /// Null if it is no member.
+    static Json MemberIndex(const Art& art, ArtHandle handle) {
+        size_t index = 0;
+        for (const Art* member = art.firstChild; member; member = member->below, ++index)
+            if (member->handle == handle) return index;
+        return {};
     }
 
     void AddMesh(const MeshData& mesh, Json* json) const {
