@@ -55,6 +55,14 @@ bool PathBounds(ArtHandle path, bool hostBounds, HostRect* bounds) {
     return !PathSuite().GetPathSegmentCount(path, &count) && count > 0 && HostBounds(path, bounds);
 }
 
+// Text in an area counts as large as its area, filled or not.
+bool TextBounds(ArtHandle frame, HostRect* bounds) {
+    int32_t kind = 0;
+    if (TextFrameSuite().GetKind(frame, &kind) || kind != kTextFrameArea) return HostBounds(frame, bounds);
+    ArtHandle path = nullptr;
+    return !TextFrameSuite().GetPath(frame, &path) && path && HostBounds(path, bounds);
+}
+
 bool BoundsOf(ArtHandle art, int32_t kind, bool hostBounds, HostRect* bounds) {
     switch (kind) {
         case kArtPath:
@@ -63,8 +71,9 @@ bool BoundsOf(ArtHandle art, int32_t kind, bool hostBounds, HostRect* bounds) {
         case kArtRaster:
         case kArtPlugin:
         case kArtMesh:
-        case kArtTextFrame:
             return IsSelected(art) && HostBounds(art, bounds);
+        case kArtTextFrame:
+            return IsSelected(art) && TextBounds(art, bounds);
         default:
             return false;
     }

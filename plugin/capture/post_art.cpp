@@ -14,6 +14,7 @@
 #include "plugin/capture/placed_capture.h"
 #include "plugin/capture/preview.h"
 #include "plugin/capture/raster_capture.h"
+#include "plugin/capture/text_capture.h"
 #include "plugin/frame/globals.h"
 #include "plugin/objects/conversions.h"
 #include "plugin/objects/object_stream.h"
@@ -187,6 +188,16 @@ HostError CaptureMesh(CaptureWalk& walk, ArtHandle mesh, int32_t) {
     return error;
 }
 
+HostError CaptureText(CaptureWalk& walk, ArtHandle frame, int32_t) {
+    if (!InScope(frame)) return kHostNoError;
+    HandleOwner object(NewHandle(kTextBaseBytes, kSmallGrain));
+    if (!object.get()) return RanOutOfMemory(walk);
+    const HostError error = PostArtTextProcess(frame, object.get(), &walk.origin);
+    if (error == kHostOutOfMemory) return RanOutOfMemory(walk);
+    if (!error && AddAIDBObj(globals->curRecord, object.bytes())) walk.outOfMemory = true;
+    return error;
+}
+
 // What the plug-in drew stands in the record like any other art.
 HostError CapturePluginArt(CaptureWalk& walk, ArtHandle pluginArt, int32_t depth) {
     if (depth >= kBracketDepth || walk.producedDepth >= kProducedDepth || !InScope(pluginArt)) {
@@ -204,7 +215,7 @@ constexpr struct {
 } kCaptures[] = {
     {kArtGroup, CaptureGroup},   {kArtPath, CapturePath},     {kArtCompoundPath, CaptureCompoundPath},
     {kArtPlaced, CapturePlaced}, {kArtRaster, CaptureRaster}, {kArtPlugin, CapturePluginArt},
-    {kArtMesh, CaptureMesh},
+    {kArtMesh, CaptureMesh},     {kArtTextFrame, CaptureText},
 };
 
 HostError CaptureOne(CaptureWalk& walk, ArtHandle art, int32_t depth) {

@@ -17,6 +17,7 @@
 #include "plugin/rebuild/raster_rebuild.h"
 #include "plugin/rebuild/tag_rebuild.h"
 #include "plugin/rebuild/tag_transfer.h"
+#include "plugin/rebuild/text_rebuild.h"
 #include "plugin/rebuild/undo_texts.h"
 #include "plugin/store/record.h"
 #include "plugin/store/record_layout.h"
@@ -221,6 +222,9 @@ LoadStep LoadObject(LoadState& load, std::span<uint8_t> object) {
             return LoadArtPathProcess(load, object);
         case kRasterObject:
             return LoadArtRasterProcess(load, object);
+        case kTextObject:
+            load.lastResult = LoadArtTextProcess(load, object);
+            return LoadStep::kGoOn;
         default:
             return LoadStep::kGoOn;
     }
