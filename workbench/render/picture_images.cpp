@@ -6,7 +6,8 @@
 #include <vector>
 
 #include "workbench/pictures/picture_file.h"
-#include "workbench/render/jpeg_image.h"
+#include "workbench/pictures/pixels.h"
+#include "workbench/render/raster_drawing.h"
 #include "workbench/svg/svg_reader.h"
 
 namespace workbench {
@@ -27,6 +28,12 @@ CairoSurface ImageOfPng(std::span<const uint8_t> bytes) {
     CairoSurface image(cairo_image_surface_create_from_png_stream(TakeBytes, &bytes));
     if (cairo_surface_status(image.get()) != CAIRO_STATUS_SUCCESS) image.reset();
     return image;
+}
+
+CairoSurface ImageOfJpeg(std::span<const uint8_t> bytes) {
+    const auto pixels = ReadJpeg(bytes);
+    return pixels ? ImageOfPixels(pixels->bytes, pixels->width, pixels->height, pixels->space, nullptr)
+                  : nullptr;
 }
 
 PictureImage LoadFile(const std::string& file, uint64_t* memory) {

@@ -1,11 +1,11 @@
-#include "workbench/render/jpeg_image.h"
-
 #include <csetjmp>
 #include <cstdio>
 
 // jpeglib.h needs <cstdio>'s types without including them.
 #include <jerror.h>
 #include <jpeglib.h>
+
+#include "workbench/pictures/pixels.h"
 
 namespace workbench {
 namespace {
@@ -49,68 +49,65 @@ void SetHandlers(Reading& reading) {
     reading.progress.progress_monitor = CountScans;
 }
 
-/// Four inks, stored as their complements as all writers do, to Cairo's pixels in place.
-void InksToPixels(uint8_t* row, uint32_t width) {
-    for (uint32_t x = 0; x < width; ++x) {
-        uint8_t* pixel = row + size_t{x} * 4;
-        const uint32_t black = pixel[3];
-        const auto light = [&](uint32_t ink) { return static_cast<uint32_t>(ink * black / 255); };
-        const uint32_t rgb = light(pixel[0]) << 16 | light(pixel[1]) << 8 | light(pixel[2]);
-        *reinterpret_cast<uint32_t*>(pixel) = rgb;
-    }
-}
-
 /// Everything between the two jumps, so that no owner of memory lies in a frame that is jumped over.
-bool ReadRows(Reading& reading, cairo_surface_t* image) {
+bool ReadRows(Reading& reading, Pixels* pixels) {
     jpeg_decompress_struct& jpeg = reading.jpeg;
-    const bool inks = jpeg.out_color_space == JCS_CMYK;
-    uint8_t* pixels = cairo_image_surface_get_data(image);
-    const auto stride = static_cast<size_t>(cairo_image_surface_get_stride(image));
+    const size_t rowBytes = size_t{jpeg.output_width} * static_cast<size_t>(jpeg.output_components);
     while (jpeg.output_scanline < jpeg.output_height) {
-        JSAMPROW row = pixels + stride * jpeg.output_scanline;
+        JSAMPROW row = pixels->bytes.data() + rowBytes * jpeg.output_scanline;
         if (jpeg_read_scanlines(&jpeg, &row, 1) != 1) return false;
-        if (inks) InksToPixels(row, jpeg.output_width);
     }
     return true;
 }
 
-void ChooseOutput(jpeg_decompress_struct& jpeg) {
-    const bool inks = jpeg.jpeg_color_space == JCS_CMYK || jpeg.jpeg_color_space == JCS_YCCK;
-    jpeg.out_color_space = inks ? JCS_CMYK : JCS_EXT_BGRX;
+/// @return the space of raster_data.h
+int32_t ChooseOutput(jpeg_decompress_struct& jpeg) {
+    switch (jpeg.jpeg_color_space) {
+        case JCS_GRAYSCALE:
+            jpeg.out_color_space = JCS_GRAYSCALE;
+            return kSpaceGray;
+        case JCS_CMYK:
+        case JCS_YCCK:
+            jpeg.out_color_space = JCS_CMYK;
+            return kSpaceFour;
+        default:
+            jpeg.out_color_space = JCS_RGB;
+            return kSpaceThree;
+    }
 }
 
-/// Decodes into a surface that this makes in `*image`.
-bool Decode(Reading& reading, std::span<const uint8_t> bytes, cairo_surface_t* volatile* image) {
+bool Decode(Reading& reading, std::span<const uint8_t> file, Pixels* pixels) {
     jpeg_decompress_struct& jpeg = reading.jpeg;
     if (setjmp(reading.giveUp)) return false;
     jpeg_create_decompress(&jpeg);
     jpeg.client_data = &reading;
     jpeg.progress = &reading.progress;
-    jpeg_mem_src(&jpeg, bytes.data(), static_cast<unsigned long>(bytes.size()));
+    jpeg_mem_src(&jpeg, file.data(), static_cast<unsigned long>(file.size()));
     if (jpeg_read_header(&jpeg, TRUE) != JPEG_HEADER_OK) return false;
-    ChooseOutput(jpeg);
-    if (!jpeg_start_decompress(&jpeg)) return false;
-    *image = cairo_image_surface_create(CAIRO_FORMAT_RGB24, static_cast<int>(jpeg.output_width),
-                                        static_cast<int>(jpeg.output_height));
-    if (cairo_surface_status(*image) != CAIRO_STATUS_SUCCESS) return false;
-    cairo_surface_flush(*image);
-    if (!ReadRows(reading, *image)) return false;
-    cairo_surface_mark_dirty(*image);
-    return jpeg_finish_decompress(&jpeg) != FALSE;
+    pixels->space = ChooseOutput(jpeg);
+    if (!jpeg_start_decompress(&jpeg) || jpeg.output_components != ChannelsOf(pixels->space)) return false;
+    pixels->width = static_cast<int32_t>(jpeg.output_width);
+    pixels->height = static_cast<int32_t>(jpeg.output_height);
+    pixels->bytes.resize(size_t{jpeg.output_width} * jpeg.output_height *
+                         static_cast<size_t>(jpeg.output_components));
+    return ReadRows(reading, pixels) && jpeg_finish_decompress(&jpeg) != FALSE;
 }
 
 } // namespace
 
-CairoSurface ImageOfJpeg(std::span<const uint8_t> bytes) {
+std::optional<Pixels> ReadJpeg(std::span<const uint8_t> file) {
     Reading reading{};
     SetHandlers(reading);
     reading.jpeg.client_data = &reading;
-    cairo_surface_t* volatile image = nullptr;
-    const bool good = Decode(reading, bytes, &image);
+    Pixels pixels;
+    const bool good = Decode(reading, file, &pixels);
     jpeg_destroy_decompress(&reading.jpeg);
-    CairoSurface owner(image);
-    if (!good) owner.reset();
-    return owner;
+    if (!good) return std::nullopt;
+    // All writers store inks as their complements.
+    if (pixels.space == kSpaceFour) {
+        for (uint8_t& ink : pixels.bytes) ink = static_cast<uint8_t>(255 - ink);
+    }
+    return pixels;
 }
 
 } // namespace workbench
