@@ -9,8 +9,8 @@
 #include "workbench/render/mesh_drawing.h"
 #include "workbench/render/paint_source.h"
 #include "workbench/render/picture_images.h"
-#include "workbench/render/text_drawing.h"
 #include "workbench/render/raster_drawing.h"
+#include "workbench/render/text_drawing.h"
 
 namespace workbench {
 namespace {
@@ -293,36 +293,26 @@ private:
         if (SetSource(color, true)) cairo_stroke_preserve(context_);
     }
 
-    /// What the record tells and nobody wrote is clear.
     void DrawRaster(const Art& art) {
         const auto* raster = std::get_if<RasterData>(&art.data);
         if (!raster || raster->Width() <= 0 || raster->Height() <= 0) return;
         const cairo_matrix_t matrix = CairoMatrix(raster->matrix);
         if (!IsInvertible(matrix)) return;
-        const auto width = static_cast<double>(raster->Width()),
-                   height = static_cast<double>(raster->Height());
         cairo_save(context_);
         cairo_transform(context_, &matrix);
         cairo_translate(context_, raster->record.left, -raster->record.bottom);
         const bool linked = !raster->file.empty();
         if (linked || !IsShownSpace(raster->record.colorSpace)) {
             PlacedData box;
-            box.width = width;
-            box.height = height;
+            box.width = static_cast<double>(raster->Width());
+            box.height = static_cast<double>(raster->Height());
             if (linked)
                 DrawPicture(pictures_.Load(raster->file), box);
             else
                 DrawCrossedBox(box);
-        } else if (const CairoSurface image = ImageOfRaster(document_, art)) {
-            const auto rows = static_cast<double>(raster->RowsKept());
-            cairo_rectangle(context_, 0, height - rows, width, rows);
-            cairo_clip(context_);
-            cairo_translate(context_, 0, height);
-            cairo_scale(context_, 1, -1);
-            cairo_set_source_surface(context_, image.get(), 0, 0);
-            cairo_pattern_set_extend(cairo_get_source(context_), CAIRO_EXTEND_PAD); // no soft edge
-            cairo_set_operator(context_, OperatorOf(art.blend.mode));
-            cairo_paint_with_alpha(context_, std::clamp(art.blend.opacity, 0.0, 1.0));
+        } else {
+            DrawRasterPixels(context_, document_, art, OperatorOf(art.blend.mode),
+                             std::clamp(art.blend.opacity, 0.0, 1.0));
         }
         cairo_restore(context_);
     }

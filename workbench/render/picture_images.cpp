@@ -32,8 +32,7 @@ CairoSurface ImageOfPng(std::span<const uint8_t> bytes) {
 
 CairoSurface ImageOfJpeg(std::span<const uint8_t> bytes) {
     const auto pixels = ReadJpeg(bytes);
-    return pixels ? ImageOfPixels(pixels->bytes, pixels->width, pixels->height, pixels->space, nullptr)
-                  : nullptr;
+    return pixels ? ImageOfPixels(pixels->bytes, pixels->width, pixels->height, pixels->space) : nullptr;
 }
 
 PictureImage LoadFile(const std::string& file, uint64_t* memory) {

@@ -1,0 +1,37 @@
+/// What the pixels of an image look like.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+#include "workbench/document/color.h"
+#include "workbench/document/document.h"
+
+namespace workbench {
+
+/// Red, green, blue and alpha, not weighed.
+using LitPixel = std::array<uint8_t, 4>;
+
+/// Turns pixels of one shown space into lights.
+class RasterLight {
+public:
+    /// @param dark  what takes the place of black in the gray spaces
+    RasterLight(int32_t space, const Light& dark);
+
+    LitPixel Of(const uint8_t* pixel) const;
+
+private:
+    int32_t space_;
+    std::array<LitPixel, 256> tones_;
+};
+
+/// What takes the place of an image's black: the fill of the style of a colourized image, which counts as
+/// black where it is a gradient or pattern; else black.
+Light DarkOf(const Document& document, const Art& raster);
+
+/// All pixels of an image as lights, four bytes each, rows that were never written as well.  Nothing for an
+/// image that isn't shown, has no extent, or would take more than `mostBytes`.
+std::vector<uint8_t> LitPixels(const Document& document, const Art& raster, uint64_t mostBytes);
+
+} // namespace workbench
