@@ -44,18 +44,14 @@ Light DarkOf(const Document& document, const Art& raster) {
     return style && style->paint.fillPaint ? LightOf(document, style->paint.fill) : Light{};
 }
 
-std::vector<uint8_t> LitPixels(const Document& document, const Art& raster, uint64_t mostBytes) {
+std::vector<uint8_t> LitPixels(const Document& document, const Art& raster) {
     const auto* data = std::get_if<RasterData>(&raster.data);
-    if (!data || !IsShownSpace(data->record.colorSpace) || data->Width() < 1 || data->Height() < 1) return {};
-    const uint64_t count = static_cast<uint64_t>(data->Width()) * static_cast<uint64_t>(data->Height());
-    if (count > mostBytes / 4) return {};
+    if (!data || !IsShownSpace(data->record.colorSpace)) return {};
     const RasterLight lights(data->record.colorSpace, DarkOf(document, raster));
     const auto channels = static_cast<size_t>(data->Channels());
-    const uint8_t nothing[8]{};
-    std::vector<uint8_t> lit(static_cast<size_t>(count) * 4);
-    const size_t there = data->pixels.size() / channels;
-    for (size_t i = 0; i < count; ++i) {
-        const LitPixel pixel = lights.Of(i < there ? &data->pixels[i * channels] : nothing);
+    std::vector<uint8_t> lit(data->pixels.size() / channels * 4);
+    for (size_t i = 0; i < lit.size() / 4; ++i) {
+        const LitPixel pixel = lights.Of(&data->pixels[i * channels]);
         std::copy(pixel.begin(), pixel.end(), &lit[i * 4]);
     }
     return lit;

@@ -30,8 +30,7 @@ private:
 /// black where it is a gradient or pattern; else black.
 Light DarkOf(const Document& document, const Art& raster);
 
-/// All pixels of an image as lights, four bytes each, rows that were never written as well.  Nothing for an
-/// image that isn't shown, has no extent, or would take more than `mostBytes`.
-std::vector<uint8_t> LitPixels(const Document& document, const Art& raster, uint64_t mostBytes);
+/// The rows of an image that are there as lights, four bytes a pixel; nothing for an image that isn't shown.
+std::vector<uint8_t> LitPixels(const Document& document, const Art& raster);
 
 } // namespace workbench

@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <cmath>
 
+#include "workbench/svg/data_uri.h"
 #include "workbench/svg/element_reader.h"
 #include "workbench/svg/own_words.h"
 #include "workbench/svg/path_art.h"
 #include "workbench/svg/picture_links.h"
+#include "workbench/svg/raster_words.h"
 #include "workbench/svg/transforms.h"
 
 namespace workbench {
@@ -39,11 +41,6 @@ bool Slices(pugi::xml_node element) {
     return Text(element.attribute("preserveAspectRatio").value()).find("slice") != Text::npos;
 }
 
-/// Why an address is not followed.
-const char* LossOf(Text href) {
-    return href.starts_with("data:") ? "image" : "image that is no file";
-}
-
 void SetOptions(ReadContext& context, pugi::xml_node element, PlacedData* placed) {
     const auto options = ParseNumbers(context.Own(element, kOwnPlace), 3);
     if (options.size() != 3) return;
@@ -53,52 +50,94 @@ void SetOptions(ReadContext& context, pugi::xml_node element, PlacedData* placed
     placed->clip = options[2] != 0 ? 1 : 0;
 }
 
-/// What a link leads to; counts what is lost, and an empty path if nothing can be placed.
-std::string Follow(ReadContext& context, pugi::xml_node element, LinkedPicture* picture) {
-    const Text href = Trim(Href(element));
+/// What an `image` element shows.
+struct Picture {
+    ArtData data; ///< PlacedData or RasterData; else nothing can be placed
+    PictureSize natural;
+    bool own = false; ///< an image of our own writing, which tells its place itself
+
+    bool good() const { return !std::holds_alternative<GroupData>(data); }
+};
+
+/// What a link leads to; counts what is lost.
+Picture Follow(ReadContext& context, Text href) {
+    Picture picture;
     const std::string path = href.empty() ? std::string() : context.links.PathOf(href);
     if (path.empty()) {
-        if (!href.empty()) context.Lose(LossOf(href));
-        return {};
+        if (!href.empty()) context.Lose("image that is no file");
+        return picture;
     }
     if (!context.links.MayFollow(path)) {
         context.Lose("image outside of the folder");
-        return {};
+        return picture;
     }
-    *picture = context.links.LookAt(path);
-    if (picture->state == LinkState::kMissing) context.Lose("missing image file");
-    if (picture->state != LinkState::kNoPicture) return path;
-    context.Lose("image file that is no picture");
-    return {};
+    const LinkedPicture& linked = context.links.LookAt(path);
+    if (linked.state == LinkState::kMissing) context.Lose("missing image file");
+    if (linked.state == LinkState::kNoPicture) {
+        context.Lose("image file that is no picture");
+        return picture;
+    }
+    PlacedData placed;
+    placed.file = path;
+    picture.data = placed;
+    if (linked.state == LinkState::kPicture) picture.natural = linked.size;
+    return picture;
+}
+
+Picture FindPicture(ReadContext& context, pugi::xml_node element, const Surroundings& here) {
+    Picture picture;
+    RasterData raster;
+    const Text href = Trim(Href(element));
+    picture.own = ReadOwnRaster(context, element, here.toArt, &raster);
+    if (!picture.own) {
+        if (!IsDataUri(href)) return Follow(context, href);
+        raster = {};
+        if (!ReadDataImage(context, href, &raster)) return picture;
+        picture.natural = {static_cast<double>(raster.Width()), static_cast<double>(raster.Height())};
+    }
+    picture.data = std::move(raster);
+    return picture;
+}
+
+/// Fits the picture into the element's box; false if it can't be seen.
+bool SetPlace(ReadContext& context, pugi::xml_node element, const Surroundings& here, const ViewBox& box,
+              Picture* picture) {
+    if (picture->own) return true;
+    if (!(box.width > 0) || !(box.height > 0)) return false;
+    const bool known = picture->natural.width > 0;
+    const ViewBox whole = known ? ViewBox{0, 0, picture->natural.width, picture->natural.height}
+                                : ViewBox{0, 0, box.width, box.height};
+    const HostMatrix fit = FitViewBox(whole, box, element.attribute("preserveAspectRatio").value());
+    // A linked picture's own space has y upward, from its lower left corner.
+    const HostMatrix upright = Concat(here.toArt, Concat(fit, {1, 0, 0, -1, 0, whole.height}));
+    if (!IsFinite(upright)) {
+        context.Lose("number out of range");
+        return false;
+    }
+    if (auto* raster = std::get_if<RasterData>(&picture->data)) {
+        raster->matrix = PixelsToArt(Concat(here.toArt, fit));
+        return true;
+    }
+    auto& placed = std::get<PlacedData>(picture->data);
+    placed.matrix = upright;
+    placed.width = whole.width;
+    placed.height = whole.height;
+    SetOptions(context, element, &placed);
+    return true;
 }
 
 } // namespace
 
 Art* ReadImage(ReadContext& context, pugi::xml_node element, const Surroundings& here, Art* container) {
-    LinkedPicture picture;
-    const std::string path = Follow(context, element, &picture);
-    if (path.empty()) return nullptr;
-    const ViewBox box = BoxOf(element, here, picture.size);
-    if (!(box.width > 0) || !(box.height > 0)) return nullptr;
-    const bool known = picture.state == LinkState::kPicture;
-    const ViewBox whole =
-        known ? ViewBox{0, 0, picture.size.width, picture.size.height} : ViewBox{0, 0, box.width, box.height};
-    const HostMatrix fit = FitViewBox(whole, box, element.attribute("preserveAspectRatio").value());
-    // A picture's own space has y upward, from its lower left corner.
-    const HostMatrix matrix = Concat(here.toArt, Concat(fit, {1, 0, 0, -1, 0, whole.height}));
-    if (!IsFinite(matrix)) {
-        context.Lose("number out of range");
-        return nullptr;
-    }
-    Art* const group = Slices(element) ? context.NewArt(kArtGroup, container) : nullptr;
-    Art* const art = context.NewArt(kArtPlaced, group ? group : container);
+    Picture picture = FindPicture(context, element, here);
+    if (!picture.good()) return nullptr;
+    const ViewBox box = BoxOf(element, here, picture.natural);
+    if (!SetPlace(context, element, here, box, &picture)) return nullptr;
+    Art* const group = !picture.own && Slices(element) ? context.NewArt(kArtGroup, container) : nullptr;
+    const bool raster = std::holds_alternative<RasterData>(picture.data);
+    Art* const art = context.NewArt(raster ? kArtRaster : kArtPlaced, group ? group : container);
     if (!art) return nullptr;
-    auto& placed = std::get<PlacedData>(art->data);
-    placed.file = path;
-    placed.matrix = matrix;
-    placed.width = whole.width;
-    placed.height = whole.height;
-    SetOptions(context, element, &placed);
+    art->data = std::move(picture.data);
     if (group) ClipToViewport(context, box, here, group);
     Art* const outer = group ? group : art;
     outer->blend = ReadBlend(context, element, here.style);

@@ -6,6 +6,7 @@
 
 #include "workbench/pictures/picture_file.h"
 #include "workbench/svg/svg_reader.h"
+#include "workbench/svg/tag_words.h"
 
 namespace workbench {
 namespace {
@@ -14,28 +15,6 @@ namespace fs = std::filesystem;
 
 constexpr size_t kMostPictures = 4096; ///< files that are looked at for one drawing
 constexpr char kHexDigits[] = "0123456789ABCDEF";
-
-int HexDigit(char c) {
-    if (c >= '0' && c <= '9') return c - '0';
-    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-    return -1;
-}
-
-std::string Decoded(std::string_view text) {
-    std::string decoded;
-    for (size_t i = 0; i < text.size(); ++i) {
-        const bool pair = text[i] == '%' && i + 2 < text.size();
-        const int high = pair ? HexDigit(text[i + 1]) : -1, low = pair ? HexDigit(text[i + 2]) : -1;
-        if (high < 0 || low < 0) {
-            decoded += text[i];
-            continue;
-        }
-        decoded += static_cast<char>(high * 16 + low);
-        i += 2;
-    }
-    return decoded;
-}
 
 /// The length of a scheme with its colon; 0 if there is none.
 size_t SchemeLength(std::string_view href) {
@@ -103,7 +82,7 @@ LinkedPicture LookAtFile(const std::string& path) {
 
 std::string PictureLinks::PathOf(std::string_view href) const {
     if (!TakePath(&href)) return {};
-    const std::string decoded = Decoded(href.substr(0, href.find_first_of("?#")));
+    const std::string decoded = BytesOfPercentText(href.substr(0, href.find_first_of("?#")));
     if (decoded.empty() || decoded.find('\0') != std::string::npos) return {};
     if (folder_.empty()) return decoded;
     return (fs::path(folder_) / decoded).lexically_normal().string();

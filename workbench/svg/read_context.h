@@ -70,6 +70,7 @@ struct ReadContext {
     std::vector<std::string> svgPrefixes;                     ///< with their colon
     std::string ownPrefix; ///< of kDocumentNamespace, with its colon; empty: the file has none of its words
     size_t visitsLeft = 0, artLeft = kMaxArt, segmentsLeft = kMaxSegments, textLeft = kMaxTextUnits;
+    size_t imageBytesLeft = kMaxImageBytes;
     int depth = 0;
     std::string refusal;                ///< why the file is given up; nothing more is read once it is set
     std::vector<pugi::xml_node> inHand; ///< containers and references being drawn, against cycles
@@ -78,7 +79,7 @@ struct ReadContext {
     // What was made already, by the element and whatever else decides what it looks like.
     std::map<std::pair<const void*, int32_t>, GradientHandle> gradients;
     std::unordered_map<std::string, PatternHandle> patterns;
-    std::unordered_map<std::string, std::string> fonts; ///< by all that a style wishes
+    std::unordered_map<std::string, std::string> fonts;        ///< by all that a style wishes
     std::unordered_map<std::string, ArtStyleHandle> artStyles; ///< by id; none for an id that names nothing
 
     ReadContext(Document& madeDocument, ReadReport& madeReport, PictureLinks& pictureLinks)

@@ -16,9 +16,10 @@ inline constexpr int kMaxElementDepth =
 inline constexpr size_t kMaxRepeatedElements = 300'000; ///< visits beyond one for each element
 inline constexpr size_t kMaxArt = 1'000'000;
 inline constexpr size_t kMaxSegments = 10'000'000;
-inline constexpr size_t kMaxTextUnits = 2'000'000; ///< UTF-16 units of all text that is drawn
-inline constexpr size_t kMaxReferenceDepth = 64; ///< references drawn within references
-inline constexpr int kMaxReferenceChain = 64;    ///< href after href; a longer one counts as broken
+inline constexpr size_t kMaxTextUnits = 2'000'000;          ///< UTF-16 units of all text that is drawn
+inline constexpr size_t kMaxImageBytes = size_t{256} << 20; ///< unpacked pixels of all images in a file
+inline constexpr size_t kMaxReferenceDepth = 64;            ///< references drawn within references
+inline constexpr int kMaxReferenceChain = 64; ///< href after href; a longer one counts as broken
 inline constexpr size_t kMaxSelectorSteps =
     20'000'000; ///< of the style sheet's matching; then it is left out
 inline constexpr size_t kMaxSelectorParts = 32;

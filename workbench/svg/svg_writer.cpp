@@ -7,6 +7,7 @@
 #include "workbench/svg/path_art.h"
 #include "workbench/svg/picture_links.h"
 #include "workbench/svg/produced_art.h"
+#include "workbench/svg/raster_words.h"
 #include "workbench/svg/svg_limits.h"
 #include "workbench/svg/svg_text.h"
 #include "workbench/svg/tag_words.h"
@@ -83,6 +84,10 @@ void WritePath(WriteContext& context, const Art& art, std::string* markup) {
         context.losses["empty path"]++;
         return;
     }
+    // The members of a compound path are one element.
+    for (const Art* member = art.firstChild; member; member = member->below) {
+        if (!member->tags.empty()) context.losses["tag"] += static_cast<int>(member->tags.size());
+    }
     const PathData& path = *top->path();
     std::string text = "<path" + OutlineAttributes(context, art);
     AppendNature(context, art, art.hidden || path.guide, &text);
@@ -100,8 +105,7 @@ void WritePath(WriteContext& context, const Art& art, std::string* markup) {
 std::string DefineClip(WriteContext& context, const Art& path, const Art& top) {
     const HostPathStyle& style = top.path()->style;
     std::string text = "<path" + OutlineAttributes(context, path);
-    AppendName(context, path.name, &text);
-    if (path.locked) AppendAttribute(&text, "sodipodi:insensitive", "true");
+    AppendNature(context, path, false, &text);
     if (style.evenOdd) AppendAttribute(&text, "clip-rule", "evenodd");
     if (!OnlyClips(context, style) || !(top.blend == Blend{})) {
         AppendOwn(&text, kOwnPainted, "true");
@@ -257,8 +261,6 @@ void WritePlaced(WriteContext& context, const Art& art, const PlacedData& placed
 
 const char* LossOf(const Art& art) {
     switch (art.kind) {
-        case kArtRaster:
-            return "image";
         case kArtTextFrame:
             return "text";
         default:
@@ -274,6 +276,8 @@ void WriteOwn(WriteContext& context, const Art& art, std::string* markup) {
         WriteGroup(context, art, markup);
     } else if (const auto* placed = std::get_if<PlacedData>(&art.data)) {
         WritePlaced(context, art, *placed, markup);
+    } else if (art.kind == kArtRaster) {
+        WriteRaster(context, art, NatureOf(context, art), markup);
     } else if (const auto* mesh = std::get_if<MeshData>(&art.data)) {
         WriteMesh(context, *mesh, NatureOf(context, art), markup);
     } else if (art.kind == kArtPlugin) {
