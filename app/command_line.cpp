@@ -22,8 +22,10 @@ struct Commands {
     SearchOptions search;
     ShowOptions show;
     PlaceOptions place;
+    TagsOptions tags;
     SheetOptions sheet;
     ConvertOptions convert;
+    SampleOptions sample;
     RoundtripOptions roundtrip;
     EditOptions edit;
     DeleteOptions deleting;
@@ -56,6 +58,7 @@ void AddRegister(CLI::App& app, Commands& commands) {
     command->add_option("--kind", o.kind, "the record's kind");
     command->add_option("--comment", o.comment, "the record's comment");
     command->add_option("--select", o.select, "store only the art with this id")->type_name("ID");
+    command->add_flag("--layers,!--no-layers", o.layers, "store the titles of whole layers with their art");
     command->add_flag("--trace", o.trace, "print each call of the host on standard error");
 }
 
@@ -139,6 +142,29 @@ void AddPlace(CLI::App& app, Commands& commands) {
     command->add_option("--out", o.out, "files to write: .svg, .pdf, .png, .json")
         ->required()
         ->type_name("FILE");
+    command->add_flag("--layers,!--no-layers", o.layers,
+                      "put art on the layer whose title it was stored with; made where it is missing");
+    command->add_flag("--trace", o.trace, "print each call of the host on standard error");
+}
+
+void AddTags(CLI::App& app, Commands& commands) {
+    TagsOptions& o = commands.tags;
+    CLI::App* command = AddCommand(app, commands, "tags", "hand the tags of a record to art of a drawing",
+                                   [&o] { return RunTags(o); });
+    AddDatabase(command, o.database);
+    command->add_option("group", o.group, kGroupHelp)->required()->type_name("GROUP");
+    command->add_option("number", o.number, "the record's number, from 0")
+        ->required()
+        ->check(CLI::NonNegativeNumber);
+    command->add_option("--onto", o.onto, "the drawing")->required()->type_name("DOC.svg");
+    command
+        ->add_option("--target", o.target,
+                     "the art's id; the tags of several objects go to it and to what is around it")
+        ->required()
+        ->type_name("ID");
+    command->add_option("--out", o.out, "the file to write: .svg, .pdf, .png, .json")
+        ->required()
+        ->type_name("FILE");
     command->add_flag("--trace", o.trace, "print each call of the host on standard error");
 }
 
@@ -163,6 +189,14 @@ void AddConvert(CLI::App& app, Commands& commands) {
     command->add_option("--out", o.out, "files to write: .svg, .pdf, .png, .json")
         ->required()
         ->type_name("FILE");
+}
+
+void AddSample(CLI::App& app, Commands& commands) {
+    SampleOptions& o = commands.sample;
+    CLI::App* command =
+        AddCommand(app, commands, "sample", "write a drawing that holds every kind of art, with its pictures",
+                   [&o] { return RunSample(o); });
+    command->add_option("--out", o.out, "the drawing")->required()->type_name("DOC.svg");
 }
 
 void AddRoundtrip(CLI::App& app, Commands& commands) {
@@ -256,8 +290,10 @@ int RunCommandLine(int argc, char** argv) {
     AddSearch(app, commands);
     AddShow(app, commands);
     AddPlace(app, commands);
+    AddTags(app, commands);
     AddSheet(app, commands);
     AddConvert(app, commands);
+    AddSample(app, commands);
     AddRoundtrip(app, commands);
     AddEdit(app, commands);
     AddDelete(app, commands);

@@ -10,6 +10,7 @@
 struct RegisterOptions {
     std::vector<std::string> files;
     std::string database, group, name, kind, comment, select;
+    std::optional<bool> layers; ///< layers' titles go with the art; nothing: as the preferences say
     bool trace = false;
 };
 int RunRegister(const RegisterOptions& options);
@@ -48,9 +49,17 @@ struct PlaceOptions {
     int number = 0;
     int origin = 0;
     std::vector<std::string> out;
+    std::optional<bool> layers; ///< art follows its layer's title; nothing: as the preferences say
     bool trace = false;
 };
 int RunPlace(const PlaceOptions& options);
+
+struct TagsOptions {
+    std::string database, group, onto, target, out;
+    int number = 0;
+    bool trace = false;
+};
+int RunTags(const TagsOptions& options);
 
 struct SheetOptions {
     std::string database, group, out;
@@ -63,6 +72,11 @@ struct ConvertOptions {
     std::vector<std::string> out;
 };
 int RunConvert(const ConvertOptions& options);
+
+struct SampleOptions {
+    std::string out;
+};
+int RunSample(const SampleOptions& options);
 
 struct RoundtripOptions {
     std::vector<std::string> files;

@@ -70,6 +70,7 @@ private:
         inProduced_ = true;
         Art* stored = StandInOf(*document_.CopyArt(*drawn));
         // The path's tags come behind those of what is drawn, and in a load the last ones read count.
+        if (stored) KeepStringTags(*stored);
         if (stored && stored->tags.empty()) stored->tags = art.tags;
         return stored;
     }

@@ -5,8 +5,10 @@
 #include "app/commands.h"
 #include "app/documents.h"
 #include "app/exit_code.h"
+#include "app/missing_fonts.h"
 #include "app/open_database.h"
 #include "app/record_loading.h"
+#include "plugin/frame/globals.h"
 
 namespace {
 
@@ -35,6 +37,7 @@ int RunPlace(const PlaceOptions& options) {
     OpenedDatabase database(options.database, options.group);
     if (database.trouble() != kDone) return database.trouble();
     if (options.trace) database.session().Trace();
+    if (options.layers) globals->layerOption = *options.layers ? 1 : 0;
     auto document = std::make_unique<workbench::Document>();
     if (!options.into.empty()) {
         workbench::ReadReport report;
@@ -51,6 +54,7 @@ int RunPlace(const PlaceOptions& options) {
         Complain(options.group + ": " + error);
         return kRefusedOrDiffers;
     }
+    for (const std::string& sentence : MissingFonts()) Complain(options.group + ": " + sentence);
     for (const std::string& out : options.out) {
         if (SaveDocument(*database.host().front(), out, &error)) continue;
         Complain(error);

@@ -5,6 +5,13 @@
 #include "plugin/rebuild/load_art.h"
 #include "win32/beep.h"
 
+static bool IsRead(int32_t number, std::string* error) {
+    if (globals->curRecord) return true;
+    *error = "record " + std::to_string(number) +
+             " can't be read: there is none of that number, or the file is damaged before it";
+    return false;
+}
+
 bool LoadRecord(const std::string& group, int32_t number, const HostPoint& point, int origin,
                 LinkedFileUse linkedFiles, std::string* error) {
     globals->placePoint = point;
@@ -13,11 +20,7 @@ bool LoadRecord(const std::string& group, int32_t number, const HostPoint& point
     globals->trackTarget = nullptr;
     const unsigned beeps = BeepCount();
     const HostError result = AidbLoadArt(group.c_str(), number, linkedFiles);
-    if (!globals->curRecord) {
-        *error = "record " + std::to_string(number) +
-                 " can't be read: there is none of that number, or the file is damaged before it";
-        return false;
-    }
+    if (!IsRead(number, error)) return false;
     const auto missing = MissingPictures({group.c_str(), number, linkedFiles});
     if (!missing.empty()) {
         *error = "linked pictures of the record are missing: " + JoinedNames(missing);
@@ -25,5 +28,20 @@ bool LoadRecord(const std::string& group, int32_t number, const HostPoint& point
     }
     if (BeepCount() == beeps && result == kHostNoError) return true;
     *error = "not all of the record could be placed: the layer is hidden or locked, or art was refused";
+    return false;
+}
+
+bool TransferRecordTags(const std::string& group, int32_t number, ArtHandle target, std::string* error) {
+    globals->placePoint = {0, 0};
+    globals->originMode = kOriginLeftBottom;
+    globals->trackState = 2;
+    globals->trackTarget = target;
+    const unsigned beeps = BeepCount();
+    AidbLoadArt(group.c_str(), number, LinkedFileUse::kLook);
+    globals->trackState = 0;
+    globals->trackTarget = nullptr;
+    if (!IsRead(number, error)) return false;
+    if (BeepCount() == beeps) return true;
+    *error = "the tags couldn't be handed over: the target's layer is hidden or locked, or art was refused";
     return false;
 }

@@ -14,3 +14,8 @@
 bool LoadRecord(const std::string& group, int32_t number, const HostPoint& point, int origin,
                 LinkedFileUse linkedFiles, std::string* error);
 constexpr int kOriginLeftBottom = 2;
+
+/// Hands the string tags of the record's objects to `target`, or to the nearest art around it that has as
+/// many objects as the record; the document gets no art.  False, and a sentence in *error, if the record
+/// can't be read or built.  What the plug-in objects to, it alerts; then some objects or all got no tags.
+bool TransferRecordTags(const std::string& group, int32_t number, ArtHandle target, std::string* error);

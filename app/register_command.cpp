@@ -9,6 +9,7 @@
 #include "app/record_texts.h"
 #include "app/registration.h"
 #include "app/texts.h"
+#include "plugin/frame/globals.h"
 #include "plugin/store/record_layout.h"
 
 namespace {
@@ -73,6 +74,7 @@ int RunRegister(const RegisterOptions& options) {
     Session session;
     if (!session.ok()) return kRefusedOrDiffers;
     if (options.trace) session.Trace();
+    if (options.layers) globals->layerOption = *options.layers ? 1 : 0;
     std::string error;
     if (!session.OpenDatabase(options.database, true, &error)) {
         Complain(error);

@@ -5,6 +5,7 @@
 #include <random>
 #include <string>
 
+#include "tests/support/random_mesh.h"
 #include "tests/support/random_raster.h"
 
 using workbench::Art;
@@ -184,9 +185,16 @@ private:
         art.name = kNames[Below(9)];
         art.hidden = !recordable_ && Often(10);
         art.locked = !recordable_ && Often(10);
-        for (int i = recordable_ && Often(20) ? 1 + Below(3) : 0; i > 0; --i)
-            art.tags.push_back(
-                {"name" + std::to_string(i), "string", "a, b = c\\" + std::to_string(Below(1000))});
+        for (int i = Often(20) ? 1 + Below(3) : 0; i > 0; --i) art.tags.push_back(SomeTag(i));
+    }
+
+    workbench::Tag SomeTag(int number) {
+        const std::string name = "name" + std::to_string(number), value = std::to_string(Below(1000));
+        if (recordable_) return {name, Often(20) ? "real" : "string", "a, b = c\\" + value};
+        // Shift-JIS, which is no UTF-8, and names that no attribute can have.
+        if (Often(20)) return {name, "string", "\x90\x6C \x83\x5C" + value};
+        if (Often(20)) return {"a = %41 " + name, "string", value};
+        return {name, Often(20) ? "real = %" : "string", " <&\">\n\t\xE7\xB7\x9A " + value};
     }
 
     /// A record measures a pattern with its images and then leaves them out.
@@ -204,6 +212,41 @@ private:
         art->artStyle = document_.NewArtStyle(style).handle;
     }
 
+    void AddMesh(Art* parent) {
+        Art* art = document_.PrependArt(kArtMesh, parent);
+        SetNature(*art);
+        art->blend = SomeBlend();
+        MakeRandomMesh(
+            std::get<workbench::MeshData>(art->data), recordable_, random_, [this] { return Point(); },
+            [this] { return Plain(); });
+    }
+
+    void AddPluginArt(Art* parent, int depth) {
+        Art* art = document_.PrependArt(kArtPlugin, parent);
+        SetNature(*art);
+        art->blend = SomeBlend();
+        Art* edit = document_.PrependArt(kArtGroup, art);
+        Art* result = document_.PrependArt(kArtGroup, art);
+        SetNature(*edit);
+        Fill(edit, depth + 2);
+        Fill(result, depth + 2);
+        auto& plugin = std::get<workbench::PluginArtData>(art->data);
+        plugin = {"Some \x83\x5C plug-in", Below(9), -Below(9), {}, edit->handle, result->handle};
+        for (int i = Below(40); i > 0; --i) plugin.data.push_back(static_cast<uint8_t>(Below(256)));
+    }
+
+    /// A group that the art's style draws in its place.
+    void AddStyle(Art& art, int depth) {
+        art.artStyle = document_.NewArtStyle(Style(depth + 2)).handle;
+        if (Often(50)) return;
+        art.blend.opacity = 1;
+        Art* drawn = document_.AppendArt(kArtGroup, nullptr);
+        SetNature(*drawn);
+        drawn->blend = SomeBlend();
+        Fill(drawn, depth + 2);
+        art.styledArt = drawn->handle;
+    }
+
     void AddPath(Art* parent, int depth) {
         Art* art = document_.PrependArt(kArtPath, parent);
         SetNature(*art);
@@ -211,6 +254,7 @@ private:
         art->path()->style = Style(depth);
         art->path()->guide = !recordable_ && Often(10);
         art->blend = SomeBlend();
+        if (Often(5)) AddStyle(*art, depth);
     }
 
     void AddCompound(Art* parent, int depth, bool clip) {
@@ -234,6 +278,8 @@ private:
             if (kind == 0) AddCompound(parent, depth, false);
             if (kind == 1) AddPath(parent, depth);
             if (kind < 2 && Often(15)) AddRaster(parent);
+            if (kind < 2 && Often(10)) AddMesh(parent);
+            if (kind < 2 && depth < kDeepest && Often(5)) AddPluginArt(parent, depth);
             if (kind < 2) continue;
             Art* group = document_.PrependArt(kArtGroup, parent);
             SetNature(*group);

@@ -102,6 +102,8 @@ void AddExtentOf(const Art& art, const HostMatrix& matrix, Box* box) {
         for (const double x : {0.0, placed->width})
             for (const double y : {0.0, placed->height}) box->Add(Apply(whole, {x, y}));
     }
+    if (const auto* mesh = std::get_if<MeshData>(&art.data))
+        ForEachMeshPoint(*mesh, [&](const HostPoint& point) { box->Add(Apply(matrix, point)); });
     for (const Art* child = art.firstChild; child; child = child->below) AddExtentOf(*child, matrix, box);
 }
 

@@ -7,6 +7,7 @@
 #include "workbench/svg/mesh_words.h"
 #include "workbench/svg/own_words.h"
 #include "workbench/svg/path_art.h"
+#include "workbench/svg/text_reader.h"
 #include "workbench/svg/produced_art.h"
 #include "workbench/svg/transforms.h"
 
@@ -21,25 +22,9 @@ void CountUnknownEffects(ReadContext& context, const ComputedStyle& style) {
     if (style.masked) context.Lose("mask");
 }
 
-bool HasText(pugi::xml_node element) {
-    struct Search : pugi::xml_tree_walker {
-        bool found = false;
-        bool for_each(pugi::xml_node& node) override {
-            const bool text = node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata;
-            found = text && !Trim(node.value()).empty();
-            return !found;
-        }
-    } search;
-    element.traverse(search);
-    return search.found;
-}
-
 /// Elements that draw, but not yet here.
-void CountUnread(ReadContext& context, pugi::xml_node element, ElementKind kind) {
+void CountUnread(ReadContext& context, ElementKind kind) {
     switch (kind) {
-        case ElementKind::kText:
-            if (HasText(element)) context.Lose("text");
-            break;
         case ElementKind::kForeignObject:
             context.Lose("foreignObject");
             break;
@@ -185,15 +170,19 @@ bool IsOtherArt(const ReadContext& context, pugi::xml_node element, ElementKind 
 }
 
 Art* ReadOtherArt(ReadContext& context, pugi::xml_node element, const Surroundings& here, Art* container) {
-    if (IsMesh(context, element)) return ReadMesh(context, element, here, container);
-    return IsStyledArt(context, element) ? ReadStyledArt(context, element, here, container)
-                                         : ReadPluginArt(context, element, here, container);
+    if (IsStyledArt(context, element)) return ReadStyledArt(context, element, here, container);
+    if (IsPluginArt(context, element)) return ReadPluginArt(context, element, here, container);
+    Art* mesh = ReadMesh(context, element, here, container);
+    // Its picture is better than nothing.
+    return mesh || context.refused() ? mesh
+                                     : ReadGroup(context, element, ElementKind::kGroup, here, container);
 }
 
 /// An element by itself, whatever clips it.
 Art* ReadPlain(ReadContext& context, pugi::xml_node element, ElementKind kind, const Surroundings& here,
                Art* container) {
     if (kind == ElementKind::kImage) return ReadImage(context, element, here, container);
+    if (kind == ElementKind::kText) return ReadText(context, element, here, container);
     if (IsOtherArt(context, element, kind)) return ReadOtherArt(context, element, here, container);
     return IsShape(kind) ? ReadShape(context, element, kind, here, container)
                          : ReadGroup(context, element, kind, here, container);
@@ -234,8 +223,8 @@ Surroundings Enter(ReadContext& context, pugi::xml_node element, const Surroundi
 Art* ReadElement(ReadContext& context, pugi::xml_node element, const Surroundings& around, Art* container) {
     const ElementKind kind = context.KindOf(element);
     const bool group = kind >= ElementKind::kGroup && kind <= ElementKind::kSvg;
-    if (!group && !IsShape(kind) && kind != ElementKind::kImage) {
-        CountUnread(context, element, kind);
+    if (!group && !IsShape(kind) && kind != ElementKind::kImage && kind != ElementKind::kText) {
+        CountUnread(context, kind);
         return nullptr;
     }
     const Visit visit(context);

@@ -21,7 +21,8 @@ void WriteMesh(WriteContext& context, const MeshData& mesh, const std::string& n
 /// False if the element is no mesh, or not one any more.
 bool IsMesh(const ReadContext& context, pugi::xml_node element);
 
-/// Reads a group that IsMesh onto the top of `container`; null if it is damaged, which is counted.
+/// Reads a group that IsMesh onto the top of `container`; null if it is damaged, which is counted: then its
+/// picture can still be read.
 Art* ReadMesh(ReadContext& context, pugi::xml_node element, const Surroundings& here, Art* container);
 
 } // namespace workbench

@@ -33,6 +33,9 @@ protected:
         Art& result = *document().AppendArt(kArtGroup, &plugin);
         AddLine(result);
         std::get<workbench::PluginArtData>(plugin.data).result = result.handle;
+        auto& mesh = std::get<workbench::MeshData>(document().AppendArt(kArtMesh, &root())->data);
+        InitMesh(mesh, workbench::kMeshRing, 1, 1);
+        mesh.vertices[0].color = PaintOf(ink);
         Art& placed = *document().AppendArt(kArtPlaced, &root());
         std::get<workbench::PlacedData>(placed.data).file = "/a.tif";
         HostPathStyle paint{};

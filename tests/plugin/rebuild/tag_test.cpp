@@ -28,6 +28,11 @@ TEST_F(TagNoteTest, ANoteWithoutAGoodLineEmptiesThePendingTags) {
     EXPECT_EQ(globals->pendingTags, nullptr);
 }
 
+TEST_F(TagNoteTest, CommentsAndEmptyLinesArePassedOver) {
+    LoadArtTagProcess("'Tag = 1, string, a\r\r  'Tag = 2, string, b\rTag = \"'3, = 4\", string, c\r");
+    EXPECT_THAT(Pending(), ElementsAre("c|string|'3, = 4"));
+}
+
 TEST_F(TagNoteTest, FieldsAreCutToTheirRoom) {
     const std::string value(300, 'v'), type(70, 't'), name(80, 'n');
     LoadArtTagProcess("Tag = \"" + value + "\", " + type + ", " + name + "\r");

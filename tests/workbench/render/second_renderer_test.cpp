@@ -14,6 +14,7 @@
 #include "workbench/render/cairo_pixels.h"
 #include "workbench/render/page_files.h"
 #include "workbench/svg/svg_reader.h"
+#include "workbench/svg/svg_writer.h"
 
 namespace workbench {
 namespace {
@@ -217,6 +218,47 @@ TEST(SecondRenderer, EachWordMeansTheSame) {
         EXPECT_LE(ShareOfVisibleDifferences(ours.pixels, other), 0.01) << snippet;
     }
     fs::remove(file);
+}
+
+/// A mesh with curved edges, a plug-in's result and a style's art, with what they were made of below them.
+void FillWithOwnArt(Document& document) {
+    Art* root = document.LayerAt(0).root;
+    const auto addSquare = [&](Art* parent, double left, const HostColor& color) {
+        Art* art = document.PrependArt(kArtPath, parent);
+        for (const HostPoint p : {HostPoint{left, 5}, {left + 30, 5}, {left + 30, 35}, {left, 35}})
+            art->path()->segments.push_back({p, p, p, 1});
+        art->path()->style.fillPaint = 1;
+        art->path()->style.fill = color;
+        return art;
+    };
+    auto& mesh = std::get<MeshData>(document.PrependArt(kArtMesh, root)->data);
+    InitMesh(mesh, kMeshGrid, 2, 1);
+    for (size_t i = 0; i < 6; ++i) {
+        mesh.vertices[i].position = {10 + 40.0 * static_cast<double>(i / 2), i % 2 ? 90.0 : 50.0};
+        mesh.vertices[i].color = ThreeColor(i == 0 || i == 3, i == 1 || i == 4, i > 3);
+    }
+    StraightenMesh(mesh);
+    mesh.edgesI[0] = {{20, 30}, {40, 60}};
+    Art* plugin = document.PrependArt(kArtPlugin, root);
+    auto& data = std::get<PluginArtData>(plugin->data);
+    data.edit = addSquare(plugin, 40, ThreeColor(1, 0, 0))->handle;
+    data.result = addSquare(plugin, 10, ThreeColor(0, 0, 1))->handle;
+    Art* styled = addSquare(root, 60, ThreeColor(1, 0, 0));
+    styled->styledArt = addSquare(nullptr, 65, ThreeColor(0, 0.5, 0))->handle;
+}
+
+TEST(SecondRenderer, WhatSvgHasNoWordsForLooksAboutTheSame) {
+    Document document;
+    document.page = {0, 100, 100, 0};
+    FillWithOwnArt(document);
+    const std::string file = TemporaryFile(".svg");
+    std::ofstream(file) << WriteSvg(document);
+    const PagePicture ours = DrawPage(document, kSide / 100.0, kSide);
+    const std::vector<uint8_t> other = OtherPicture(file, ours.width, ours.height);
+    fs::remove(file);
+    ASSERT_EQ(other.size(), ours.pixels.size());
+    EXPECT_GT(ShareOfVisibleDifferences(ours.pixels, std::vector<uint8_t>(other.size(), 255)), 0.4);
+    EXPECT_LE(ShareOfVisibleDifferences(ours.pixels, other), 0.01);
 }
 
 } // namespace

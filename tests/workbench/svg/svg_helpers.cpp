@@ -60,6 +60,22 @@ std::string StyleText(const Document& document, const HostPathStyle& style) {
                        style.evenOdd, style.resolution);
 }
 
+std::string MeshText(const Document& document, const MeshData& mesh) {
+    std::string text = Line("mesh", mesh.type, mesh.gridI, mesh.gridJ);
+    for (const MeshVertex& vertex : mesh.vertices) {
+        text += Line("corner", vertex.position.x, vertex.position.y) + ColorOf(document, vertex.color) + "\n";
+        for (const MeshSpoke& spoke : vertex.spokes)
+            text += Line("spoke", spoke.tangent.x, spoke.tangent.y, spoke.smooth);
+    }
+    for (const auto* edges : {&mesh.edgesI, &mesh.edgesJ}) {
+        for (const MeshEdge& edge : *edges) {
+            text += "edge\n";
+            for (const HostPoint& point : edge) text += Line("point", point.x, point.y);
+        }
+    }
+    return text;
+}
+
 std::string ArtText(const Document& document, const Art& art) {
     std::string text =
         Line("art", art.kind, art.selected, art.locked, art.hidden) + "name " + art.name + "\n";
@@ -71,6 +87,17 @@ std::string ArtText(const Document& document, const Art& art) {
         for (const HostPathSegment& s : path->segments)
             text += Line("segment", s.anchor.x, s.anchor.y, s.in.x, s.in.y, s.out.x, s.out.y, s.corner);
     }
+    for (const Tag& tag : art.tags) text += "tag " + tag.name + ":" + tag.type + ":" + tag.value + "\n";
+    if (const auto* mesh = std::get_if<MeshData>(&art.data)) text += MeshText(document, *mesh);
+    if (const auto* plugin = std::get_if<PluginArtData>(&art.data)) {
+        text += "plug-in " + plugin->groupName + Line("", plugin->major, plugin->minor);
+        text.append(plugin->data.begin(), plugin->data.end());
+    }
+    const auto* plugin = art.parent ? std::get_if<PluginArtData>(&art.parent->data) : nullptr;
+    if (plugin) text += Line("part", plugin->edit == art.handle, plugin->result == art.handle);
+    if (const ArtStyle* style = document.Find(art.artStyle))
+        text += "style " + StyleText(document, style->paint);
+    if (const Art* drawn = document.Find(art.styledArt)) text += "drawn " + ArtText(document, *drawn);
     text += "{\n";
     for (const Art* child = art.firstChild; child; child = child->below) text += ArtText(document, *child);
     return text + "}\n";
