@@ -184,9 +184,9 @@ Art* Document::PrependArt(int32_t kind, Art* parent) {
     return art;
 }
 
-void Document::AdoptArt(Art& art, Art& parent) {
+void Document::AdoptArt(Art& art, Art& parent, bool onTop) {
     Unlink(art);
-    Link(art, parent, parent.lastChild);
+    Link(art, parent, onTop ? nullptr : parent.lastChild);
 }
 
 void Document::DetachArt(Art& art) {

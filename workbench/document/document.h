@@ -100,8 +100,8 @@ public:
     Art* AppendArt(int32_t kind, Art* parent);
     Art* PrependArt(int32_t kind, Art* parent);
 
-    /// Hangs free-standing art into a container, at the bottom.
-    void AdoptArt(Art& art, Art& parent);
+    /// Hangs free-standing art into a container, at the bottom or on top.
+    void AdoptArt(Art& art, Art& parent, bool onTop = false);
 
     /// Takes art that is no layer's root out of its container, free-standing.
     void DetachArt(Art& art);

@@ -216,6 +216,7 @@ Art* ReadClipped(ReadContext& context, pugi::xml_node element, ElementKind kind,
 Surroundings Enter(ReadContext& context, pugi::xml_node element, const Surroundings& around) {
     Surroundings here = around;
     here.style = ComputeStyle(element, around.style, context.sheet);
+    here.outside = around.toArt;
     here.toArt = Concat(around.toArt, OwnTransform(element, here.style));
     return here;
 }

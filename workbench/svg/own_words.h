@@ -49,6 +49,10 @@ inline constexpr char kOwnVersion[] = "version";    ///< of plug-in art: major m
 inline constexpr char kOwnData[] = "data";          ///< of plug-in art, as PercentText
 inline constexpr char kOwnPart[] = "part";          ///< what a member is to the group around it
 inline constexpr char kOwnMesh[] = "mesh";          ///< see mesh_words.h
+inline constexpr char kOwnFrame[] = "frame";        ///< of a text frame, see text_words.h
+inline constexpr char kOwnStory[] = "story";        ///< id and number; also an element
+inline constexpr char kOwnRun[] = "run";            ///< an element: a stretch of a story
+inline constexpr char kOwnTextPath[] = "text-path"; ///< id of the frame's own path
 inline constexpr char kOwnColor[] = "color";        ///< an element: a custom colour
 
 /// "gray 0.5", "four 0 1 1 0", "three 1 0 0" or "custom 0.25 Name"; empty for gradients and patterns.

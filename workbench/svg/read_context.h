@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <pugixml.hpp>
 #include <string>
 #include <string_view>
@@ -55,10 +56,13 @@ inline bool IsShape(ElementKind kind) {
 /// What an element finds around it.
 struct Surroundings {
     HostMatrix toArt{1, 0, 0, 1, 0, 0};   ///< user space to art coordinates
+    HostMatrix outside{1, 0, 0, 1, 0, 0}; ///< the same of the space that the element stands in
     ComputedStyle style;                  ///< of the element in hand, or of its parent before it is computed
     double viewWidth = 0, viewHeight = 0; ///< user units, for percentages
     bool instance = false;                ///< drawn through a reference: its id belongs to the original
 };
+
+struct OwnStories;
 
 struct ReadContext {
     Document& document;
@@ -80,6 +84,7 @@ struct ReadContext {
     std::map<std::pair<const void*, int32_t>, GradientHandle> gradients;
     std::unordered_map<std::string, PatternHandle> patterns;
     std::unordered_map<std::string, std::string> fonts;        ///< by all that a style wishes
+    std::shared_ptr<OwnStories> ownStories;                    ///< see text_words.h; null: none was asked for
     std::unordered_map<std::string, ArtStyleHandle> artStyles; ///< by id; none for an id that names nothing
 
     ReadContext(Document& madeDocument, ReadReport& madeReport, PictureLinks& pictureLinks)

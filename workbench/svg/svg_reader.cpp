@@ -278,8 +278,11 @@ std::unique_ptr<Document> ReadLinked(std::span<const uint8_t> bytes, const std::
         return refuse(why);
 
     pugi::xml_document tree;
+    // Blanks between elements count in text alone; elsewhere they would only cost memory.
+    const bool hasText = text.find("text") != std::string::npos || text.find("flow") != std::string::npos;
+    const unsigned options = pugi::parse_default | (hasText ? pugi::parse_ws_pcdata : 0u);
     const pugi::xml_parse_result parsed =
-        tree.load_buffer_inplace(text.data(), text.size(), pugi::parse_default, pugi::encoding_utf8);
+        tree.load_buffer_inplace(text.data(), text.size(), options, pugi::encoding_utf8);
     if (!parsed)
         return refuse("no XML at byte " + std::to_string(parsed.offset) + ": " + parsed.description());
     const pugi::xml_node root = FindRoot(tree);

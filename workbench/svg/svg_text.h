@@ -22,6 +22,7 @@ struct WriteContext {
     std::unordered_map<std::string, std::string> paints; ///< a server's text without its id, to its id
     std::map<const void*, std::string> stops;            ///< a gradient to the id of its stops
     std::map<const void*, std::string> tiles;            ///< a pattern to the id of its art
+    std::map<const Story*, std::string> stories;         ///< to the id of its element
     int defCount = 0;
     int depth = 0;
 
@@ -51,6 +52,10 @@ std::string PatternReference(WriteContext& context, const HostPatternUse& use);
 
 /// Writes art with all its members.
 void WriteArt(WriteContext& context, const Art& art, std::string* markup);
+
+/// Writes a text frame.
+/// @param nature  the attributes that every kind of art can have
+void WriteText(WriteContext& context, const Art& art, const std::string& nature, std::string* markup);
 
 /// A shape by its outlines: everything of a path element but its paint.
 std::string OutlineAttributes(WriteContext& context, const Art& art);

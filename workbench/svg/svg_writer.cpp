@@ -11,6 +11,7 @@
 #include "workbench/svg/svg_limits.h"
 #include "workbench/svg/svg_text.h"
 #include "workbench/svg/tag_words.h"
+#include "workbench/svg/text_words.h"
 #include "workbench/svg/transforms.h"
 
 namespace workbench {
@@ -230,6 +231,8 @@ struct InksInUse {
         ForEachArt(root, [this](const Art& art) {
             if (const PathData* path = art.path()) AddStyle(path->style);
             if (const ArtStyle* style = context.document.Find(art.artStyle)) AddStyle(style->paint);
+            if (const auto* text = std::get_if<TextFrameData>(&art.data); text && text->story)
+                ForEachTextColor(*text->story, [this](const HostColor& color) { AddColor(color); });
             if (const auto* mesh = std::get_if<MeshData>(&art.data))
                 for (const MeshVertex& vertex : mesh->vertices) AddColor(vertex.color);
             const Art* drawn = StyledArtOf(context.document, art);
@@ -259,15 +262,6 @@ void WritePlaced(WriteContext& context, const Art& art, const PlacedData& placed
     *markup += text + "/>\n";
 }
 
-const char* LossOf(const Art& art) {
-    switch (art.kind) {
-        case kArtTextFrame:
-            return "text";
-        default:
-            return "art";
-    }
-}
-
 /// The art itself, whatever its style draws in its place.
 void WriteOwn(WriteContext& context, const Art& art, std::string* markup) {
     if (IsPathLike(art)) {
@@ -280,10 +274,12 @@ void WriteOwn(WriteContext& context, const Art& art, std::string* markup) {
         WriteRaster(context, art, NatureOf(context, art), markup);
     } else if (const auto* mesh = std::get_if<MeshData>(&art.data)) {
         WriteMesh(context, *mesh, NatureOf(context, art), markup);
+    } else if (art.kind == kArtTextFrame) {
+        WriteText(context, art, NatureOf(context, art), markup);
     } else if (art.kind == kArtPlugin) {
         WritePluginArt(context, art, NatureOf(context, art), markup);
     } else {
-        context.losses[LossOf(art)]++;
+        context.losses["art"]++;
     }
 }
 
@@ -336,7 +332,7 @@ void WriteArt(WriteContext& context, const Art& art, std::string* markup) {
 std::string WriteSvg(const Document& document, std::map<std::string, int>* losses,
                      const std::string& folder) {
     std::map<std::string, int> ownLosses;
-    WriteContext context{document, losses ? *losses : ownLosses, folder, {}, {}, {}, {}, {}, 0, 0};
+    WriteContext context{document, losses ? *losses : ownLosses, folder, {}, {}, {}, {}, {}, {}, 0, 0};
     std::string body;
     InksInUse inks{context, {}, {}, {}};
     for (size_t i = document.LayerCount(); i-- > 0;) {

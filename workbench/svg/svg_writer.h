@@ -15,7 +15,7 @@ inline constexpr char kDocumentNamespace[] = "urn:velquorne:document";
 /// The whole document as an SVG file, UTF-8, coordinates in points (so the width is given in pt and the
 /// viewBox in the same numbers).  Numbers are the shortest that read back as the same double.
 ///
-/// Rasters and text frames are left out: the reader has no words for them yet.
+/// Other programs see each line of text where it lies; what SVG can't say of it is in our own words.
 /// @param losses  if given, how often something was left out, by a short name
 /// @param folder  absolute folder that the file will lie in, UTF-8: links to pictures are relative to it; if
 ///                it is empty they name the full path

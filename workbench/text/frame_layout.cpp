@@ -104,6 +104,7 @@ public:
                              : justification == 2 || justification == 5 ? 0.5
                                                                         : 0;
         layout_->end = line.end;
+        layout_->start = way.DistanceAt(frame_.pathStart);
         for (const PlacedCell& placed : line.cells) {
             const double x = start + free * share + placed.x;
             const double middle = x + placed.advance / 2;
@@ -143,7 +144,7 @@ bool IsFinite(const HostMatrix& m) {
 
 FrameLayout LayFrame(const Document& document, const Art& art, size_t first, size_t end) {
     FrameLayout layout;
-    layout.end = first;
+    layout.first = layout.end = first;
     const auto* frame = std::get_if<TextFrameData>(&art.data);
     if (!frame || !frame->story || first >= end || !IsFinite(frame->matrix)) return layout;
     const Story& story = *frame->story;

@@ -42,7 +42,8 @@ struct FrameLayout {
     std::vector<LinePlace> lines; ///< of text on a path: none
     HostRect box{};               ///< of the lines, in art coordinates; see hasBox
     bool hasBox = false;
-    size_t end = 0; ///< the first unit that is not shown
+    double start = 0;          ///< of text on a path: where on it the text may begin, in text space
+    size_t first = 0, end = 0; ///< the units that are shown
 };
 
 /// @param first, end  units of the frame's story

@@ -125,6 +125,15 @@ double Way::DistanceAt(double segments) const {
     return from + (to - from) * (segments - static_cast<double>(index));
 }
 
+double Way::SegmentsAt(double distance) const {
+    if (!(distance > 0) || starts_.size() < 2) return 0;
+    for (size_t i = 0; i + 1 < starts_.size(); ++i) {
+        const double from = distances_[starts_[i]], to = distances_[starts_[i + 1]];
+        if (distance < to) return static_cast<double>(i) + (distance - from) / (to - from);
+    }
+    return static_cast<double>(starts_.size() - 1);
+}
+
 void Way::At(double distance, HostPoint* point, HostPoint* direction) const {
     *point = {0, 0};
     *direction = {1, 0};

@@ -36,6 +36,7 @@ public:
     double length() const { return distances_.empty() ? 0 : distances_.back(); }
     /// Of a place counted in segments from the path's start.
     double DistanceAt(double segments) const;
+    double SegmentsAt(double distance) const; ///< the other way
     /// The point at a distance and the direction there; the direction has a length of 1.
     void At(double distance, HostPoint* point, HostPoint* direction) const;
 
