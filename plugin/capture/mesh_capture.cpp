@@ -129,8 +129,9 @@ HostError AddNet(MeshWriter& writer, ArtHandle mesh) {
     stored->gridJ = static_cast<uint32_t>(gridJ);
     CaptureBlend(mesh, &stored->header);
 
-    for (int32_t i = 0; i <= gridI && !writer.outOfMemory; ++i) {
-        for (int32_t j = 0; j <= gridJ && !writer.outOfMemory; ++j) error = AddVertex(writer, mesh, i, j);
+    for (int64_t i = 0; i <= gridI && !writer.outOfMemory; ++i) {
+        for (int64_t j = 0; j <= gridJ && !writer.outOfMemory; ++j)
+            error = AddVertex(writer, mesh, static_cast<int32_t>(i), static_cast<int32_t>(j));
     }
     writer.At<AidbMeshObject>(0)->header.size = static_cast<uint32_t>(writer.used);
     return error;

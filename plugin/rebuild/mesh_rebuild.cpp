@@ -73,13 +73,14 @@ static void SetNet(ArtHandle mesh, std::span<uint8_t> object, const FixedPoint& 
     const AidbMeshObject& stored = *ViewAt<AidbMeshObject>(object);
     auto rest = object.subspan(kMeshBaseBytes);
     uint32_t left = stored.vertexCount;
-    const auto gridI = static_cast<int32_t>(stored.gridI), gridJ = static_cast<int32_t>(stored.gridJ);
-    for (int32_t a = 0; a <= gridI; ++a) {
-        for (int32_t b = 0; b <= gridJ; ++b) {
+    for (int64_t a = 0; a <= stored.gridI; ++a) {
+        for (int64_t b = 0; b <= stored.gridJ; ++b) {
             const auto bytes = left > 0 ? Part<AidbMeshVertex>(rest) : std::span<uint8_t>();
             if (bytes.empty()) return;
             MeshVertexHandle vertex = nullptr;
-            if (MeshSuite().GetNode(mesh, a, b, &vertex) != kHostNoError) break;
+            if (MeshSuite().GetNode(mesh, static_cast<int32_t>(a), static_cast<int32_t>(b), &vertex) !=
+                kHostNoError)
+                break;
             SetVertex(vertex, bytes, offset);
             rest = rest.subspan(bytes.size());
             --left;

@@ -106,6 +106,9 @@ void Document::Transform(Art& art, const HostMatrix& matrix, double lineScale, b
             TransformMesh(*mesh, matrix);
         else if (auto* text = std::get_if<TextFrameData>(&member.data))
             TransformText(*this, member, *text, matrix, lineScale, withPaint);
+        // What a style draws in the art's place goes where the art goes.
+        Art* drawn = member.styledArt == member.handle ? nullptr : Find(member.styledArt);
+        if (drawn && !drawn->parent) Transform(*drawn, matrix, lineScale, withPaint);
     });
 }
 

@@ -138,15 +138,15 @@ std::string MarkOfPicture(const ReadContext& context, pugi::xml_node element) {
     return MarkOf(marked);
 }
 
-/// Exactly `count` pairs; false for fewer, for more, and for numbers that no page can hold.
+/// Pairs of numbers; false for an odd one, for more than `most` pairs, and for what no page can hold.
 bool ReadPoints(Text text, const HostMatrix& toArt, size_t most, MeshEdge* points) {
-    const std::vector<double> numbers = ParseNumbers(text, most * 2);
+    const std::vector<double> numbers = ParseNumbers(text, most * 2 + 1);
     points->clear();
     for (size_t i = 0; i + 1 < numbers.size(); i += 2) {
         points->push_back(Apply(toArt, {numbers[i], numbers[i + 1]}));
         if (!std::isfinite(points->back().x) || !std::isfinite(points->back().y)) return false;
     }
-    return numbers.size() % 2 == 0;
+    return numbers.size() % 2 == 0; // with one too many there is an odd one
 }
 
 bool ReadVertex(ReadContext& context, pugi::xml_node element, const HostMatrix& toArt, MeshVertex* vertex) {
