@@ -33,6 +33,7 @@ std::string PrivateDocuments() {
 Session::Session() {
     host_.SetPainter(&painter_);
     host_.SetPictureFiles(&pictures_);
+    host_.SetFontList(&fonts_);
     const std::string documents = PrivateDocuments();
     std::error_code ignored;
     std::filesystem::create_directories(documents, ignored);

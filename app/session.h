@@ -7,6 +7,14 @@
 #include "workbench/render/cairo_painter.h"
 #include "workbench/suites/host.h"
 #include "workbench/svg/picture_links.h"
+#include "workbench/text/font_config_list.h"
+
+/// The fonts of this machine, listed when something asks for them: most commands never do.
+class MachineFonts : public workbench::FontList {
+public:
+    size_t Count() override { return workbench::TextFonts().Count(); }
+    const workbench::FontEntry& At(size_t index) override { return workbench::TextFonts().At(index); }
+};
 
 class Session {
 public:
@@ -39,6 +47,7 @@ private:
 
     workbench::CairoPainter painter_;
     workbench::DiskPictures pictures_;
+    MachineFonts fonts_;
     workbench::Host host_;
     void* globals_ = nullptr;
     std::string preferences_; ///< as they stood when the plug-in was up

@@ -17,6 +17,7 @@
 #include "plugin/objects/object_stream.h"
 #include "plugin/rebuild/load_art.h"
 #include "plugin/store/record_layout.h"
+#include "tests/support/text_art.h"
 #include "workbench/suites/host.h"
 
 namespace {
@@ -166,6 +167,8 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
     static const auto standIn = std::make_unique<workbench::Host>();
     host = standIn.get();
     host->AddPluginGroup("Blend");
+    static TestFonts fonts = FewFonts();
+    host->SetFontList(&fonts);
     moduleBasic = host->basic();
     return AcquireHostSuites(host->basic());
 }

@@ -1,0 +1,336 @@
+#include "plugin/capture/text_capture.h"
+
+#include <cstring>
+
+#include "plugin/objects/object_stream.h"
+#include "tests/plugin/capture/capture_fixture.h"
+#include "tests/support/text_art.h"
+
+using workbench::Art;
+using workbench::CharacterAttributes;
+
+namespace {
+
+using Bytes = std::vector<uint8_t>;
+
+class TextCaptureTest : public CaptureTest {
+protected:
+    void SetUp() override {
+        CaptureTest::SetUp();
+        host().SetFontList(&fonts_);
+    }
+
+    Art& Text(std::u16string_view text, HostPoint anchor = {0, 0}) {
+        return AddPointText(document(), root(), text, anchor);
+    }
+
+    /// The text objects of the stream, after a capture of everything.
+    std::vector<Bytes> CaptureTexts() {
+        CaptureAll();
+        std::vector<Bytes> texts;
+        for (Bytes& object : ObjectsOf(globals->curRecord)) {
+            if (HeaderOf(object)->type == kTextObject) texts.push_back(std::move(object));
+        }
+        return texts;
+    }
+    Bytes CaptureOneText() {
+        auto texts = CaptureTexts();
+        EXPECT_EQ(texts.size(), 1u);
+        return texts.size() == 1 ? texts[0] : Bytes(sizeof(AidbTextObject));
+    }
+    static std::vector<AidbTextRun> RunsOf(Bytes object) {
+        const auto runs = TextRuns(object);
+        return {runs.begin(), runs.end()};
+    }
+    std::vector<AidbTextRun> CaptureRuns() { return RunsOf(CaptureOneText()); }
+
+    /// Texts of runs with the kerning in front: "ab", "[20]c".
+    static Strings TextsOf(const std::vector<AidbTextRun>& runs) {
+        Strings texts;
+        for (const AidbTextRun& run : runs) {
+            const std::string kerning =
+                run.kerning ? "[" + std::to_string(static_cast<int32_t>(run.kerning)) + "]" : "";
+            texts.push_back(kerning + run.text);
+        }
+        return texts;
+    }
+
+private:
+    TestFonts fonts_ = FewFonts();
+};
+
+/// A number at an offset of a structure.
+struct FieldValue {
+    size_t offset, width;
+    int64_t value;
+};
+
+constexpr int64_t kOne = 0x10000;
+
+// All bytes of a run with every attribute set, worked out by hand; what isn't named is 0.
+constexpr FieldValue kGoldenRun[] = {
+    {0, 2, 1},
+    {2, 2, 1}, // filled, stroked
+    {4, 2, 1},
+    {8, 4, kOne / 4},
+    {12, 4, kOne / 2},
+    {16, 4, 3 * kOne / 4},
+    {20, 4, kOne}, // four-colour fill
+    {72, 2, 1},
+    {76, 2, 5},
+    {80, 4, kOne},
+    {84, 4, kOne / 2},
+    {88, 4, kOne / 4},
+    {144, 2, 1},            // overprint of the stroke
+    {148, 4, 5 * kOne / 2}, // line width
+    {152, 2, 3},
+    {156, 4, 3 * kOne / 2}, // dashes and their offset
+    {160, 4, 3 * kOne},
+    {164, 4, 2 * kOne},
+    {168, 4, kOne},
+    {184, 2, 1},
+    {186, 2, 2},
+    {188, 4, 7 * kOne}, // cap, join, miter limit
+    {204 + 4, 4, 50 * kOne},
+    {204 + 8, 4, 75 * kOne},
+    {204 + 12, 4, 100 * kOne}, // word spacing
+    {204 + 16, 4, -25 * kOne},
+    {204 + 24, 4, 25 * kOne}, // letter spacing, the desired one 0
+    {204 + 28, 4, 10 * kOne},
+    {204 + 32, 4, 20 * kOne},
+    {204 + 36, 4, -5 * kOne}, // indents
+    {204 + 40, 2, 4},
+    {204 + 42, 2, 1},
+    {204 + 44, 2, 1}, // last line left, burasagari, kinsoku
+    {204 + 48, 2, 1},
+    {204 + 52, 2, 3},
+    {204 + 54, 2, 4},
+    {204 + 56, 2, 5}, // hyphens
+    {204 + 60, 4, 25 * kOne},
+    {204 + 64, 2, 1},
+    {204 + 68, 2, 1},
+    {204 + 70, 2, 1},
+    {204 + 72, 2, 1},
+    {204 + 74, 2, 1},
+    {204 + 76, 2, 1},
+    {284, 1, 9},
+    {285, 4, 0x6D757952},
+    {289, 4, 0x4B2D6E69},
+    {293, 1, 'L'}, // "Ryumin-KL"
+    {540, 2, 100},
+    {542, 2, 101},
+    {544, 2, 102},
+    {550, 2, 103},
+    {552, 2, 104},
+    {554, 2, 105},
+    {556, 2, 106},
+    {558, 2, 107},
+    {560, 2, 108},
+    {562, 2, 109},
+    {564, 2, 110},
+    {566, 2, 111},
+    {568, 4, 24 * kOne},
+    {572, 4, -3 * kOne},
+    {576, 4, 30 * kOne},
+    {580, 4, -50 * kOne},
+    {588, 4, 50 * kOne},
+    {592, 4, 200 * kOne}, // scales
+    {620, 2, 1},
+    {624, 4, 1},   // form 3
+    {756, 4, -20}, // kerning
+    {5632, 1, 'A'},
+    {5633, 1, 0x88},
+    {5634, 1, 0x9F},
+    {5635, 1, '\r'}, // U+4E9C between the two
+};
+
+TEST_F(TextCaptureTest, EachByteOfARunIsKnown) {
+    Art& text = Text(u"A\u4E9C\r");
+    SetCharacter(text, 0, 3, OddCharacter());
+    SetParagraph(text, 0, 3, OddParagraph());
+    for (size_t at = 0; at < 3; ++at) SetKerning(*TextOf(text).story, at, -20);
+    const Bytes object = CaptureOneText();
+    ASSERT_EQ(object.size(), 40u + 5888 + 56);
+    Bytes golden(5888);
+    for (const FieldValue& field : kGoldenRun) std::memcpy(&golden[field.offset], &field.value, field.width);
+    for (size_t at = 0; at < golden.size(); ++at) ASSERT_EQ(object[40 + at], golden[at]) << "at " << at;
+}
+
+// Runs end where attributes change and before they would reach 255 bytes, never within a character.
+TEST_F(TextCaptureTest, RunsAreCutByBytes) {
+    const std::u16string a(253, u'a'), ideographs(127, u'\u4E9C');
+    const struct {
+        std::u16string text;
+        std::vector<size_t> lengths; ///< in bytes
+    } cases[] = {
+        {u"", {}},
+        {u"abc", {3}},
+        {a + u"b", {254}},
+        {a + u"bc", {254, 1}},
+        {a + u"\u4E9C", {253, 2}},
+        {ideographs, {254}},
+        {ideographs + u"a", {254, 1}},
+        {u"a" + ideographs + u"b", {253, 3}},
+        {a + a + a, {254, 254, 251}},
+    };
+    for (const auto& each : cases) {
+        OpenEmptyDocument();
+        Text(each.text);
+        std::vector<size_t> lengths;
+        for (const AidbTextRun& run : CaptureRuns()) lengths.push_back(std::strlen(run.text));
+        EXPECT_EQ(lengths, each.lengths) << each.text.size();
+    }
+}
+
+// What cp932 hasn't, a NUL and both halves of a pair are one question mark each.
+TEST_F(TextCaptureTest, CharactersWithoutAPlaceInTheEncodingAreQuestionMarks) {
+    Text(std::u16string(u"a\u00E9\0\U0001F600\u2460b", 7));
+    EXPECT_EQ(TextsOf(CaptureRuns()), (Strings{"a???\x87\x40"
+                                               "b"}));
+}
+
+TEST_F(TextCaptureTest, KerningOpensRunsAndTheTextsEndHasOneOfItsOwn) {
+    Art& text = Text(u"abcde");
+    SetKerning(*TextOf(text).story, 2, 30);
+    SetKerning(*TextOf(text).story, 5, -7);
+    EXPECT_EQ(TextsOf(CaptureRuns()), (Strings{"ab", "[30]c", "de", "[-7]\r"}));
+}
+
+// A colour that a character doesn't show is that of the last one that did, byte for byte, and bytes that a
+// kind of colour doesn't use are what the kind before left.
+TEST_F(TextCaptureTest, WhatACharacterHasNotCarriesOver) {
+    Art& text = Text(u"abcd");
+    CharacterAttributes c;
+    c.fillColor = workbench::FourColor(0.25, 0.5, 0.75, 1);
+    SetCharacter(text, 0, 1, c);
+    c.fill = false;
+    c.fillColor = workbench::GrayColor(1);
+    SetCharacter(text, 1, 2, c);
+    c.fill = true;
+    SetCharacter(text, 2, 3, c);
+    c.fillColor.kind = kColorGradient;
+    c.fillColor.u.gradient = {};
+    c.fillColor.u.gradient.gradient = document().NewGradient("").handle;
+    SetCharacter(text, 3, 4, c);
+    const auto runs = CaptureRuns();
+    ASSERT_EQ(TextsOf(runs), (Strings{"a", "b", "c", "d"}));
+    EXPECT_EQ(std::memcmp(&runs[1].style.fill, &runs[0].style.fill, sizeof(AidbColor)), 0);
+    EXPECT_EQ(runs[1].style.fillFlag, 0);
+    for (const size_t gray : {2, 3}) {
+        EXPECT_EQ(runs[gray].style.fill.kind, kStoredGray);
+        EXPECT_EQ(runs[gray].style.fill.u.gray, gray == 2 ? Fix(1) : 0);
+        EXPECT_EQ(runs[gray].style.fill.u.four.magenta, Fix(0.5));
+    }
+}
+
+TEST_F(TextCaptureTest, PatternsAndCustomColoursGoWhereThoseOfPathsGo) {
+    Art& text = Text(u"abc");
+    CharacterAttributes c;
+    c.fillColor = PaintOf(AddPattern());
+    c.stroke = true;
+    c.strokeColor = PaintOf(document().NewCustomColor("Ink", {kCustomFour, {1, 0, 0, 0}, 0}), 0.5);
+    SetCharacter(text, 0, 2, c);
+    const auto runs = CaptureRuns();
+    ASSERT_EQ(TextsOf(runs), (Strings{"a", "b", "c"})); // each pattern has a number of its own
+    EXPECT_EQ(runs[0].style.fill.u.pattern.number, 1u);
+    EXPECT_EQ(runs[1].style.fill.u.pattern.number, 2u);
+    EXPECT_EQ(runs[1].style.stroke.reference, 1 << 8 | 100);
+    const Strings stream = Stream();
+    ASSERT_EQ(stream.size(), 8u);
+    EXPECT_THAT(stream[1], ::testing::StartsWith("CustomColor"));
+    EXPECT_EQ(Strings(stream.begin() + 2, stream.end()),
+              (Strings{"PatternArt00001 /", "path", "/ PatternArt00001", "PatternArt00002 /", "path",
+                       "/ PatternArt00002"}));
+}
+
+// Frames of all kinds, relative to the lower left corner of the whole; a chain's text stands in each of them.
+TEST_F(TextCaptureTest, AFrameIsStoredWithItsMatrixAndItsPath) {
+    Art& point = Text(u"", {110, 220});
+    TextOf(point).matrix.b = 0.5;
+    TextOf(point).matrix.c = -0.25;
+    TextOf(point).orientation = workbench::kVerticalText;
+    point.blend = {workbench::kBlendMultiply, 0.5, 1, 2, 1};
+    Art& area = AddPathText(document(), root(), workbench::kAreaText, u"ab", {100, 200}, 30);
+    Art& onPath = AddPathText(document(), root(), workbench::kPathText, u"", {200, 300}, 10);
+    TextOf(onPath).matrix.d = 2;
+    TextOf(onPath).story = TextOf(area).story;
+    TextOf(area).story->frames.push_back(onPath.handle);
+    Art& pathless = Text(u"", {110, 220});
+    TextOf(pathless).frameKind = workbench::kAreaText;
+
+    auto texts = CaptureTexts();
+    ASSERT_EQ(texts.size(), 4u);
+    ASSERT_EQ(texts[0].size(), 96u);
+    const auto* stored = ViewAt<AidbTextObject>(texts[0]);
+    EXPECT_EQ(stored->orientation, 1);
+    EXPECT_EQ(stored->header.blendMode, uint32_t{workbench::kBlendMultiply});
+    EXPECT_EQ(stored->header.opacity, Fix(0.5));
+    EXPECT_EQ(stored->pathCount, 1);
+    const auto* path = ViewAt<AidbTextPath>(texts[0], 40);
+    const FixedMatrix& m = path->matrix;
+    EXPECT_EQ((std::vector<Fixed>{m.a, m.b, m.c, m.d, m.tx, m.ty}),
+              (std::vector<Fixed>{Fix(1), Fix(0.5), Fix(-0.25), Fix(1), Fix(10), Fix(20)}));
+    EXPECT_EQ(path->segmentCount, 1);
+    const auto* anchor = ViewAt<AidbSegment>(texts[0], 68);
+    EXPECT_EQ((std::vector<Fixed>{anchor->anchor.x, anchor->in.y, anchor->out.x, anchor->corner}),
+              (std::vector<Fixed>{Fix(10), Fix(20), Fix(10), 0}));
+
+    for (const size_t frame : {1, 2}) {
+        stored = ViewAt<AidbTextObject>(texts[frame]);
+        EXPECT_EQ(stored->frameKind, frame);
+        EXPECT_EQ(TextsOf(RunsOf(texts[frame])), (Strings{"ab"}));
+        ASSERT_EQ(texts[frame].size(), 40u + 5888 + 28 + 3 * 28);
+        EXPECT_EQ(stored->pathsOffset, 40u + 5888);
+        EXPECT_EQ(stored->pathsSize, 28u + 3 * 28);
+        path = ViewAt<AidbTextPath>(texts[frame], stored->pathsOffset);
+        EXPECT_EQ(path->closed, 1);
+        EXPECT_EQ(path->matrix.d, Fix(frame));
+        EXPECT_EQ(path->matrix.tx, Fix(-100)); // no anchor: 0 less the origin
+        const auto* corner = ViewAt<AidbSegment>(texts[frame], stored->pathsOffset + 28 + 28);
+        EXPECT_EQ(corner->anchor.x, Fix(frame == 1 ? 30 : 110));
+        EXPECT_EQ(corner->out.x, Fix(frame == 1 ? 31 : 111));
+        EXPECT_EQ(corner->corner, 1);
+    }
+    EXPECT_EQ(texts[3].size(), 40u);
+    EXPECT_EQ(ViewAt<AidbTextObject>(texts[3])->pathCount, 0);
+}
+
+// Text in an area is measured by its area.
+TEST_F(TextCaptureTest, TheOriginIsThatOfTheArea) {
+    AddPathText(document(), root(), workbench::kAreaText, u"", {100, 200}, 30);
+    CaptureAll();
+    EXPECT_EQ(Header().header.boundsRight, Fix(31)); // a handle stands out
+    EXPECT_EQ(Header().header.boundsTop, Fix(30));
+}
+
+// A text that the host doesn't tell of as a whole isn't stored, and all references are given back.
+TEST_F(TextCaptureTest, ARefusedCallLosesOneTextAndLeavesNoReference) {
+    Art& text = Text(u"a\u4E9C");
+    SetCharacter(text, 0, 1, OddCharacter());
+    SetParagraph(text, 0, 2, OddParagraph());
+    SetKerning(*TextOf(text).story, 2, 5);
+    AddPathText(document(), root(), workbench::kPathText, u"b", {0, 0}, 10);
+    document().SelectAll();
+    const uint64_t before = host().callCount();
+    Capture();
+    const uint64_t calls = host().callCount() - before;
+    const auto whole = ObjectsOf(globals->curRecord);
+    ASSERT_EQ(whole.size(), 2u);
+    for (uint64_t n = 1; n <= calls; ++n) {
+        SCOPED_TRACE(n);
+        host().RefuseCall(n);
+        AidbPostArt();
+        host().RefuseNone();
+        ASSERT_NE(globals->curRecord, nullptr);
+        // What is stored is stored whole: only blending and places may differ.
+        for (Bytes object : ObjectsOf(globals->curRecord)) {
+            const size_t which = ViewAt<AidbTextObject>(object)->frameKind ? 1 : 0;
+            EXPECT_EQ(object.size(), whole[which].size());
+        }
+        ReleaseSuites(); // the host reports what was never released
+        ASSERT_EQ(host().faults(), Strings());
+        HoldSuites();
+    }
+}
+
+} // namespace
