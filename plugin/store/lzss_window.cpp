@@ -5,58 +5,195 @@
 
 namespace {
 
-// Borders are older than any string, so no neighbour's age passes over them.
-constexpr int64_t kBorderAge = std::numeric_limits<int64_t>::min();
+constexpr uint32_t kPixel = 4; ///< bytes
 
-void SetPresent(MatchWindow& window, uint32_t rank) {
-    window.present[rank / 64] |= uint64_t{1} << (rank % 64);
-    window.presentWords[rank / 4096] |= uint64_t{1} << (rank / 64 % 64);
+uint32_t LowBit(uint64_t word) {
+    return static_cast<uint32_t>(std::countr_zero(word));
 }
 
-uint32_t TopBit(uint64_t word) {
-    return 63 - static_cast<uint32_t>(std::countl_zero(word));
+void SetGroup(MatchWindow& window, uint32_t group, uint32_t head) {
+    window.heads[group] = static_cast<uint16_t>(head);
+    window.groups[group / 64] |= uint64_t{1} << (group % 64);
+    window.groupWords[group / 4096] |= uint64_t{1} << (group / 64 % 64);
 }
 
-// The nearest rank below that is there; the border at 0 always is.
-uint32_t PresentBefore(const MatchWindow& window, uint32_t rank) {
-    const auto below = [](uint64_t word, uint32_t bit) { return word & ((uint64_t{1} << bit) - 1); };
-    uint32_t word = rank / 64;
-    if (const uint64_t bits = below(window.present[word], rank % 64)) return word * 64 + TopBit(bits);
-    uint32_t group = word / 64;
-    uint64_t words = below(window.presentWords[group], word % 64);
-    while (words == 0) words = window.presentWords[--group];
-    word = group * 64 + TopBit(words);
-    return word * 64 + TopBit(window.present[word]);
+void ClearGroup(MatchWindow& window, uint32_t group) {
+    const uint64_t left = window.groups[group / 64] &= ~(uint64_t{1} << (group % 64));
+    if (left == 0) window.groupWords[group / 4096] &= ~(uint64_t{1} << (group / 64 % 64));
+}
+
+// The next group that has any strings; the last one always has.
+uint32_t GroupBehind(const MatchWindow& window, uint32_t group) {
+    const auto above = [](uint64_t word, uint32_t bit) { return word & (~uint64_t{1} << bit); };
+    uint32_t word = group / 64;
+    if (const uint64_t bits = above(window.groups[word], group % 64)) return word * 64 + LowBit(bits);
+    uint32_t words = word / 64;
+    uint64_t left = above(window.groupWords[words], word % 64);
+    while (left == 0) left = window.groupWords[++words];
+    word = words * 64 + LowBit(left);
+    return word * 64 + LowBit(window.groups[word]);
+}
+
+uint32_t LeadingZeros(const uint8_t* string) {
+    if (const uint64_t word = LoadEight(string)) return FirstDifference(word);
+    if (const uint64_t word = LoadEight(string + 8)) return 8 + FirstDifference(word);
+    if (string[16] != 0) return 16;
+    return string[17] != 0 ? 17 : kLongest;
+}
+
+// Groups are in the order of their strings.
+uint32_t GroupOf(const uint8_t* string) {
+    const uint32_t two = uint32_t{string[0]} << 8 | string[1];
+    if (two != 0) return kZeroGroups + two;
+    const uint32_t zeros = LeadingZeros(string);
+    return zeros == kLongest ? 0 : 256 * (kLongest - zeros) + string[zeros];
+}
+
+// Less than 0, 0 or more for a string before, equal to or behind another.
+int Compare(const uint8_t* text, const uint8_t* string, uint64_t start, const WindowString& other) {
+    if (start != other.start) return start < other.start ? -1 : 1;
+    // The two words overlap, so as to end with the string.
+    const uint8_t* otherBytes = text + other.place;
+    const uint64_t middle = LoadOrdered(string + 8), otherMiddle = LoadOrdered(otherBytes + 8);
+    if (middle != otherMiddle) return middle < otherMiddle ? -1 : 1;
+    const uint64_t end = LoadOrdered(string + 10), otherEnd = LoadOrdered(otherBytes + 10);
+    return end == otherEnd ? 0 : end < otherEnd ? -1 : 1;
+}
+
+// Walks to both neighbours, or to the string if it is there.
+void WalkToSpot(const MatchWindow& window, const uint8_t* text, const uint8_t* string, uint32_t from,
+                Spot& spot) {
+    const auto compare = [&](uint32_t other) {
+        return Compare(text, string, spot.start, window.strings[other]);
+    };
+    int order = compare(from);
+    if (order > 0) {
+        spot.before = from;
+        while ((spot.behind = window.strings[spot.before].behind) != kLastString &&
+               (order = compare(spot.behind)) > 0)
+            spot.before = spot.behind;
+        if (order == 0) spot.equal = spot.behind;
+    } else if (order < 0) {
+        spot.behind = from;
+        while ((spot.before = window.strings[spot.behind].before) != kFirstString &&
+               (order = compare(spot.before)) < 0)
+            spot.behind = spot.before;
+        if (order == 0) spot.equal = spot.before;
+    } else {
+        spot.equal = from;
+    }
 }
 
 } // namespace
 
-void ClearWindow(MatchWindow& window, const StringRanks& strings, uint32_t ringOffset) {
-    std::fill_n(window.present.begin(), strings.rankCount / 64 + 1, uint64_t{0});
-    window.presentWords.fill(0);
-    window.presentAt.fill(0);
-    window.ringOffset = ringOffset;
-    for (uint32_t i = 0; i < strings.borderCount; ++i) {
-        const uint16_t border = strings.borders[i];
-        SetPresent(window, border);
-        window.ages[border] = kBorderAge;
-        if (i > 0) window.before[border] = strings.borders[i - 1];
-        if (i + 1 < strings.borderCount) window.behind[border] = strings.borders[i + 1];
-    }
+void InitWindow(MatchWindow& window) {
+    for (WindowString& string : window.strings) string.group = kNoGroup;
+    window.unusedCount = kRingBytes;
+    for (uint32_t i = 0; i < kRingBytes; ++i) window.unused[i] = static_cast<uint16_t>(i);
+    WindowString& first = window.strings[kFirstString];
+    WindowString& last = window.strings[kLastString];
+    // They are older than any string, so no neighbour's age passes on to them.
+    first.age = last.age = 0;
+    first.behind = kLastString;
+    last.before = kFirstString;
+    last.start = ~uint64_t{0};
+    SetGroup(window, kLastGroup, kLastString);
 }
 
-void AddString(MatchWindow& window, uint32_t rank, uint32_t place, int64_t age) {
-    const uint32_t before = PresentBefore(window, rank);
-    const uint32_t behind = window.behind[before];
-    window.behind[before] = window.before[behind] = static_cast<uint16_t>(rank);
-    window.before[rank] = static_cast<uint16_t>(before);
-    window.behind[rank] = static_cast<uint16_t>(behind);
-    window.ages[rank] = age;
-    window.places[rank] = static_cast<uint16_t>(place);
-    SetPresent(window, rank);
-    const uint32_t ringPlace = window.RingPlace(place);
-    window.rankAt[ringPlace] = static_cast<uint16_t>(rank);
-    window.presentAt[ringPlace / 64] |= uint64_t{1} << (ringPlace % 64);
+void MoveText(MatchWindow& window, uint32_t bytes) {
+    for (WindowString& string : window.strings) string.place = static_cast<uint16_t>(string.place - bytes);
+    window.nearPlace -= bytes;
+    window.ringOffset = (window.ringOffset + bytes) & (kRingBytes - 1);
+}
+
+Spot FindSpot(MatchWindow& window, const uint8_t* text, uint32_t place) {
+    const uint8_t* string = text + place;
+    Spot spot{LoadOrdered(string), GroupOf(string), 0, 0, kFirstString};
+    uint32_t like = window.stringAt[window.RingPlace(window.nearPlace + 1)];
+    if (window.strings[like].group != spot.group) like = window.stringAt[window.RingPlace(place - kPixel)];
+    if (window.strings[like].group == spot.group) {
+        WalkToSpot(window, text, string, like, spot);
+    } else if (window.groups[spot.group / 64] >> (spot.group % 64) & 1) {
+        WalkToSpot(window, text, string, window.heads[spot.group], spot);
+    } else {
+        spot.behind = window.heads[GroupBehind(window, spot.group)];
+        spot.before = window.strings[spot.behind].before;
+    }
+    if (spot.equal != kFirstString) {
+        window.nearPlace = window.strings[spot.equal].place;
+    } else {
+        const WindowString& before = window.strings[spot.before];
+        const WindowString& behind = window.strings[spot.behind];
+        window.nearPlace =
+            (before.start ^ spot.start) < (behind.start ^ spot.start) ? before.place : behind.place;
+    }
+    return spot;
+}
+
+Match FindMatch(const MatchWindow& window, const uint8_t* text, uint32_t place, const Spot& spot) {
+    const auto common = [&](uint32_t other) {
+        if (other >= kFirstString) return uint32_t{0};
+        const WindowString& string = window.strings[other];
+        if (const uint64_t difference = string.start ^ spot.start)
+            return static_cast<uint32_t>(std::countl_zero(difference)) / 8;
+        return CommonBytes(text + place, text + string.place);
+    };
+    const uint32_t commonBefore = common(spot.before), commonBehind = common(spot.behind);
+    Match match{0, std::max(commonBefore, commonBehind)};
+    if (match.bytes < kShortest) return match;
+    uint32_t oldest = std::numeric_limits<uint32_t>::max();
+    const auto consider = [&](const WindowString& string) {
+        if (string.age >= oldest) return;
+        oldest = string.age;
+        match.place = string.place;
+    };
+    if (commonBefore == match.bytes) {
+        for (uint32_t other = spot.before; common(other) == match.bytes; other = window.strings[other].before)
+            consider(window.strings[other]);
+    }
+    if (commonBehind == match.bytes) {
+        for (uint32_t other = spot.behind; common(other) == match.bytes; other = window.strings[other].behind)
+            consider(window.strings[other]);
+    }
+    return match;
+}
+
+void AddString(MatchWindow& window, const Spot& spot, uint32_t place, uint32_t age) {
+    const uint32_t added = window.unused[--window.unusedCount];
+    window.strings[added] = {spot.start,
+                             age,
+                             spot.group,
+                             0,
+                             static_cast<uint16_t>(spot.before),
+                             static_cast<uint16_t>(spot.behind)};
+    window.strings[spot.before].behind = window.strings[spot.behind].before = static_cast<uint16_t>(added);
+    if (window.strings[spot.before].group != spot.group) SetGroup(window, spot.group, added);
+    SetPlace(window, added, place);
+}
+
+void RemoveString(MatchWindow& window, uint32_t ringPlace) {
+    const uint64_t there = uint64_t{1} << (ringPlace % 64);
+    if ((window.presentAt[ringPlace / 64] & there) == 0) return;
+    window.presentAt[ringPlace / 64] &= ~there;
+    const uint32_t removed = window.stringAt[ringPlace];
+    WindowString& string = window.strings[removed];
+    WindowString& before = window.strings[string.before];
+    WindowString& behind = window.strings[string.behind];
+    // Neither outcome is likelier, so there is no branch.
+    const uint64_t otherStarts = (before.start ^ string.start) | (behind.start ^ string.start);
+    const bool bothYounger = (std::min(before.age, behind.age) > string.age) & (otherStarts >> (64 - 8) == 0);
+    before.age = bothYounger ? string.age : before.age;
+    before.behind = string.behind;
+    behind.before = string.before;
+    if (before.group != string.group) {
+        if (behind.group == string.group) {
+            window.heads[string.group] = string.behind;
+        } else {
+            ClearGroup(window, string.group);
+        }
+    }
+    string.group = kNoGroup;
+    window.unused[window.unusedCount++] = static_cast<uint16_t>(removed);
 }
 
 void RemoveStrings(MatchWindow& window, uint32_t ringPlace, uint32_t count) {
@@ -64,39 +201,8 @@ void RemoveStrings(MatchWindow& window, uint32_t ringPlace, uint32_t count) {
         const uint32_t bit = ringPlace % 64, bits = std::min(count, 64 - bit);
         const uint64_t mask = (bits == 64 ? ~uint64_t{0} : (uint64_t{1} << bits) - 1) << bit;
         for (uint64_t there = window.presentAt[ringPlace / 64] & mask; there != 0; there &= there - 1)
-            RemoveString(window, ringPlace - bit + static_cast<uint32_t>(std::countr_zero(there)));
+            RemoveString(window, ringPlace - bit + LowBit(there));
         ringPlace = (ringPlace + bits) & (kRingBytes - 1);
         count -= bits;
     }
-}
-
-Match FindMatch(const MatchWindow& window, const uint8_t* text, uint32_t rank) {
-    const uint8_t* string = text + window.places[rank];
-    const auto common = [&](uint32_t other) {
-        if (window.ages[other] == kBorderAge) return uint32_t{0};
-        return CommonBytes(string, text + window.places[other]);
-    };
-    uint32_t before = window.before[rank], behind = window.behind[rank];
-    const uint32_t commonBefore = common(before), commonBehind = common(behind);
-    Match match{0, std::max(commonBefore, commonBehind)};
-    if (match.bytes < kShortest) return match;
-    int64_t oldest = std::numeric_limits<int64_t>::max();
-    const auto consider = [&](uint32_t other) {
-        if (window.ages[other] >= oldest) return;
-        oldest = window.ages[other];
-        match.place = window.places[other];
-    };
-    if (commonBefore == match.bytes) {
-        do {
-            consider(before);
-            before = window.before[before];
-        } while (common(before) == match.bytes);
-    }
-    if (commonBehind == match.bytes) {
-        do {
-            consider(behind);
-            behind = window.behind[behind];
-        } while (common(behind) == match.bytes);
-    }
-    return match;
 }

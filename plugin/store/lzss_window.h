@@ -5,71 +5,90 @@
 /// equals one in the tree takes its place, age included.  A string that leaves is replaced by its in-order
 /// predecessor, which then has its age, if it has two children, which is to say that both neighbours in
 /// string order are younger; else its only subtree moves up, and no age changes.  A search meets, of all the
-/// strings with the longest common start, the oldest first.  So ages and neighbours are all there is to keep.
+/// strings with the longest common start, the oldest first.  So ages and neighbours are all there is to keep:
+/// one list in string order.
+///
+/// A new string is looked for from a string that is likely to stand near it: what follows the string that the
+/// one before stands next to.  Else it is looked for from the first of its group, which is the strings with
+/// the same two bytes at the start, or the same number of zeros and the same byte behind them.
 #pragma once
 
 #include <array>
 #include <cstdint>
 
 #include "plugin/store/lzss_form.h"
-#include "plugin/store/lzss_ranks.h"
 
 struct Match {
     uint32_t place = 0; ///< in the text
     uint32_t bytes = 0;
 };
 
-/// Lies in zeroed memory.  Strings are named by their ranks (lzss_ranks.h).
-struct MatchWindow {
-    std::array<int64_t, kMostRanks> ages; ///< when it came; the less, the older
-    std::array<uint16_t, kMostRanks> places;
-    std::array<uint16_t, kMostRanks> before, behind; // the neighbours in string order
-    std::array<uint64_t, kMostRanks / 64 + 1> present;
-    std::array<uint64_t, kMostRanks / 4096 + 1> presentWords; // the words above that are not 0
-    std::array<uint16_t, kRingBytes> rankAt;                  // of the string at a place of the ring
-    std::array<uint64_t, kRingBytes / 64> presentAt;          // whether that string is there, not replaced
-    uint32_t ringOffset;                                      // from a place in the text to one of the ring
-
-    uint32_t RingPlace(uint32_t place) const { return (place + ringOffset) & (kRingBytes - 1); }
-    bool Has(uint32_t rank) const { return present[rank / 64] >> (rank % 64) & 1; }
+struct WindowString {
+    uint64_t start; ///< its first eight bytes in order
+    uint32_t age;   ///< when it came; the less, the older
+    uint32_t group; ///< kNoGroup if it isn't in use
+    uint16_t place; ///< in the text
+    uint16_t before, behind;
 };
 
-/// Empties the window for strings of these ranks.
-void ClearWindow(MatchWindow& window, const StringRanks& strings, uint32_t ringOffset);
+constexpr uint32_t kReach = kRingBytes - kLongest + 1; ///< a string that is so far back has left the window
+constexpr uint32_t kFirstString = kRingBytes;          ///< stands before all others; they are numbered from 0
+constexpr uint32_t kLastString = kRingBytes + 1;       ///< stands behind all others
+constexpr uint32_t kZeroGroups = 256 * (kLongest - 1);
+constexpr uint32_t kLastGroup = kZeroGroups + 0x10000; ///< that of kLastString alone
+constexpr uint32_t kNoGroup = kLastGroup + 1;
 
-/// A string that is not there yet.
-void AddString(MatchWindow& window, uint32_t rank, uint32_t place, int64_t age);
+struct MatchWindow {
+    std::array<WindowString, kRingBytes + 2> strings;
+    std::array<uint16_t, kRingBytes> unused; ///< the numbers of strings that are not in use
+    uint32_t unusedCount;
+    std::array<uint16_t, kRingBytes> stringAt;       ///< by place in the ring; also one that has moved on
+    std::array<uint64_t, kRingBytes / 64> presentAt; ///< whether it has not moved on
+    std::array<uint16_t, kLastGroup + 1> heads;      ///< the first string of each group that has any
+    std::array<uint64_t, kLastGroup / 64 + 1> groups;
+    std::array<uint64_t, kLastGroup / 4096 + 1> groupWords; ///< the words above that are not 0
+    uint32_t ringOffset;                                    ///< from a place in the text to one of the ring
+    uint32_t nearPlace; ///< of the string that the one before is like; in the text
 
-/// The same string again, at another place.
-inline void ReplaceString(MatchWindow& window, uint32_t rank, uint32_t place) {
-    const uint32_t old = window.RingPlace(window.places[rank]);
-    window.presentAt[old / 64] &= ~(uint64_t{1} << (old % 64));
+    uint32_t RingPlace(uint32_t place) const { return (place + ringOffset) & (kRingBytes - 1); }
+};
+
+/// Makes a window in zeroed memory, without any strings.
+void InitWindow(MatchWindow& window);
+
+/// Moves the text back by some bytes, and with it all places.
+void MoveText(MatchWindow& window, uint32_t bytes);
+
+/// Where a string stands or could stand.
+struct Spot {
+    uint64_t start; ///< of the string
+    uint32_t group;
+    uint32_t before, behind;
+    uint32_t equal; ///< the number of the string if it is there, else kFirstString
+};
+
+/// @param place  the one behind the string that was looked for last
+Spot FindSpot(MatchWindow& window, const uint8_t* text, uint32_t place);
+
+/// The match of a string that is not there; of fewer bytes than kShortest if there is none.
+Match FindMatch(const MatchWindow& window, const uint8_t* text, uint32_t place, const Spot& spot);
+
+void AddString(MatchWindow& window, const Spot& spot, uint32_t place, uint32_t age);
+
+/// A string that is there stands at another place.
+inline void SetPlace(MatchWindow& window, uint32_t string, uint32_t place) {
     const uint32_t ringPlace = window.RingPlace(place);
     window.presentAt[ringPlace / 64] |= uint64_t{1} << (ringPlace % 64);
-    window.rankAt[ringPlace] = static_cast<uint16_t>(rank);
-    window.places[rank] = static_cast<uint16_t>(place);
+    window.stringAt[ringPlace] = static_cast<uint16_t>(string);
+    window.strings[string].place = static_cast<uint16_t>(place);
+}
+inline void LeavePlace(MatchWindow& window, uint32_t string) {
+    const uint32_t old = window.RingPlace(window.strings[string].place);
+    window.presentAt[old / 64] &= ~(uint64_t{1} << (old % 64));
 }
 
 /// Takes out the string that begins at a place of the ring, if it is there.
-inline void RemoveString(MatchWindow& window, uint32_t ringPlace) {
-    const uint64_t there = uint64_t{1} << (ringPlace % 64);
-    if ((window.presentAt[ringPlace / 64] & there) == 0) return;
-    window.presentAt[ringPlace / 64] &= ~there;
-    const uint32_t rank = window.rankAt[ringPlace];
-    const uint32_t before = window.before[rank], behind = window.behind[rank];
-    const int64_t age = window.ages[rank];
-    // Neither outcome is likelier, so there is no branch.
-    const int64_t ageBefore = window.ages[before];
-    const bool bothYounger = (ageBefore > age) & (window.ages[behind] > age);
-    window.ages[before] = bothYounger ? age : ageBefore;
-    window.behind[before] = static_cast<uint16_t>(behind);
-    window.before[behind] = static_cast<uint16_t>(before);
-    const uint64_t left = window.present[rank / 64] &= ~(uint64_t{1} << (rank % 64));
-    if (left == 0) window.presentWords[rank / 4096] &= ~(uint64_t{1} << (rank / 64 % 64));
-}
+void RemoveString(MatchWindow& window, uint32_t ringPlace);
 
 /// The same for `count` places.
 void RemoveStrings(MatchWindow& window, uint32_t ringPlace, uint32_t count);
-
-/// The match of a string that was just added; of fewer bytes than kShortest if there is none.
-Match FindMatch(const MatchWindow& window, const uint8_t* text, uint32_t rank);
