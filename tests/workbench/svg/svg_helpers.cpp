@@ -1,7 +1,11 @@
 #include "tests/workbench/svg/svg_helpers.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
+
+#include "tests/support/text_art.h"
+#include "workbench/document/story.h"
 
 namespace workbench {
 namespace {
@@ -60,6 +64,17 @@ std::string StyleText(const Document& document, const HostPathStyle& style) {
                        style.evenOdd, style.resolution);
 }
 
+std::string RasterText(const RasterData& raster) {
+    const HostRasterRecord& r = raster.record;
+    std::string text = "raster " + raster.file + "\n" + MatrixLine(raster.matrix);
+    text +=
+        Line("record", r.flags, r.left, r.top, r.right, r.bottom, r.byteWidth, r.colorSpace, r.bitsPerPixel,
+             r.originalColorSpace, raster.box.left, raster.box.top, raster.box.right, raster.box.bottom);
+    for (const uint8_t byte : raster.pixels)
+        text += static_cast<char>('0' + byte / 16), text += static_cast<char>('0' + byte % 16);
+    return text + "\n";
+}
+
 std::string MeshText(const Document& document, const MeshData& mesh) {
     std::string text = Line("mesh", mesh.type, mesh.gridI, mesh.gridJ);
     for (const MeshVertex& vertex : mesh.vertices) {
@@ -76,6 +91,21 @@ std::string MeshText(const Document& document, const MeshData& mesh) {
     return text;
 }
 
+std::string TextFrameText(const Document& document, const Art& art, const TextFrameData& frame) {
+    const auto place = std::ranges::find(frame.story->frames, art.handle) - frame.story->frames.begin();
+    std::string text = Line("text", frame.frameKind, frame.orientation, frame.pathStart,
+                            static_cast<double>(place), static_cast<double>(frame.story->frames.size())) +
+                       MatrixLine(frame.matrix) + DescribeStory(*frame.story);
+    const CharacterAttributes* last = nullptr;
+    for (const CharacterStyle& style : frame.story->styles) {
+        if (style.character.get() == last) continue;
+        last = style.character.get();
+        text += StyleText(document, PaintOf(*last));
+    }
+    if (const Art* path = document.Find(frame.path)) text += "on " + ArtText(document, *path);
+    return text;
+}
+
 std::string ArtText(const Document& document, const Art& art) {
     std::string text =
         Line("art", art.kind, art.selected, art.locked, art.hidden) + "name " + art.name + "\n";
@@ -88,7 +118,10 @@ std::string ArtText(const Document& document, const Art& art) {
             text += Line("segment", s.anchor.x, s.anchor.y, s.in.x, s.in.y, s.out.x, s.out.y, s.corner);
     }
     for (const Tag& tag : art.tags) text += "tag " + tag.name + ":" + tag.type + ":" + tag.value + "\n";
+    if (const auto* raster = std::get_if<RasterData>(&art.data)) text += RasterText(*raster);
     if (const auto* mesh = std::get_if<MeshData>(&art.data)) text += MeshText(document, *mesh);
+    if (const auto* frame = std::get_if<TextFrameData>(&art.data))
+        text += TextFrameText(document, art, *frame);
     if (const auto* plugin = std::get_if<PluginArtData>(&art.data)) {
         text += "plug-in " + plugin->groupName + Line("", plugin->major, plugin->minor);
         text.append(plugin->data.begin(), plugin->data.end());
