@@ -6,6 +6,7 @@
 
 #include "app/compare_meshes.h"
 #include "app/compare_rasters.h"
+#include "app/compare_texts.h"
 #include "app/difference_list.h"
 #include "workbench/render/page_files.h"
 
@@ -50,6 +51,12 @@ private:
             RasterOf(expected, actual, place);
         } else if (expected.kind == kArtMesh) {
             MeshOf(expected, actual, place);
+        } else if (expected.kind == kArtTextFrame) {
+            CompareTexts(stored_, expected, rebuilt_, actual,
+                         {inPattern_ ? patternOrigin_ : frame_.origin, frame_.origin}, place, this,
+                         [this](const HostColor& a, const HostColor& b, const std::string& where) {
+                             ColorOf(a, b, where);
+                         });
         } else {
             if (expected.group()) Same(expected.group()->clipped, actual.group()->clipped, place, "clipped");
             Members(MembersOf(expected), MembersOf(actual), place);
@@ -59,9 +66,8 @@ private:
     void RasterOf(const Art& expected, const Art& actual, const std::string& place) {
         const auto& raster = std::get<workbench::RasterData>(expected.data);
         CompareRasters(raster, std::get<workbench::RasterData>(actual.data), frame_.origin, place, this);
-        // Documents look up what they may change.
-        const auto* a = const_cast<Document&>(stored_).Find(expected.artStyle);
-        const auto* b = const_cast<Document&>(rebuilt_).Find(actual.artStyle);
+        const auto* a = stored_.Find(expected.artStyle);
+        const auto* b = rebuilt_.Find(actual.artStyle);
         Same(a != nullptr, b != nullptr, place, "image with a style");
         if (a && b) StyleOf(a->paint, b->paint, place + " style");
     }
