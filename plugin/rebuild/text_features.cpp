@@ -21,7 +21,7 @@ void Try(const Step& step) {
 }
 
 template <typename Features, typename Parameter, typename Value>
-void Set(Features& features, void (Features::*setter)(Parameter), const Value& value) {
+void Set(Features& features, void (Features::*setter)(Parameter), Value value) {
     Try([&] { (features.*setter)(static_cast<Parameter>(value)); });
 }
 

@@ -130,10 +130,11 @@ std::string Describe(const HostColor& color) {
 }
 
 std::string Describe(const CharacterAttributes& c) {
-    std::string text = " fill" + Number(c.fill) + Number(c.fillOverprint) + Describe(c.fillColor) +
-                       " stroke" + Number(c.stroke) + Number(c.strokeOverprint) + Describe(c.strokeColor) +
-                       " line" + Number(c.lineCap) + Number(c.lineJoin) + Number(c.lineWidth) +
-                       Number(c.miterLimit) + " dash" + Number(c.dashOffset);
+    std::string text = " fill" + Number(c.fill) + Number(c.fillOverprint) +
+                       (c.fill ? Describe(c.fillColor) : "") + " stroke" + Number(c.stroke) +
+                       Number(c.strokeOverprint) + (c.stroke ? Describe(c.strokeColor) : "") + " line" +
+                       Number(c.lineCap) + Number(c.lineJoin) + Number(c.lineWidth) + Number(c.miterLimit) +
+                       " dash" + Number(c.dashOffset);
     for (const double dash : c.dashes) text += Number(dash);
     return text + " font " + c.font + Number(c.fontSize) + " leading" +
            (c.autoLeading ? " auto" : Number(c.leading)) + " shift" + Number(c.baselineShift) + " tracking" +
