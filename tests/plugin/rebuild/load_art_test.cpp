@@ -150,8 +150,7 @@ TEST_F(LoadArtTest, ThePathsHeaderSaysHowItBlends) {
 TEST_F(LoadArtTest, ObjectsAndNotesWithoutARebuildArePassedOver) {
     Path(1);
     Note("PlacedFile = \"Tag.tif\"\rTag = \"wrong\", string, name\r");
-    for (const uint32_t type : {uint32_t{kRasterObject}, uint32_t{kMeshObject}, 77u})
-        ASSERT_NE(AppendObject(globals->curRecord, type, 128), nullptr);
+    ASSERT_NE(AppendObject(globals->curRecord, 77, 128), nullptr);
     Path(2);
     EXPECT_EQ(Load(), kHostNoError);
     EXPECT_EQ(Page(), "p1 p2");
