@@ -9,6 +9,7 @@
 #include "app/exit_code.h"
 #include "app/import_plan.h"
 #include "plugin/frame/globals.h"
+#include "workbench/text/frame_layout.h"
 
 namespace {
 
@@ -277,6 +278,7 @@ void AddRepair(CLI::App& app, Commands& commands) {
 } // namespace
 
 int RunCommandLine(int argc, char** argv) {
+    workbench::UsePangoTextLayout();
     CLI::App app(
         "Velquorne: a database of reusable vector art.\n"
         "Exit codes: 0 done, 1 something was refused or differs, 2 usage, 3 file trouble.",

@@ -17,7 +17,7 @@ int RunConvert(const ConvertOptions& options) {
         Complain(error);
         return std::filesystem::exists(options.in) ? kRefusedOrDiffers : kFileTrouble;
     }
-    const std::string losses = LossesLine(report.losses);
+    const std::string losses = LossesLine(report);
     if (!losses.empty()) Complain(options.in + ": not taken from the file: " + losses);
     for (const std::string& note : report.notes) Complain(options.in + ": " + note);
     for (const std::string& out : options.out) {

@@ -98,10 +98,18 @@ bool SaveDocument(const Document& document, const std::string& path, std::string
     return SaveBytes(path, bytes.data(), bytes.size(), error);
 }
 
-std::string LossesLine(const std::map<std::string, int>& losses) {
+std::string LossesLine(const workbench::ReadReport& report) {
     std::string line;
-    for (const auto& [what, count] : losses) {
+    for (const auto& [what, count] : report.losses) {
         line += (line.empty() ? "" : ", ") + what + " " + std::to_string(count);
+    }
+    for (const auto& [missing, standIn] : report.missingFonts) {
+        line += (line.empty() ? "" : ", ") + ("font '" + missing) + "' missing (" +
+                (standIn.empty() ? "nothing" : standIn) + " stands in)";
+    }
+    // A family's name is the file's own: it may hold anything.
+    for (char& c : line) {
+        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = ' ';
     }
     return line;
 }

@@ -26,5 +26,6 @@ bool SaveDocument(const workbench::Document& document, const std::string& path, 
 /// Replaces a file by `bytes`, as a whole or not at all.
 bool SaveBytes(const std::string& path, const void* bytes, size_t count, std::string* error);
 
-/// "text 2, filter 1" for a line of a report; empty if nothing was lost.
-std::string LossesLine(const std::map<std::string, int>& losses);
+/// "filter 1, mask 2, font 'Arial' missing (LiberationSans-Regular stands in)" for a line of a report; empty
+/// if nothing was lost.
+std::string LossesLine(const workbench::ReadReport& report);

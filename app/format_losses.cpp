@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <set>
 
+#include "app/format_text_losses.h"
+
 using workbench::Art;
 using workbench::Document;
 
@@ -86,7 +88,7 @@ private:
             return !inPattern_ && !inProduced_ && there;
         }
         if (art.kind == kArtRaster) return RasterKept(std::get<workbench::RasterData>(art.data));
-        if (art.kind == kArtMesh) return true;
+        if (art.kind == kArtMesh || art.kind == kArtTextFrame) return true;
         const workbench::PathData* path = art.path();
         if (!path) {
             ++counts_["art of another kind"];
@@ -102,6 +104,7 @@ private:
         if (art.kind == kArtPlaced) return ApplyToPlaced(art);
         if (art.kind == kArtRaster) return ApplyToRaster(art);
         if (art.kind == kArtMesh) return ApplyToMesh(art, origin);
+        if (art.kind == kArtTextFrame) return ApplyToText(art);
         KeepStringTags(art);
         if (art.kind == kArtPath) return ApplyToPath(art, origin);
         ApplyToContainerBlend(art);
@@ -144,6 +147,14 @@ private:
         art.tags.clear();
         ForEachMeshPoint(std::get<workbench::MeshData>(art.data),
                          [&](HostPoint& point) { Clamp(&point, origin); });
+    }
+
+    void ApplyToText(Art& art) {
+        // A load moves text with the drop also where a pattern's paths stay.
+        if (inPattern_) ++counts_["text in a pattern"];
+        if (!art.tags.empty()) counts_["tag of a text"] += static_cast<int>(art.tags.size());
+        art.tags.clear();
+        ApplyTextLosses(art, &counts_, [this](const HostPatternUse& use) { ApplyToPattern(use); });
     }
 
     bool RasterKept(const workbench::RasterData& raster) {

@@ -74,7 +74,7 @@ private:
         LeaveOutMissingPictures(*document);
         document->SelectAll();
         const RecordTexts texts = TextsOf(*document, &report.losses);
-        outcome->lost = LossesLine(report.losses);
+        outcome->lost = LossesLine(report);
         if (first_ && StoredWithoutLine(session_, group_, journal_, texts.name)) {
             *number = journal_.lastNumber() + 1;
             session_.host().Open(std::move(document));
@@ -87,7 +87,7 @@ private:
             *number = registered.number;
         if (registered.lostPictures.empty()) return;
         report.losses["linked picture"] += static_cast<int>(registered.lostPictures.size());
-        outcome->lost = LossesLine(report.losses);
+        outcome->lost = LossesLine(report);
     }
 
     Session& session_;

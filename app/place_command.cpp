@@ -46,7 +46,7 @@ int RunPlace(const PlaceOptions& options) {
             Complain(error);
             return std::filesystem::exists(options.into) ? kRefusedOrDiffers : kFileTrouble;
         }
-        const std::string losses = LossesLine(report.losses);
+        const std::string losses = LossesLine(report);
         if (!losses.empty()) Complain(options.into + ": not taken from the file: " + losses);
     }
     database.host().Open(std::move(document));

@@ -61,7 +61,7 @@ int RegisterFile(Session& session, const RegisterOptions& options, const std::st
     }
     if (!registered.lostPictures.empty())
         Complain(file + ": linked pictures that couldn't be stored: " + JoinedNames(registered.lostPictures));
-    const std::string losses = LossesLine(report.losses);
+    const std::string losses = LossesLine(report);
     if (!losses.empty()) Complain(file + ": not taken from the file: " + losses);
     std::cout << GroupForPeople(group) << "\t" << registered.number << "\t" << Utf8OfCp932(texts.name) << "\t"
               << registered.objects << " objects\t" << registered.bytes << " bytes\n";

@@ -52,7 +52,7 @@ std::unique_ptr<Document> OpenTarget(const TagsOptions& options, ArtHandle* targ
         *code = std::filesystem::exists(options.onto) ? kRefusedOrDiffers : kFileTrouble;
         return nullptr;
     }
-    const std::string losses = LossesLine(report.losses);
+    const std::string losses = LossesLine(report);
     if (!losses.empty()) Complain(options.onto + ": not taken from the file: " + losses);
     const auto found = ArtOfId(*document, options.target);
     if (found.size() == 1) {

@@ -7,6 +7,7 @@
 
 #include "tests/support/random_mesh.h"
 #include "tests/support/random_raster.h"
+#include "tests/support/random_text.h"
 
 using workbench::Art;
 using workbench::Document;
@@ -221,6 +222,23 @@ private:
             [this] { return Plain(); });
     }
 
+    /// Sometimes two frames that show one story.
+    void AddText(Art* parent, int depth) {
+        const RandomTextSource source{random_, recordable_, [this] { return Point(); },
+                                      [this] { return Matrix(); },
+                                      [this, depth] { return Style(depth + 2); }};
+        Art* art = document_.PrependArt(kArtTextFrame, parent);
+        SetNature(*art);
+        art->blend = SomeBlend();
+        MakeRandomText(document_, *art, source);
+        if (Often(80)) return;
+        Art* next = document_.PrependArt(kArtTextFrame, parent);
+        MakeRandomText(document_, *next, source);
+        auto& frame = std::get<workbench::TextFrameData>(next->data);
+        frame.story = std::get<workbench::TextFrameData>(art->data).story;
+        frame.story->frames.push_back(next->handle);
+    }
+
     void AddPluginArt(Art* parent, int depth) {
         Art* art = document_.PrependArt(kArtPlugin, parent);
         SetNature(*art);
@@ -279,6 +297,7 @@ private:
             if (kind == 1) AddPath(parent, depth);
             if (kind < 2 && Often(15)) AddRaster(parent);
             if (kind < 2 && Often(10)) AddMesh(parent);
+            if (kind < 2 && Often(15)) AddText(parent, depth);
             if (kind < 2 && depth < kDeepest && Often(5)) AddPluginArt(parent, depth);
             if (kind < 2) continue;
             Art* group = document_.PrependArt(kArtGroup, parent);

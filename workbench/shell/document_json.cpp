@@ -1,6 +1,7 @@
 #include "workbench/shell/document_json.h"
 
 #include "workbench/shell/document_json_raster.h"
+#include "workbench/shell/document_json_text.h"
 
 namespace workbench {
 namespace {
@@ -138,10 +139,9 @@ private:
             (*json)["resultArt"] = MemberIndex(art, plugin->result);
         }
         if (const auto* mesh = std::get_if<MeshData>(&art.data)) AddMesh(*mesh, json);
-        if (const auto* text = std::get_if<TextFrameData>(&art.data)) {
-            (*json)["frameKind"] = text->frameKind;
-            (*json)["matrix"] = MatrixJson(text->matrix);
-        }
+        if (art.kind == kArtTextFrame)
+            AddTextJson(
+                document_, art, [this](const HostColor& color) { return ColorOf(color, 0); }, json);
     }
 
     /// Null if it is no member.
