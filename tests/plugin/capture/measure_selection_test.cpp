@@ -75,6 +75,7 @@ TEST_F(MeasureTest, MembersAndOtherKinds) {
     Art& mesh = *document().AppendArt(kArtMesh, &group);
     auto& net = std::get<workbench::MeshData>(mesh.data);
     ASSERT_TRUE(InitMesh(net, workbench::kMeshGrid, 1, 1));
+    ForEachMeshPoint(net, [](HostPoint& point) { point = {0, 10}; });
     net.vertices[0].position = {40, 10};
     net.edgesJ[0][1] = {7, 30};
     document().Select(mesh, true);
