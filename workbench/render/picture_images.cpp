@@ -35,6 +35,16 @@ CairoSurface ImageOfJpeg(std::span<const uint8_t> bytes) {
     return pixels ? ImageOfPixels(pixels->bytes, pixels->width, pixels->height, pixels->space) : nullptr;
 }
 
+uint64_t ImageBytesOf(const Document& drawing) {
+    uint64_t bytes = 0;
+    for (size_t i = 0; i < drawing.LayerCount(); ++i) {
+        ForEachArt(*drawing.LayerAt(i).root, [&bytes](const Art& art) {
+            if (const auto* raster = std::get_if<RasterData>(&art.data)) bytes += raster->pixels.size();
+        });
+    }
+    return bytes;
+}
+
 PictureImage LoadFile(const std::string& file, uint64_t* memory) {
     PictureImage image;
     std::vector<uint8_t> bytes;
@@ -43,7 +53,7 @@ PictureImage LoadFile(const std::string& file, uint64_t* memory) {
     const PictureKind kind = KindOfPicture(bytes);
     if (kind == PictureKind::kDrawing) {
         if (bytes.size() <= kMaxDrawingBytes) image.drawing = ReadSvg(bytes, file, nullptr, nullptr);
-        *memory = bytes.size() * kDrawingGrowth;
+        *memory = bytes.size() * kDrawingGrowth + (image.drawing ? ImageBytesOf(*image.drawing) : 0);
     } else if (const auto size = SizeOfPixels(bytes)) {
         image.pixels = kind == PictureKind::kPng ? ImageOfPng(bytes) : ImageOfJpeg(bytes);
         *memory = static_cast<uint64_t>(size->width * size->height) * 4;
