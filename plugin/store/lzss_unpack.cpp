@@ -12,7 +12,8 @@ namespace {
 
 constexpr uint32_t kGroupBytes = 1 + 2 * kItemsInGroup; ///< of the largest group
 constexpr uint32_t kGroupRoom = kItemsInGroup * kLongest;
-constexpr uint32_t kSlack = 32; ///< more than any copy writes behind its end
+constexpr uint32_t kOnlyPairs = 0, kOnlyLiterals = 0xFF; ///< flag bytes
+constexpr uint32_t kSlack = 32;                          ///< more than any copy writes behind its end
 
 /// Walks the items of packed bytes; a pair whose second byte is missing is no item.
 class ItemReader {
@@ -221,8 +222,15 @@ bool UnpackRun(Unpacker& unpacker) {
 
 void UnpackGroups(Unpacker& unpacker) {
     while (HasWholeGroup(unpacker)) {
-        if (*unpacker.next == 0 && UnpackRun(unpacker)) continue;
-        const uint32_t flags = *unpacker.next++;
+        const uint32_t flags = *unpacker.next;
+        if (flags == kOnlyLiterals) {
+            CopyEight(unpacker.start + unpacker.done, unpacker.next + 1);
+            unpacker.next += 1 + kItemsInGroup;
+            unpacker.done += kItemsInGroup;
+            continue;
+        }
+        if (flags == kOnlyPairs && UnpackRun(unpacker)) continue;
+        ++unpacker.next;
         UnpackItems(unpacker, flags);
     }
 }
@@ -278,6 +286,19 @@ uint64_t UnpackedLzssBytes(std::span<const uint8_t> packed) {
     const uint8_t* const end = next + packed.size();
     uint64_t bytes = 0;
     while (end - next >= std::ptrdiff_t{kGroupBytes}) {
+        // What is common needs no waiting for the table.
+        if (*next == kOnlyPairs) {
+            const uint64_t pairs = LoadEight(kGroupShapes[kOnlyPairs].lengths.data());
+            const uint64_t lengths = (LoadEight(next + 1) & pairs) + (LoadEight(next + 9) & pairs);
+            bytes += kItemsInGroup * kShortest + (lengths * 0x0101'0101'0101'0101 >> 56);
+            next += kGroupBytes;
+            continue;
+        }
+        if (*next == kOnlyLiterals) {
+            bytes += kItemsInGroup;
+            next += 1 + kItemsInGroup;
+            continue;
+        }
         const GroupShape& shape = kGroupShapes[*next++];
         // Eight numbers of at most 30, added in the top byte of a product.
         const uint64_t lengths = (LoadEight(next) & LoadEight(shape.lengths.data())) +

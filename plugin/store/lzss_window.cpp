@@ -11,17 +11,6 @@ uint32_t LowBit(uint64_t word) {
     return static_cast<uint32_t>(std::countr_zero(word));
 }
 
-void SetGroup(MatchWindow& window, uint32_t group, uint32_t head) {
-    window.heads[group] = static_cast<uint16_t>(head);
-    window.groups[group / 64] |= uint64_t{1} << (group % 64);
-    window.groupWords[group / 4096] |= uint64_t{1} << (group / 64 % 64);
-}
-
-void ClearGroup(MatchWindow& window, uint32_t group) {
-    const uint64_t left = window.groups[group / 64] &= ~(uint64_t{1} << (group % 64));
-    if (left == 0) window.groupWords[group / 4096] &= ~(uint64_t{1} << (group / 64 % 64));
-}
-
 // The next group that has any strings; the last one always has.
 uint32_t GroupBehind(const MatchWindow& window, uint32_t group) {
     const auto above = [](uint64_t word, uint32_t bit) { return word & (~uint64_t{1} << bit); };
@@ -109,12 +98,12 @@ void MoveText(MatchWindow& window, uint32_t bytes) {
 Spot FindSpot(MatchWindow& window, const uint8_t* text, uint32_t place) {
     const uint8_t* string = text + place;
     Spot spot{LoadOrdered(string), GroupOf(string), 0, 0, kFirstString};
-    uint32_t like = window.stringAt[window.RingPlace(window.nearPlace + 1)];
-    if (window.strings[like].group != spot.group) like = window.stringAt[window.RingPlace(place - kPixel)];
-    if (window.strings[like].group == spot.group) {
+    if (window.groups[spot.group / 64] >> (spot.group % 64) & 1) {
+        uint32_t like = window.stringAt[window.RingPlace(window.nearPlace + 1)];
+        if (window.strings[like].group != spot.group)
+            like = window.stringAt[window.RingPlace(place - kPixel)];
+        if (window.strings[like].group != spot.group) like = window.heads[spot.group];
         WalkToSpot(window, text, string, like, spot);
-    } else if (window.groups[spot.group / 64] >> (spot.group % 64) & 1) {
-        WalkToSpot(window, text, string, window.heads[spot.group], spot);
     } else {
         spot.behind = window.heads[GroupBehind(window, spot.group)];
         spot.before = window.strings[spot.behind].before;
@@ -147,53 +136,18 @@ Match FindMatch(const MatchWindow& window, const uint8_t* text, uint32_t place, 
         oldest = string.age;
         match.place = string.place;
     };
-    if (commonBefore == match.bytes) {
-        for (uint32_t other = spot.before; common(other) == match.bytes; other = window.strings[other].before)
-            consider(window.strings[other]);
-    }
-    if (commonBehind == match.bytes) {
-        for (uint32_t other = spot.behind; common(other) == match.bytes; other = window.strings[other].behind)
-            consider(window.strings[other]);
-    }
+    // No other has more in common.
+    const auto isAlike = [&](uint32_t other) {
+        const uint64_t difference = window.strings[other].start ^ spot.start;
+        if (match.bytes < sizeof difference)
+            return difference >> (64 - 8 * match.bytes) == 0 && other < kFirstString;
+        return difference == 0 && common(other) == match.bytes;
+    };
+    for (uint32_t other = spot.before; isAlike(other); other = window.strings[other].before)
+        consider(window.strings[other]);
+    for (uint32_t other = spot.behind; isAlike(other); other = window.strings[other].behind)
+        consider(window.strings[other]);
     return match;
-}
-
-void AddString(MatchWindow& window, const Spot& spot, uint32_t place, uint32_t age) {
-    const uint32_t added = window.unused[--window.unusedCount];
-    window.strings[added] = {spot.start,
-                             age,
-                             spot.group,
-                             0,
-                             static_cast<uint16_t>(spot.before),
-                             static_cast<uint16_t>(spot.behind)};
-    window.strings[spot.before].behind = window.strings[spot.behind].before = static_cast<uint16_t>(added);
-    if (window.strings[spot.before].group != spot.group) SetGroup(window, spot.group, added);
-    SetPlace(window, added, place);
-}
-
-void RemoveString(MatchWindow& window, uint32_t ringPlace) {
-    const uint64_t there = uint64_t{1} << (ringPlace % 64);
-    if ((window.presentAt[ringPlace / 64] & there) == 0) return;
-    window.presentAt[ringPlace / 64] &= ~there;
-    const uint32_t removed = window.stringAt[ringPlace];
-    WindowString& string = window.strings[removed];
-    WindowString& before = window.strings[string.before];
-    WindowString& behind = window.strings[string.behind];
-    // Neither outcome is likelier, so there is no branch.
-    const uint64_t otherStarts = (before.start ^ string.start) | (behind.start ^ string.start);
-    const bool bothYounger = (std::min(before.age, behind.age) > string.age) & (otherStarts >> (64 - 8) == 0);
-    before.age = bothYounger ? string.age : before.age;
-    before.behind = string.behind;
-    behind.before = string.before;
-    if (before.group != string.group) {
-        if (behind.group == string.group) {
-            window.heads[string.group] = string.behind;
-        } else {
-            ClearGroup(window, string.group);
-        }
-    }
-    string.group = kNoGroup;
-    window.unused[window.unusedCount++] = static_cast<uint16_t>(removed);
 }
 
 void RemoveStrings(MatchWindow& window, uint32_t ringPlace, uint32_t count) {

@@ -73,8 +73,6 @@ Spot FindSpot(MatchWindow& window, const uint8_t* text, uint32_t place);
 /// The match of a string that is not there; of fewer bytes than kShortest if there is none.
 Match FindMatch(const MatchWindow& window, const uint8_t* text, uint32_t place, const Spot& spot);
 
-void AddString(MatchWindow& window, const Spot& spot, uint32_t place, uint32_t age);
-
 /// A string that is there stands at another place.
 inline void SetPlace(MatchWindow& window, uint32_t string, uint32_t place) {
     const uint32_t ringPlace = window.RingPlace(place);
@@ -87,8 +85,52 @@ inline void LeavePlace(MatchWindow& window, uint32_t string) {
     window.presentAt[old / 64] &= ~(uint64_t{1} << (old % 64));
 }
 
+inline void SetGroup(MatchWindow& window, uint32_t group, uint32_t head) {
+    window.heads[group] = static_cast<uint16_t>(head);
+    window.groups[group / 64] |= uint64_t{1} << (group % 64);
+    window.groupWords[group / 4096] |= uint64_t{1} << (group / 64 % 64);
+}
+inline void ClearGroup(MatchWindow& window, uint32_t group) {
+    const uint64_t left = window.groups[group / 64] &= ~(uint64_t{1} << (group % 64));
+    window.groupWords[group / 4096] &= ~(uint64_t{left == 0} << (group / 64 % 64));
+}
+
+/// @param age  more than 0
+inline void AddString(MatchWindow& window, const Spot& spot, uint32_t place, uint32_t age) {
+    const uint32_t added = window.unused[--window.unusedCount];
+    const auto before = static_cast<uint16_t>(spot.before), behind = static_cast<uint16_t>(spot.behind);
+    window.strings[added] = {spot.start, age, spot.group, 0, before, behind};
+    window.strings[before].behind = window.strings[behind].before = static_cast<uint16_t>(added);
+    if (window.strings[before].group != spot.group) SetGroup(window, spot.group, added);
+    SetPlace(window, added, place);
+}
+
 /// Takes out the string that begins at a place of the ring, if it is there.
-void RemoveString(MatchWindow& window, uint32_t ringPlace);
+inline void RemoveString(MatchWindow& window, uint32_t ringPlace) {
+    const uint64_t there = uint64_t{1} << (ringPlace % 64);
+    if ((window.presentAt[ringPlace / 64] & there) == 0) return;
+    window.presentAt[ringPlace / 64] &= ~there;
+    const uint16_t removed = window.stringAt[ringPlace];
+    WindowString& string = window.strings[removed];
+    WindowString& before = window.strings[string.before];
+    WindowString& behind = window.strings[string.behind];
+    // Neither outcome is likelier, so there is no branch.
+    const uint64_t otherStarts = (before.start ^ string.start) | (behind.start ^ string.start);
+    const bool bothYounger =
+        (before.age > string.age) & (behind.age > string.age) & (otherStarts >> (64 - 8) == 0);
+    before.age = bothYounger ? string.age : before.age;
+    before.behind = string.behind;
+    behind.before = string.before;
+    if (before.group != string.group) {
+        if (behind.group == string.group) {
+            window.heads[string.group] = string.behind;
+        } else {
+            ClearGroup(window, string.group);
+        }
+    }
+    string.group = kNoGroup;
+    window.unused[window.unusedCount++] = removed;
+}
 
 /// The same for `count` places.
 void RemoveStrings(MatchWindow& window, uint32_t ringPlace, uint32_t count);
