@@ -1,5 +1,6 @@
 #include "workbench/text/font_config_list.h"
 
+#include <fontconfig/fontconfig.h>
 #include <pango/pangocairo.h>
 #include <pango/pangofc-fontmap.h>
 
@@ -120,6 +121,18 @@ FontEntry EntryOf(FcPattern* pattern, const std::string& family, std::string nam
 FontConfigList* chosenFonts = nullptr;
 
 } // namespace
+
+void FontConfigList::Release::operator()(FcConfig* config) const {
+    FcConfigDestroy(config);
+}
+
+void FontConfigList::Release::operator()(PangoFontMap* fonts) const {
+    g_object_unref(fonts);
+}
+
+void FontConfigList::Release::operator()(PangoFontDescription* description) const {
+    pango_font_description_free(description);
+}
 
 FontConfigList::FontConfigList() : config_(FcInitLoadConfigAndFonts()) {
     Fill();

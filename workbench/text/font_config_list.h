@@ -20,9 +20,6 @@
 /// Words 3 to 5 are equal for fonts that may stand in for each other.
 #pragma once
 
-#include <fontconfig/fontconfig.h>
-#include <pango/pango.h>
-
 #include <map>
 #include <memory>
 #include <optional>
@@ -31,6 +28,12 @@
 #include <vector>
 
 #include "workbench/document/fonts.h"
+
+// Of the libraries; their own headers define macros that the platform's define too.
+struct _FcConfig;
+struct _FcPattern;
+struct _PangoFontMap;
+struct _PangoFontDescription;
 
 namespace workbench {
 
@@ -69,27 +72,27 @@ public:
     FontMatch Match(const FontWish& wish) const;
 
     /// What makes Pango take this very font; owned by the list.
-    const PangoFontDescription* Description(size_t index) const { return fonts_[index].description.get(); }
-    PangoFontMap* pangoFonts() const { return pangoFonts_.get(); }
+    const _PangoFontDescription* Description(size_t index) const { return fonts_[index].description.get(); }
+    _PangoFontMap* pangoFonts() const { return pangoFonts_.get(); }
 
 private:
     struct Release {
-        void operator()(FcConfig* config) const { FcConfigDestroy(config); }
-        void operator()(PangoFontMap* fonts) const { g_object_unref(fonts); }
-        void operator()(PangoFontDescription* description) const { pango_font_description_free(description); }
+        void operator()(_FcConfig* config) const;
+        void operator()(_PangoFontMap* fonts) const;
+        void operator()(_PangoFontDescription* description) const;
     };
     struct Font {
         FontEntry entry;
         std::string file, family;
-        std::unique_ptr<PangoFontDescription, Release> description;
+        std::unique_ptr<_PangoFontDescription, Release> description;
     };
     void Fill();
-    std::optional<Font> Read(FcPattern* pattern) const;
+    std::optional<Font> Read(_FcPattern* pattern) const;
     std::string NextBest(const FontWish& wish) const;
     std::string InFamily(std::string_view family, const FontWish& wish) const;
 
-    std::unique_ptr<FcConfig, Release> config_;
-    std::unique_ptr<PangoFontMap, Release> pangoFonts_;
+    std::unique_ptr<_FcConfig, Release> config_;
+    std::unique_ptr<_PangoFontMap, Release> pangoFonts_;
     std::vector<Font> fonts_;
     std::map<std::string, std::vector<size_t>> families_; ///< by the folded name, in all languages
 };

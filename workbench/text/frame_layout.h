@@ -5,19 +5,20 @@
 /// back into text space first and the letters are stretched and turned as the matrix says.
 #pragma once
 
-#include <pango/pango.h>
-
+#include <cstdint>
 #include <memory>
 #include <vector>
 
 #include "workbench/document/document.h"
 #include "workbench/document/text_layout.h"
 
+struct _PangoFont; // whose library's headers define macros that the platform's define too
+
 namespace workbench {
 
 struct Letter {
-    std::shared_ptr<PangoFont> font;
-    PangoGlyph glyph;
+    std::shared_ptr<_PangoFont> font;
+    uint32_t glyph;   ///< as Pango numbers it
     HostMatrix toArt; ///< of an outline with an em of 1, y up
     const CharacterAttributes* style;
     size_t unit;
