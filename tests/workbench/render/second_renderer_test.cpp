@@ -1,4 +1,4 @@
-// Our pictures beside those of another renderer.  Filters, masks and text are not ours yet, so drawings that
+// Our pictures beside those of another renderer.  Filters and masks are not ours yet, so drawings that
 // lose anything on the way in are left out; antialiasing differs, so a share of the pixels may too.
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -199,6 +199,19 @@ constexpr const char* kSnippets[] = {
     "</pattern><rect x='10' y='10' width='80' height='60' fill='url(#t)'/>",
     "<pattern id='t' patternUnits='userSpaceOnUse' width='0' height='5'><path d='M0 0h1'/></pattern><rect "
     "width='90' height='90' fill='url(#t) red'/>",
+    // Text
+    "<text x='5' y='40' font-family='DejaVu Sans' font-size='36'>Ab<tspan font-weight='bold' "
+    "fill='red'>c</tspan><tspan x='5' dy='40' font-style='italic' font-family='DejaVu "
+    "Serif'>xyz</tspan></text>",
+    "<g font-family='DejaVu Sans' font-size='30'><text x='50' y='30' text-anchor='middle'>mid</text><text "
+    "x='95' y='60' text-anchor='end' fill='none' stroke='blue' stroke-width='2'>end</text><text y='95' "
+    "letter-spacing='8'>lll<tspan baseline-shift='10'>b</tspan></text></g>",
+    "<text x='70' y='5' writing-mode='tb' font-family='IPAGothic' "
+    "font-size='28'>\xE7\xB8\xA6\xE3\x80\x82\xE3\x83\xBC</text>",
+    "<linearGradient id='g'><stop stop-color='red'/><stop offset='1' "
+    "stop-color='blue'/></linearGradient><text "
+    "transform='rotate(20)' x='15' y='50' font-family='DejaVu Sans' font-size='40' fill='url(#g)' "
+    "xml:space='preserve'>M  M</text>",
 };
 
 TEST(SecondRenderer, EachWordMeansTheSame) {

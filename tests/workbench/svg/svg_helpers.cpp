@@ -200,6 +200,7 @@ std::string Outline(const Art& art) {
 
 std::string Structure(const Art& art) {
     if (art.kind == kArtPath) return "p";
+    if (art.kind == kArtTextFrame) return "t";
     const bool clipped = art.group() && art.group()->clipped;
     std::string text = art.kind == kArtCompoundPath ? "c(" : clipped ? "clip(" : "g(";
     for (const Art* child = art.firstChild; child; child = child->below)
