@@ -9,7 +9,7 @@
 #include <memory>
 #include <vector>
 
-#include "plugin/capture/post_art.h"
+#include "plugin/capture/text_capture.h"
 #include "plugin/frame/globals.h"
 #include "plugin/host/suite_table.h"
 #include "plugin/objects/object_stream.h"
@@ -51,6 +51,19 @@ Bytes Spread(const uint8_t* data, size_t size, uint8_t control) {
     return body;
 }
 
+/// Whatever text there is now can be told again, in objects as long as they say.
+void CaptureFrames() {
+    const HostPoint origin{0, 0};
+    const workbench::Art* art = host->front()->CurrentLayer().root->firstChild;
+    for (; art; art = art->below) {
+        if (art->kind != kArtTextFrame) continue;
+        HandleOwner object(NewHandle(sizeof(AidbTextObject), 1));
+        if (PostArtTextProcess(art->handle, object.get(), &origin) != kHostNoError) std::abort();
+        const uint32_t bytes = HeaderOf({object.bytes(), sizeof(AidbTextObject)})->size;
+        if (bytes < sizeof(AidbTextObject) || bytes > BlockSize(object.get())) std::abort();
+    }
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
@@ -78,9 +91,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     host->Open(std::make_unique<workbench::Document>());
     globals->placePoint = {100, 200};
     RebuildCurrentRecord();
-    // Whatever text there is now can be told again.
-    host->front()->SelectAll();
-    AidbPostArt();
+    CaptureFrames();
     if (host->faultCount() != 0) std::abort();
     host->ClearAlerts();
     FreeHandle(globals->curRecord);

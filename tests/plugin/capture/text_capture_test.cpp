@@ -59,89 +59,42 @@ private:
     TestFonts fonts_ = FewFonts();
 };
 
-/// A number at an offset of a structure.
-struct FieldValue {
+/// Numbers of one width, one behind the other from an offset on.
+struct StoredNumbers {
     size_t offset, width;
-    int64_t value;
+    std::vector<int64_t> values;
 };
 
 constexpr int64_t kOne = 0x10000;
 
 // All bytes of a run with every attribute set, worked out by hand; what isn't named is 0.
-constexpr FieldValue kGoldenRun[] = {
-    {0, 2, 1},
-    {2, 2, 1}, // filled, stroked
-    {4, 2, 1},
-    {8, 4, kOne / 4},
-    {12, 4, kOne / 2},
-    {16, 4, 3 * kOne / 4},
-    {20, 4, kOne}, // four-colour fill
-    {72, 2, 1},
-    {76, 2, 5},
-    {80, 4, kOne},
-    {84, 4, kOne / 2},
-    {88, 4, kOne / 4},
-    {144, 2, 1},            // overprint of the stroke
-    {148, 4, 5 * kOne / 2}, // line width
-    {152, 2, 3},
-    {156, 4, 3 * kOne / 2}, // dashes and their offset
-    {160, 4, 3 * kOne},
-    {164, 4, 2 * kOne},
-    {168, 4, kOne},
-    {184, 2, 1},
-    {186, 2, 2},
-    {188, 4, 7 * kOne}, // cap, join, miter limit
-    {204 + 4, 4, 50 * kOne},
-    {204 + 8, 4, 75 * kOne},
-    {204 + 12, 4, 100 * kOne}, // word spacing
-    {204 + 16, 4, -25 * kOne},
-    {204 + 24, 4, 25 * kOne}, // letter spacing, the desired one 0
-    {204 + 28, 4, 10 * kOne},
-    {204 + 32, 4, 20 * kOne},
-    {204 + 36, 4, -5 * kOne}, // indents
-    {204 + 40, 2, 4},
-    {204 + 42, 2, 1},
-    {204 + 44, 2, 1}, // last line left, burasagari, kinsoku
-    {204 + 48, 2, 1},
-    {204 + 52, 2, 3},
-    {204 + 54, 2, 4},
-    {204 + 56, 2, 5}, // hyphens
-    {204 + 60, 4, 25 * kOne},
-    {204 + 64, 2, 1},
-    {204 + 68, 2, 1},
-    {204 + 70, 2, 1},
-    {204 + 72, 2, 1},
-    {204 + 74, 2, 1},
-    {204 + 76, 2, 1},
-    {284, 1, 9},
-    {285, 4, 0x6D757952},
-    {289, 4, 0x4B2D6E69},
-    {293, 1, 'L'}, // "Ryumin-KL"
-    {540, 2, 100},
-    {542, 2, 101},
-    {544, 2, 102},
-    {550, 2, 103},
-    {552, 2, 104},
-    {554, 2, 105},
-    {556, 2, 106},
-    {558, 2, 107},
-    {560, 2, 108},
-    {562, 2, 109},
-    {564, 2, 110},
-    {566, 2, 111},
-    {568, 4, 24 * kOne},
-    {572, 4, -3 * kOne},
-    {576, 4, 30 * kOne},
-    {580, 4, -50 * kOne},
-    {588, 4, 50 * kOne},
-    {592, 4, 200 * kOne}, // scales
-    {620, 2, 1},
-    {624, 4, 1},   // form 3
-    {756, 4, -20}, // kerning
-    {5632, 1, 'A'},
-    {5633, 1, 0x88},
-    {5634, 1, 0x9F},
-    {5635, 1, '\r'}, // U+4E9C between the two
+const StoredNumbers kGoldenRun[] = {
+    {0, 2, {1, 1}},                                             // filled, stroked
+    {4, 2, {1}},                                                // the fill has four colours
+    {8, 4, {kOne / 4, kOne / 2, 3 * kOne / 4, kOne}},           // which are these
+    {72, 2, {1}},                                               // and overprints
+    {76, 2, {5}},                                               // the stroke has three
+    {80, 4, {kOne, kOne / 2, kOne / 4}},                        // which are these
+    {144, 2, {1}},                                              // and overprints
+    {148, 4, {5 * kOne / 2}},                                   // line width
+    {152, 2, {3}},                                              // dashes
+    {156, 4, {3 * kOne / 2, 3 * kOne, 2 * kOne, kOne}},         // their offset, their lengths
+    {184, 2, {1, 2}},                                           // cap, join
+    {188, 4, {7 * kOne}},                                       // miter limit
+    {204 + 4, 4, {50 * kOne, 75 * kOne, 100 * kOne}},           // word spacing
+    {204 + 16, 4, {-25 * kOne, 0, 25 * kOne}},                  // letter spacing
+    {204 + 28, 4, {10 * kOne, 20 * kOne, -5 * kOne}},           // indents
+    {204 + 40, 2, {4, 1, 1, 0, 1, 0, 3, 4, 5}},                 // justification to hyphens
+    {204 + 60, 4, {25 * kOne}},                                 // a constant
+    {204 + 64, 2, {1, 0, 1, 1, 1, 1, 1}},                       // "Hard" and flags
+    {284, 1, {9, 'R', 'y', 'u', 'm', 'i', 'n', '-', 'K', 'L'}}, // the font's name
+    {540, 2, {100, 101, 102, 0, 0, 103, 104, 105, 106, 107, 108, 109, 110, 111}}, // and its classes
+    {568, 4, {24 * kOne, -3 * kOne, 30 * kOne, -50 * kOne}}, // size, shift, leading, tracking
+    {588, 4, {50 * kOne, 200 * kOne}},                       // scales
+    {620, 2, {1}},                                           // an alternate form
+    {624, 4, {1}},                                           // the host's 3
+    {756, 4, {-20}},                                         // kerning
+    {5632, 1, {'A', 0x88, 0x9F, '\r'}},                      // U+4E9C between the two
 };
 
 TEST_F(TextCaptureTest, EachByteOfARunIsKnown) {
@@ -152,7 +105,10 @@ TEST_F(TextCaptureTest, EachByteOfARunIsKnown) {
     const Bytes object = CaptureOneText();
     ASSERT_EQ(object.size(), 40u + 5888 + 56);
     Bytes golden(5888);
-    for (const FieldValue& field : kGoldenRun) std::memcpy(&golden[field.offset], &field.value, field.width);
+    for (const StoredNumbers& row : kGoldenRun) {
+        for (size_t i = 0; i < row.values.size(); ++i)
+            std::memcpy(&golden[row.offset + i * row.width], &row.values[i], row.width);
+    }
     for (size_t at = 0; at < golden.size(); ++at) ASSERT_EQ(object[40 + at], golden[at]) << "at " << at;
 }
 
