@@ -215,6 +215,7 @@ Art* ReadClipped(ReadContext& context, pugi::xml_node element, ElementKind kind,
 
 Surroundings Enter(ReadContext& context, pugi::xml_node element, const Surroundings& around) {
     Surroundings here = around;
+    here.outerToArt = around.toArt;
     here.style = ComputeStyle(element, around.style, context.sheet);
     here.outside = around.toArt;
     here.toArt = Concat(around.toArt, OwnTransform(element, here.style));

@@ -152,7 +152,9 @@ void ReadArtStyle(ReadContext& context, pugi::xml_node element, const Surroundin
     if (id.empty()) return;
     ArtStyleHandle& style = context.artStyles[id];
     if (const pugi::xml_node painted = style ? pugi::xml_node{} : context.Find(id)) {
+        // The transform of an image is its own; a style's paint lies where the art lies.
         Surroundings own = here;
+        own.toArt = here.outerToArt;
         own.style = ComputeStyle(painted, ComputedStyle{}, context.sheet);
         style = context.document.NewArtStyle(ReadPathStyle(context, painted, own, Box{}, nullptr, nullptr))
                     .handle;
