@@ -17,7 +17,7 @@ constexpr uint64_t MostPackedBytes(uint64_t bytes) {
 }
 
 /// Packs `plain` into `packed` and returns the bytes written; nothing if the room does not
-/// suffice or memory ran out.
+/// suffice, memory ran out or there are 4 GB to pack, which no record can hold.
 std::optional<uint64_t> PackLzss(std::span<const uint8_t> plain, std::span<uint8_t> packed);
 
 /// Unpacks until the packed bytes end, also in the middle of a group, or the room is full.  Returns the

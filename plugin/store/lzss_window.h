@@ -8,9 +8,10 @@
 /// strings with the longest common start, the oldest first.  So ages and neighbours are all there is to keep:
 /// one list in string order.
 ///
-/// A new string is looked for from a string that is likely to stand near it: what follows the string that the
-/// one before stands next to.  Else it is looked for from the first of its group, which is the strings with
-/// the same two bytes at the start, or the same number of zeros and the same byte behind them.
+/// A new string is looked for among its group, which is the strings with the same two bytes at the start, or
+/// the same number of zeros and the same byte behind them: from one that is likely to stand near it, which is
+/// what follows the string that the one before stands next to, or what stands a pixel back; else from the
+/// group's first.  An empty group's neighbours are those of the next group that is not empty.
 #pragma once
 
 #include <array>
