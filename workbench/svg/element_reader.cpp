@@ -217,7 +217,6 @@ Surroundings Enter(ReadContext& context, pugi::xml_node element, const Surroundi
     Surroundings here = around;
     here.outerToArt = around.toArt;
     here.style = ComputeStyle(element, around.style, context.sheet);
-    here.outside = around.toArt;
     here.toArt = Concat(around.toArt, OwnTransform(element, here.style));
     return here;
 }

@@ -57,7 +57,6 @@ inline bool IsShape(ElementKind kind) {
 struct Surroundings {
     HostMatrix toArt{1, 0, 0, 1, 0, 0};   ///< user space to art coordinates
     HostMatrix outerToArt = toArt;        ///< the same without the element's own transform
-    HostMatrix outside{1, 0, 0, 1, 0, 0}; ///< the same of the space that the element stands in
     ComputedStyle style;                  ///< of the element in hand, or of its parent before it is computed
     double viewWidth = 0, viewHeight = 0; ///< user units, for percentages
     bool instance = false;                ///< drawn through a reference: its id belongs to the original

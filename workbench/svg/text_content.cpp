@@ -45,7 +45,7 @@ private:
     void AddText(Text text, const TextPart& part);
     void AddUnit(char16_t unit, bool begins, const TextPart& part);
     void Place(TextCharacter* character) const;
-    void EndParagraph(const TextPart& part);
+    void EndParagraph();
 
     ReadContext& context_;
     TextContent* content_;
@@ -96,11 +96,12 @@ void Collector::AddText(Text text, const TextPart& part) {
     }
 }
 
-void Collector::EndParagraph(const TextPart& part) {
+void Collector::EndParagraph() {
     auto& characters = content_->characters;
     if (characters.empty()) return;
-    if (characters.back().unit == u' ' && !part.here.style.text.keepsBlanks) characters.pop_back();
-    AddUnit(u'\r', true, part);
+    const TextPart& last = *characters.back().part;
+    if (characters.back().unit == u' ' && !last.here.style.text.keepsBlanks) characters.pop_back();
+    AddUnit(u'\r', true, last);
     blankBefore_ = true;
 }
 
@@ -109,7 +110,7 @@ void Collector::ReadMember(pugi::xml_node child, const TextPart& part) {
     const bool paragraph = name == "flowPara" || name == "flowDiv" || name == "p";
     const bool known = paragraph || name == "tspan" || name == "a" || name == "textPath" ||
                        name == "flowSpan" || name == "tref";
-    if (name == "flowLine") EndParagraph(part);
+    if (name == "flowLine") EndParagraph();
     if (!known && name != "flowLine") return;
     const Visit visit(context_);
     if (!visit) return;
@@ -119,7 +120,7 @@ void Collector::ReadMember(pugi::xml_node child, const TextPart& part) {
     if (!here.style.displayed) return;
     Read(child, here, part.rise + here.style.text.baselineShift, name == "textPath" ? child : part.textPath,
          part.decorated || here.style.text.decorated);
-    if (paragraph) EndParagraph(part);
+    if (paragraph) EndParagraph();
 }
 
 void Collector::Read(pugi::xml_node element, const Surroundings& here, double rise, pugi::xml_node textPath,

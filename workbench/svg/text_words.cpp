@@ -315,7 +315,7 @@ Art* ReadOwnText(ReadContext& context, pugi::xml_node element, const Surrounding
     if (!storyElement || v.size() != 9) return nullptr;
     OwnStories::Entry& entry = StoriesOf(context).entries[link->id];
     Surroundings around = here;
-    around.toArt = here.outside;
+    around.toArt = here.outerToArt;
     if (!entry.checked) {
         entry.checked = true;
         if (ChainIsWhole(context, entry, storyElement))

@@ -248,7 +248,7 @@ FontMatch FontConfigList::Match(const FontWish& wish) const {
     for (const std::string& family : wish.families) {
         std::string name = InFamily(family, wish);
         if (!name.empty()) return {std::move(name), {}};
-        if (std::ranges::find(kGeneric, family) != std::end(kGeneric)) {
+        if (std::ranges::find(kGeneric, std::string_view(Folded(family))) != std::end(kGeneric)) {
             FontWish generic = wish;
             generic.families = {family};
             // Falling through to a generic family means that the named ones before it are missing.

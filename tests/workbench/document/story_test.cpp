@@ -136,7 +136,7 @@ TEST(TextFrames, AreTransformedWithPathAndPaint) {
         document.Transform(*art, matrix, 2);
         EXPECT_EQ(frame.matrix.b, 2);
         EXPECT_EQ(frame.matrix.tx, kind == kPointText ? 10 : 0);
-        if (kind == kAreaText) EXPECT_EQ(path->path()->segments[0].anchor.y, 22);
+        EXPECT_EQ(path->path()->segments[0].anchor.y, kind == kAreaText ? 22 : 0);
         const CharacterAttributes& moved = *StyleOf(*frame.story, 1).character;
         EXPECT_EQ(moved.lineWidth, 6);
         EXPECT_EQ(moved.fillColor.u.pattern.matrix.ty, 30);
