@@ -7,8 +7,8 @@
 #include "workbench/svg/mesh_words.h"
 #include "workbench/svg/own_words.h"
 #include "workbench/svg/path_art.h"
-#include "workbench/svg/text_reader.h"
 #include "workbench/svg/produced_art.h"
+#include "workbench/svg/text_reader.h"
 #include "workbench/svg/transforms.h"
 
 namespace workbench {
