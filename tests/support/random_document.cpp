@@ -16,6 +16,8 @@ namespace {
 
 constexpr int kDeepest = 5;        // groups within each other
 constexpr int kDeepestPattern = 4; // where a pattern may still be begun
+constexpr int kLabNumber = 2;      // of the ink in Lab
+constexpr int kMostLabUses = 2;
 
 class Artist {
 public:
@@ -72,18 +74,22 @@ private:
     }
 
     CustomColorHandle Ink() {
-        const int number = Below(4);
+        // Every use of a Lab colour takes a row of its own in a record's table, which has 255.
+        int number = Below(4);
+        if (recordable_ && number == kLabNumber && ++labUses_ > kMostLabUses) number = 0;
         const std::string name =
             (recordable_ ? "\xE8\x97\x8D, = " : "Ink & <> \"x\"") + std::to_string(number);
         if (const workbench::CustomColor* known = document_.FindCustomColor(name)) return known->handle;
         HostCustomColor definition{};
         // A record forgets a one-value colour's process equivalent, and keeps equal ones under one name.
+        static_assert(kLabNumber % 3 == kCustomLab);
         definition.kind = recordable_ ? number % 3 : number;
         const int channels = definition.kind == kCustomFour ? 4 : definition.kind == kCustomOne ? 1 : 3;
         for (int i = 0; i < channels; ++i) definition.values[i] = Share();
         if (recordable_) definition.values[0] = number / 100.0;
         if (recordable_ && definition.kind == kCustomLab) definition.values[1] = Number() / 10;
-        definition.flags = Below(3) - (recordable_ ? 0 : 1);
+        // Of two colours of one kind and the same flags, a record takes a row for each use of the second.
+        definition.flags = recordable_ ? number : Below(3) - 1;
         return document_.NewCustomColor(name, definition).handle;
     }
 
@@ -316,6 +322,7 @@ private:
     Document& document_;
     const bool recordable_;
     std::mt19937 random_;
+    int labUses_ = 0;
     int patterns_ = 0; ///< that the art in hand lies in
 };
 
