@@ -262,7 +262,8 @@ private:
     /// A group that the art's style draws in its place.
     void AddStyle(Art& art, int depth) {
         art.artStyle = document_.NewArtStyle(Style(depth + 2)).handle;
-        if (Often(50)) return;
+        // A record measures a pattern with the art itself and then has what the style draws.
+        if (Often(50) || (recordable_ && patterns_ > 0)) return;
         art.blend.opacity = 1;
         Art* drawn = document_.AppendArt(kArtGroup, nullptr);
         SetNature(*drawn);
