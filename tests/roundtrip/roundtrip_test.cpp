@@ -89,7 +89,8 @@ TEST_F(RoundTripTest, ARebuiltDocumentIsTheOneThatWasRegisteredAndStaysSo) {
         for (const bool second : {false, true}) {
             RecordFrame frame;
             const auto stored = StoreAndRebuild(&frame.origin);
-            // What comes back can lose no more, but for 0.99, which a group's note can't say.
+            // What comes back can lose no more, but for 0.99, which a group's note can't say, and the
+            // kerning of a lone return, which comes back without the return.
             for (const auto& [loss, count] : ApplyFormatLosses(*stored, frame)) {
                 RC_LOG() << loss << "\n";
                 RC_ASSERT((second ? kLossesAgain : kLosses).contains(loss));

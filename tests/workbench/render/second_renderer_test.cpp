@@ -204,8 +204,8 @@ constexpr const char* kSnippets[] = {
     "fill='red'>c</tspan><tspan x='5' dy='40' font-style='italic' font-family='DejaVu "
     "Serif'>xyz</tspan></text>",
     "<g font-family='DejaVu Sans' font-size='30'><text x='50' y='30' text-anchor='middle'>mid</text><text "
-    "x='95' y='60' text-anchor='end' fill='none' stroke='blue' stroke-width='2'>end</text><text y='95' "
-    "letter-spacing='8'>lll<tspan baseline-shift='10'>b</tspan></text></g>",
+    "x='95' y='60' text-anchor='end' fill='none' stroke='blue' stroke-width='2'>end</text><text y='95'>"
+    "lll<tspan baseline-shift='10'>b</tspan></text></g>",
     "<text x='70' y='5' writing-mode='tb' font-family='IPAGothic' "
     "font-size='28'>\xE7\xB8\xA6\xE3\x80\x82\xE3\x83\xBC</text>",
     "<linearGradient id='g'><stop stop-color='red'/><stop offset='1' "
