@@ -49,8 +49,10 @@ void CompareMeshes(
         const std::string vertex = place + " corner " + std::to_string(i);
         ComparePoints(a.position, b.position, frame, vertex, "place", differences);
         compareColors(a.color, b.color, vertex);
-        for (size_t k = 0; k < workbench::kMeshDirections; ++k) {
-            const workbench::MeshSpoke &from = a.spokes[k], &to = b.spokes[k];
+        for (int32_t number = 0;; ++number) {
+            const workbench::MeshDirection direction = NthMeshDirection(expected, i, number);
+            if (direction == workbench::kMeshDirections) break;
+            const workbench::MeshSpoke &from = a.spokes[direction], &to = b.spokes[direction];
             differences->Near(from.tangent.x, to.tangent.x, vertex, "tangent x");
             differences->Near(from.tangent.y, to.tangent.y, vertex, "tangent y");
             differences->Same(from.smooth, to.smooth, vertex, "smooth");
