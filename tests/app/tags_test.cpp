@@ -92,7 +92,7 @@ TEST_F(TagsTest, SeveralObjectsGoToWhatIsAroundTheTarget) {
     EXPECT_THAT(Element("a"), HasSubstr("data-n=\"lower\""));
     EXPECT_THAT(Element("b"), Not(HasSubstr("data-n")));
 
-    result = Transfer("<g><g>" + Square("id='a'") + "</g></g>", "a");
+    result = Transfer(Square("id='a'") + Square("id='b'"), "a");
     EXPECT_EQ(result.code, 1);
     EXPECT_THAT(result.err, HasSubstr("The number of objects does not accord."));
     EXPECT_EQ(Written(), "");
