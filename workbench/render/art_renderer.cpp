@@ -299,6 +299,7 @@ private:
         const cairo_matrix_t matrix = CairoMatrix(raster->matrix);
         if (!IsInvertible(matrix)) return;
         cairo_save(context_);
+        cairo_new_path(context_); // a shape that was painted before leaves its own
         cairo_transform(context_, &matrix);
         cairo_translate(context_, raster->record.left, -raster->record.bottom);
         const bool linked = !raster->file.empty();
@@ -356,6 +357,7 @@ private:
         const PictureImage& picture = pictures_.Load(placed->file);
         const bool composed = art.blend.opacity < 1 || art.blend.mode != kBlendNormal;
         cairo_save(context_);
+        cairo_new_path(context_);
         if (composed) cairo_push_group(context_);
         cairo_save(context_);
         cairo_transform(context_, &matrix);

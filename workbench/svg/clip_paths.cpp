@@ -102,6 +102,12 @@ void AddExtentOf(const Art& art, const HostMatrix& matrix, Box* box) {
         for (const double x : {0.0, placed->width})
             for (const double y : {0.0, placed->height}) box->Add(Apply(whole, {x, y}));
     }
+    if (const auto* raster = std::get_if<RasterData>(&art.data)) {
+        const HostMatrix whole = Concat(matrix, raster->matrix);
+        for (const double x : {1.0 * raster->record.left, 1.0 * raster->record.right})
+            for (const double y : {1.0 * raster->record.top, 1.0 * raster->record.bottom})
+                box->Add(Apply(whole, {x, -y}));
+    }
     if (const auto* mesh = std::get_if<MeshData>(&art.data))
         ForEachMeshPoint(*mesh, [&](const HostPoint& point) { box->Add(Apply(matrix, point)); });
     for (const Art* child = art.firstChild; child; child = child->below) AddExtentOf(*child, matrix, box);

@@ -212,6 +212,15 @@ constexpr const char* kSnippets[] = {
     "stop-color='blue'/></linearGradient><text "
     "transform='rotate(20)' x='15' y='50' font-family='DejaVu Sans' font-size='40' fill='url(#g)' "
     "xml:space='preserve'>M  M</text>",
+    // Images
+    "<rect width='90' height='30' fill='lime'/><image x='10' y='10' width='60' height='40' opacit"
+    "y='.7' href='data:image/png;base64,iVBORw0KGgoAAAANSUhEUgAAAAYAAAAECAYAAACtBE5DAAAAQklEQVR42"
+    "hXKUQ0AMAgD0cqZCEQgp3IQgYi56m4fLyFcJSk6aCXGyLky/yKgi4ApQjFhkIM2J8bW9Q9LQC8Bs4T1A+SaMXXWWpX8A"
+    "AAAAElFTkSuQmCC'/>",
+    "<image x='10' y='10' width='30' height='60' preserveAspectRatio='xMidYMid slice' transform='"
+    "rotate(15)' href='data:image/png;base64,iVBORw0KGgoAAAANSUhEUgAAAAYAAAAECAYAAACtBE5DAAAAQklE"
+    "QVR42hXKUQ0AMAgD0cqZCEQgp3IQgYi56m4fLyFcJSk6aCXGyLky/yKgi4ApQjFhkIM2J8bW9Q9LQC8Bs4T1A+SaMXXW"
+    "WpX8AAAAAElFTkSuQmCC'/>",
 };
 
 TEST(SecondRenderer, EachWordMeansTheSame) {
