@@ -80,7 +80,7 @@ TEST_F(RoundTripTest, ARebuiltDocumentIsTheOneThatWasRegisteredAndStaysSo) {
                                            "kerning without text",
                                            "return with kerning at the text's end"};
     const std::set<std::string> kLossesAgain = {"mesh in a pattern", "text in a pattern",
-                                                "group opacity in parts of a percent",
+                                                "kerning without text", "group opacity in parts of a percent",
                                                 "gradient in a pattern"};
     EXPECT_TRUE(rc::check("round trip", [&] {
         OpenEmptyDocument();

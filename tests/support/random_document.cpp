@@ -230,7 +230,11 @@ private:
 
     /// Sometimes two frames that show one story.
     void AddText(Art* parent, int depth) {
-        const RandomTextSource source{random_, recordable_, [this] { return Point(); },
+        // A pattern is measured as it was drawn.
+        const RandomTextSource source{random_,
+                                      recordable_,
+                                      recordable_ && patterns_ > 0,
+                                      [this] { return Point(); },
                                       [this] { return Matrix(); },
                                       [this, depth] { return Style(depth + 2); }};
         Art* art = document_.PrependArt(kArtTextFrame, parent);

@@ -18,7 +18,7 @@ public:
     explicit Writer(const RandomTextSource& source) : source_(source) {}
 
     void SetFrame(workbench::Document& document, TextFrameData& frame) {
-        frame.frameKind = Below(3);
+        frame.frameKind = source_.steady ? workbench::kAreaText : Below(3);
         frame.orientation = Below(2);
         frame.matrix = source_.matrix();
         if (frame.frameKind == workbench::kPointText) return;

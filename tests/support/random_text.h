@@ -9,6 +9,7 @@
 struct RandomTextSource {
     std::mt19937& random;
     bool recordable; ///< what no record can hold only where ApplyFormatLosses takes it away
+    bool steady;     ///< text in areas alone: its extent doesn't depend on what a record keeps of the letters
     std::function<HostPoint()> point;
     std::function<HostMatrix()> matrix;
     std::function<HostPathStyle()> paint; ///< of letters
