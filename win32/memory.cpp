@@ -25,6 +25,7 @@ constexpr SIZE_T kMappedBytes = SIZE_MAX;
 constexpr SIZE_T kMappedBytes = 0x100000; // from here on the system can extend a block without copying it
 #endif
 constexpr SIZE_T kPageBytes = 0x1000;
+constexpr SIZE_T kHugeBytes = 0x400000;
 constexpr SIZE_T kLargestBlock = SIZE_T{1} << 38; // beyond any memory, and within what the checkers accept
 
 // Stands in front of the bytes that the caller sees.
@@ -47,6 +48,8 @@ Header* MapBlock(SIZE_T total) {
     const SIZE_T length = WholePages(total);
     void* pages = ::mmap(nullptr, length, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (pages == MAP_FAILED) return nullptr;
+    // Fewer faults where the system has large pages; nothing is lost where it has none.
+    if (length >= kHugeBytes) ::madvise(pages, length, MADV_HUGEPAGE);
     auto* header = static_cast<Header*>(pages);
     header->mapped = length;
     return header;

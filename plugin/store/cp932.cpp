@@ -3,11 +3,6 @@
 #include <algorithm>
 #include <cstring>
 
-size_t CharacterBytes(const char* text) {
-    if (text[0] == '\0') return 0;
-    return IsLeadByte(static_cast<uint8_t>(text[0])) && text[1] != '\0' ? 2 : 1;
-}
-
 const char* FindPart(const char* text, const char* part) {
     const size_t length = std::strlen(part);
     for (; *text != '\0'; text += CharacterBytes(text)) {

@@ -12,7 +12,10 @@ constexpr bool IsLeadByte(uint8_t byte) {
 
 /// Bytes of the character at `text`: 2 for a lead byte with any byte behind it, 1 for any other and for a
 /// lead byte that dangles in front of the NUL, 0 at the NUL.
-size_t CharacterBytes(const char* text);
+inline size_t CharacterBytes(const char* text) {
+    if (text[0] == '\0') return 0;
+    return IsLeadByte(static_cast<uint8_t>(text[0])) && text[1] != '\0' ? 2 : 1;
+}
 
 /// The first place where `part`, single-byte characters alone, stands in `text`; null if nowhere.  A
 /// double-byte character's second byte is part of no match.

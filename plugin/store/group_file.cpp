@@ -171,9 +171,8 @@ bool GroupFile::Close() {
 
 namespace {
 
-// Notes a record that a walk has come to, if it is the first one that the table doesn't know.
-void NoteRecord(const GroupFile& file, const RecordPlace& record) {
-    GroupOffsets* table = file.offsets();
+// Notes a record if it is the first one that the table doesn't know.
+void NoteRecord(GroupOffsets* table, const RecordPlace& record) {
     if (table != nullptr && table->known == record.number) AddOffset(*table, record.place + record.bytes);
 }
 
@@ -204,14 +203,13 @@ void GroupWalk::StartAt(uint32_t number) {
     end_ = last.place + last.bytes;
 }
 
-// Brings the next header into the window.  The window grows where records are so small that several share
-// one, and shrinks where it holds but one header each time.
+// Brings the next header into the window: no more than it where records are so long that copying what lies
+// between costs more than another call, many at once where they are short.
 bool GroupWalk::Fill() {
-    windowSize_ =
-        usedAgain_ ? std::min(windowSize_ * 2, kLargestWindow) : std::max(windowSize_ / 2, kSmallestWindow);
-    usedAgain_ = false;
+    const uint32_t mean = walked_ > 0 ? (end_ - kCountBytes) / walked_ : kLongRecordBytes;
     windowPlace_ = end_;
-    windowBytes_ = std::min(windowSize_, file_.length() - end_);
+    windowBytes_ =
+        std::min(mean < kLongRecordBytes ? kWindowBytes : kRecordHeaderBytes, file_.length() - end_);
     return file_.Read(windowPlace_, window_.data(), windowBytes_);
 }
 
@@ -221,11 +219,7 @@ bool GroupWalk::Next() {
     if (file_.length() - end_ < kSmallestRecordBytes) return false;
     const bool inWindow =
         windowBytes_ >= kRecordHeaderBytes && end_ - windowPlace_ <= windowBytes_ - kRecordHeaderBytes;
-    if (inWindow) {
-        usedAgain_ = true;
-    } else if (!Fill()) {
-        return false;
-    }
+    if (!inWindow && !Fill()) return false;
     uint32_t size;
     std::memcpy(&size, window_.data() + (end_ - windowPlace_) + offsetof(RecordHeader, size), sizeof size);
     size = SwapLong(size);
@@ -233,8 +227,16 @@ bool GroupWalk::Next() {
     record_ = {walked_++, end_, size};
     end_ += size;
     damaged_ = false;
-    NoteRecord(file_, record_);
+    Note();
     return true;
+}
+
+void GroupWalk::Note() {
+    if (offsetsUsed_ != globals->offsetsUsed) {
+        offsets_ = file_.offsets();
+        offsetsUsed_ = globals->offsetsUsed;
+    }
+    NoteRecord(offsets_, record_);
 }
 
 bool FindRecord(GroupFile& file, uint32_t number, RecordPlace& found) {
@@ -294,7 +296,7 @@ bool AppendToGroup(const char* groupName, const void* record, uint32_t bytes, ui
     // What an append that was cut short has left may be longer than this record.
     if (file.length() > end + bytes) file.CutAt(end + bytes);
     file.KeepOffsets();
-    NoteRecord(file, {count, end, bytes});
+    NoteRecord(file.offsets(), {count, end, bytes});
     *number = count;
     return true;
 }

@@ -104,9 +104,10 @@ public:
 
 private:
     bool Fill();
+    void Note();
 
-    static constexpr uint32_t kSmallestWindow = 0x1000;
-    static constexpr uint32_t kLargestWindow = 0x10000;
+    static constexpr uint32_t kWindowBytes = 0x10000;
+    static constexpr uint32_t kLongRecordBytes = 2048; ///< on average
 
     GroupFile& file_;
     RecordPlace record_{};
@@ -114,10 +115,10 @@ private:
     uint32_t end_ = kCountBytes;
     uint32_t windowPlace_ = 0;
     uint32_t windowBytes_ = 0;
-    uint32_t windowSize_ = kSmallestWindow;
-    bool usedAgain_ = false;
     bool damaged_ = false;
-    std::array<uint8_t, kLargestWindow> window_;
+    GroupOffsets* offsets_ = nullptr;
+    int64_t offsetsUsed_ = -1; ///< `offsets_` stands while no table was asked for since
+    std::array<uint8_t, kWindowBytes> window_;
 };
 
 /// Finds record `number`; false if it is not there.

@@ -1,9 +1,11 @@
 #include "plugin/store/record_index.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstring>
 #include <span>
+#include <utility>
 
 #include "plugin/frame/globals.h"
 #include "plugin/store/header_walk.h"
@@ -44,31 +46,36 @@ bool Before(const RihItem& a, const RihItem& b) {
     return CompareNames(a, b) < 0;
 }
 
+constexpr uint64_t ListBytes(uint64_t items) {
+    return kListCountBytes + items * sizeof(RihItem);
+}
+
+// Makes room for one more item, or fails for lack of memory.
+bool GrowList(MemoryHandle* list, int32_t count) {
+    const uint64_t bytes = ListBytes(uint64_t{static_cast<uint32_t>(count)} + 1);
+    const MemoryHandle large = ResizeHandle(*list, bytes, kSmallGrain);
+    if (large == nullptr) return StoreFails(StoreTrouble::kMemory);
+    *list = large;
+    return true;
+}
+
 // Inserts an item at a row, or loses it if memory runs out.
 void InsertAt(MemoryHandle* list, int32_t row, const RihItem& item) {
     const int32_t count = RihCount(*list);
-    const uint64_t bytes = kListCountBytes + (static_cast<uint64_t>(count) + 1) * sizeof(RihItem);
-    const MemoryHandle large = ResizeHandle(*list, bytes, kSmallGrain);
-    if (large == nullptr) {
-        StoreFails(StoreTrouble::kMemory);
-        return;
-    }
-    *list = large;
-    RihItem* place = RihItemOfRow(large, row);
+    if (!GrowList(list, count)) return;
+    RihItem* place = RihItemOfRow(*list, row);
     std::memmove(place + 1, place, static_cast<size_t>(count - row) * sizeof(RihItem));
     *place = item;
-    SetCount(large, count + 1);
+    SetCount(*list, count + 1);
 }
 
-RihItem MakeItem(const char* groupPath, uint32_t recNo, const char* name, const char* kind,
-                 uint32_t created) {
-    RihItem item;
-    item.recNo = recNo;
-    SetText(item.name, name, kRecordNameBytes);
-    SetText(item.kind, kind, kRecordNameBytes);
-    SetText(item.groupPath, groupPath, kRihPathBytes);
-    item.created = created;
-    return item;
+void FillItem(RihItem* item, const char* groupPath, uint32_t recNo, const char* name, const char* kind,
+              uint32_t created) {
+    item->recNo = recNo;
+    SetText(item->name, name, kRecordNameBytes);
+    SetText(item->kind, kind, kRecordNameBytes);
+    SetText(item->groupPath, groupPath, kRihPathBytes);
+    item->created = created;
 }
 
 } // namespace
@@ -91,7 +98,8 @@ int32_t AidbAddItemRIHList(MemoryHandle* list, const char* groupPath, uint32_t r
                            const char* kind, uint32_t created) {
     const TraceScope trace("AidbAddItemRIHList");
     if (*list == nullptr) return 0;
-    const RihItem item = MakeItem(groupPath, recNo, name, kind, created);
+    RihItem item;
+    FillItem(&item, groupPath, recNo, name, kind, created);
     RihItem* first = RihItemOfRow(*list, 0);
     RihItem* place = std::upper_bound(first, first + RihCount(*list), item, Before);
     InsertAt(list, static_cast<int32_t>(place - first), item);
@@ -161,19 +169,55 @@ struct SortEntry {
     }
 };
 
+constexpr uint32_t kDigitBits = 11;
+constexpr uint32_t kDigits = (64 + kDigitBits - 1) / kDigitBits;
+constexpr uint32_t kDigitValues = 1u << kDigitBits;
+constexpr size_t kFewEntries = 4096; ///< sorted by comparing
+
+// Sorts by key, from the lowest digit up, leaving equal ones as they are: entries come in the order of rows.
+// Digits that all keys have in common, such as the zeros behind short texts, are passed over.
+void SortByDigits(std::span<SortEntry> entries, std::span<SortEntry> spare) {
+    std::array<std::array<uint32_t, kDigitValues>, kDigits> ends{};
+    const auto digit = [](uint64_t key, uint32_t pass) {
+        return key >> (kDigitBits * pass) & (kDigitValues - 1);
+    };
+    for (const SortEntry& entry : entries)
+        for (uint32_t pass = 0; pass < kDigits; ++pass) ++ends[pass][digit(entry.key, pass)];
+    std::span<SortEntry> from = entries, to = spare.first(entries.size());
+    for (uint32_t pass = 0; pass < kDigits; ++pass) {
+        if (ends[pass][digit(entries[0].key, pass)] == entries.size()) continue;
+        uint32_t sum = 0;
+        for (uint32_t& value : ends[pass]) sum += std::exchange(value, sum);
+        for (const SortEntry& entry : from) to[ends[pass][digit(entry.key, pass)]++] = entry;
+        std::swap(from, to);
+    }
+    if (from.data() != entries.data()) std::ranges::copy(from, entries.begin());
+}
+
 // Sorts by the words from `word` on: by one word all at once, then each stretch of equal ones by the next.
-// The items themselves are touched once for a word, not for each comparison.
-void SortEntries(std::span<SortEntry> entries, const RihItem* items, int16_t mode, uint32_t word) {
+// The items themselves are touched once for a word, not for each comparison.  Entries come in the order of
+// rows; `spare` is at least as long.
+void SortEntries(std::span<SortEntry> entries, std::span<SortEntry> spare, const RihItem* items, int16_t mode,
+                 uint32_t word) {
     for (SortEntry& entry : entries) entry.key = KeyWord(items[entry.row], mode, word);
-    if (!std::is_sorted(entries.begin(), entries.end())) std::sort(entries.begin(), entries.end());
+    if (entries.size() > kFewEntries) {
+        SortByDigits(entries, spare);
+    } else if (!std::is_sorted(entries.begin(), entries.end())) {
+        std::sort(entries.begin(), entries.end());
+    }
     while (!entries.empty()) {
         const uint64_t key = entries[0].key;
         const uint32_t next = NextWord(mode, word, key);
         const auto end = std::ranges::find_if(entries, [key](const SortEntry& e) { return e.key != key; });
         const auto equal = entries.first(static_cast<size_t>(end - entries.begin()));
-        if (equal.size() > 1 && next < KeyWords(mode)) SortEntries(equal, items, mode, next);
+        if (equal.size() > 1 && next < KeyWords(mode)) SortEntries(equal, spare, items, mode, next);
         entries = entries.subspan(equal.size());
     }
+}
+
+void FetchAhead(const RihItem& item) {
+    for (size_t at = 0; at < sizeof item; at += 64)
+        __builtin_prefetch(reinterpret_cast<const char*>(&item) + at);
 }
 
 // Puts each item where it belongs, along the circles in which they change places.
@@ -184,6 +228,7 @@ void ArrangeItems(std::span<SortEntry> entries, RihItem* items) {
         uint32_t place = start;
         while (entries[place].row != start) {
             const uint32_t from = entries[place].row;
+            FetchAhead(items[entries[entries[from].row].row]);
             items[place] = items[from];
             entries[place].row = place;
             place = from;
@@ -193,18 +238,23 @@ void ArrangeItems(std::span<SortEntry> entries, RihItem* items) {
     }
 }
 
-RihItem MakeItemOfHeader(const char* groupPath, uint32_t recNo, const RecordHeader& header) {
-    return MakeItem(groupPath, recNo, header.name, header.kind, SwapLong(header.created));
+void FillItemOfHeader(RihItem* item, const char* groupPath, uint32_t recNo, const RecordHeader& header) {
+    FillItem(item, groupPath, recNo, header.name, header.kind, SwapLong(header.created));
 }
 
 } // namespace
 
 void AppendRihItem(MemoryHandle* list, const char* groupPath, uint32_t recNo, const RecordHeader& header) {
-    if (*list != nullptr) InsertAt(list, RihCount(*list), MakeItemOfHeader(groupPath, recNo, header));
+    if (*list == nullptr) return;
+    const int32_t count = RihCount(*list);
+    if (!GrowList(list, count)) return;
+    FillItemOfHeader(RihItemOfRow(*list, count), groupPath, recNo, header);
+    SetCount(*list, count + 1);
 }
 
 void RefreshRihItem(RihItem* item, const RecordHeader& header) {
-    *item = MakeItemOfHeader(item->groupPath, item->recNo, header);
+    const RihItem old = *item;
+    FillItemOfHeader(item, old.groupPath, old.recNo, header);
 }
 
 void KeepRihItems(MemoryHandle list, const uint8_t* keep) {
@@ -219,14 +269,15 @@ void SortRihList(MemoryHandle list) {
     const auto count = static_cast<uint32_t>(RihCount(list));
     if (count < 2) return;
     RihItem* items = RihItemOfRow(list, 0);
-    HandleOwner scratch(NewHandle(uint64_t{count} * sizeof(SortEntry), kSmallGrain));
+    HandleOwner scratch(NewHandle(2 * uint64_t{count} * sizeof(SortEntry), kSmallGrain));
     if (scratch.bytes() == nullptr) {
         std::stable_sort(items, items + count, Before);
         return;
     }
-    const std::span entries(reinterpret_cast<SortEntry*>(scratch.bytes()), count);
+    const std::span both(reinterpret_cast<SortEntry*>(scratch.bytes()), 2 * size_t{count});
+    const std::span entries = both.first(count);
     for (uint32_t row = 0; row < count; ++row) entries[row].row = row;
-    SortEntries(entries, items, globals->sortMode, 0);
+    SortEntries(entries, both.subspan(count), items, globals->sortMode, 0);
     ArrangeItems(entries, items);
 }
 
@@ -239,10 +290,14 @@ int32_t LoadRihList(const char* groupName) {
     FreeHandle(globals->rihList);
     HandleOwner list(NewRihList());
     if (list.get() == nullptr) return 0;
-    const HeaderReach reach =
-        ForEachHeader(groupName, [&list, groupName](uint32_t number, const RecordHeader& header) {
-            AppendRihItem(&list.get(), groupName, number, header);
-        });
+    const auto makeRoom = [&list](uint32_t count) {
+        if (const MemoryHandle large = ResizeHandle(list.get(), ListBytes(count), kSmallGrain))
+            list.get() = large;
+    };
+    const auto add = [&list, groupName](uint32_t number, const RecordHeader& header) {
+        AppendRihItem(&list.get(), groupName, number, header);
+    };
+    const HeaderReach reach = ForEachHeader(groupName, makeRoom, add);
     // Without memory for all of it there is none, rather than one that leaves records out.
     if (!reach.opened || RihCount(list.get()) != static_cast<int32_t>(reach.walked)) return 0;
     SortRihList(list.get());
