@@ -9,7 +9,7 @@
 namespace sample {
 
 inline constexpr double kPageWidth = 595, kPageHeight = 842;
-inline constexpr int kColumns = 4, kRows = 7;
+inline constexpr int kColumns = 4, kRows = 6;
 
 /// The part of a cell that art fills, in points, counted from the upper left cell.
 inline HostRect Cell(int column, int row) {

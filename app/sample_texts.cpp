@@ -137,6 +137,32 @@ void AddChain(Document& document, Art* layer) {
     }
 }
 
+// "Flowers and birds", in the paint of an ink, over "ﾊﾅ" in half-width letters; part of a group that is seen
+// through.
+void AddInkedText(Document& document, Art* layer) {
+    const HostRect cell = Cell(2, 5);
+    Art* group = document.PrependArt(kArtGroup, layer);
+    group->blend.opacity = 0.8;
+    auto story = std::make_shared<workbench::Story>();
+    Words words{u"\u82B1\u3068\u9CE5", Letters(kJapaneseFont, 34)};
+    if (const workbench::CustomColor* ink = document.FindCustomColor("Indigo, dark = 1")) {
+        words.character.fillColor.kind = kColorCustom;
+        words.character.fillColor.u.custom = {ink->handle, 0.25};
+    }
+    Append(*story, words);
+    words.text = u"\r\uFF8A\uFF85";
+    words.character.fontSize = 18;
+    words.character.verticalScale = 1.5;
+    words.character.dashes = {2, 1};
+    words.character.stroke = true;
+    words.character.fill = false;
+    words.character.strokeColor = workbench::FourColor(0, 0.6, 0.9, 0.1);
+    Append(*story, words);
+    TextFrameData& frame =
+        AddFrame(document, group, workbench::kPointText, workbench::kHorizontalText, story);
+    frame.matrix = {1, 0, 0.2, 1, cell.left, cell.bottom + 60};
+}
+
 } // namespace
 
 void AddTexts(Document& document, Art* layer) {
@@ -144,6 +170,7 @@ void AddTexts(Document& document, Art* layer) {
     AddPathText(document, layer);
     AddVerticalText(document, layer);
     AddChain(document, layer);
+    AddInkedText(document, layer);
 }
 
 } // namespace sample

@@ -13,6 +13,8 @@ using workbench::TextFrameData;
 
 namespace {
 
+constexpr size_t kLongRun = 300; ///< letters, more than a record's run takes
+
 class Writer {
 public:
     explicit Writer(const RandomTextSource& source) : source_(source) {}
@@ -37,9 +39,14 @@ public:
 
     void SetStory(workbench::Story& story) {
         for (int runs = Below(5); runs-- > 0;) {
-            const auto character = std::make_shared<const CharacterAttributes>(Character());
+            const std::u16string words = Words();
+            CharacterAttributes attributes = Character();
+            // Each letter in an ink of Lab values takes a row of a record's table, which has 255.
+            if (source_.recordable && words.size() >= kLongRun)
+                attributes.fillColor = attributes.strokeColor = HostColor{};
+            const auto character = std::make_shared<const CharacterAttributes>(attributes);
             const auto paragraph = std::make_shared<const ParagraphAttributes>(Paragraph());
-            InsertText(story, story.text.size(), Words(), {character, paragraph});
+            InsertText(story, story.text.size(), words, {character, paragraph});
         }
         if (story.text.empty()) return;
         // Neighbours of the same kerning are one run to a record, so no two are the same.
@@ -66,7 +73,7 @@ private:
         std::u16string words = kWords[Below(std::size(kWords))];
         if (!source_.recordable && Often(30)) words += kRare[Below(std::size(kRare))];
         if (source_.recordable && Often(10)) words += u"\u00E9";
-        if (Often(3)) words = std::u16string(300, u'\u9577');
+        if (Often(3)) words = std::u16string(kLongRun, u'\u9577');
         return words;
     }
 
