@@ -73,7 +73,8 @@ TEST_F(SampleTest, GoesBackToItsLayersWhereThatIsAskedFor) {
     for (const char* layers : {"--layers", "--no-layers"}) {
         Run({"place", "--db", Path("db"), "G", "0", "--at", "0,0", layers, "--out", Path("placed.json")});
         std::set<std::string> titles;
-        for (const Json& layer : Read("placed.json")["layers"])
+        const Json placed = Read("placed.json");
+        for (const Json& layer : placed["layers"])
             if (!layer["art"].empty()) titles.insert(layer["title"]);
         if (std::string(layers) == "--layers") {
             EXPECT_EQ(titles, (std::set<std::string>{"Words and pictures", "\u7DDA\u3068\u8272"}));

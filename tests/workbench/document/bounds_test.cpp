@@ -43,7 +43,6 @@ TEST_F(BoundsTest, ArtWithoutExtentHasNone) {
     HostRect rect{1, 2, 3, 4};
     EXPECT_FALSE(document_.Bounds(*document_.CurrentLayer().root, &rect));
     EXPECT_FALSE(document_.Bounds(*NewPath({}, true), &rect));
-    EXPECT_FALSE(document_.Bounds(*document_.AppendArt(kArtTextFrame, nullptr), &rect));
     EXPECT_FALSE(document_.Bounds(*document_.AppendArt(kArtRaster, nullptr), &rect));
     EXPECT_EQ(rect.left, 1);
 }
