@@ -115,7 +115,8 @@ void AddChain(Document& document, Art* layer) {
     auto story = std::make_shared<workbench::Story>();
     Words words{
         u"A record stands on its own. Its colours are kept by value, its patterns come along as art, and "
-        u"every place is counted from its lower left corner.\r",
+        u"every place is counted from its lower left corner. It needs no document, no swatch and no layer to "
+        u"be put on a page again, ten years later as on the first day.\r",
         Letters(kLatinFont, 9)};
     words.paragraph.justification = 3;
     words.paragraph.firstLineIndent = 10;

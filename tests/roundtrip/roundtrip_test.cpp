@@ -59,6 +59,7 @@ TEST_F(RoundTripTest, ARebuiltDocumentIsTheOneThatWasRegisteredAndStaysSo) {
                                            "gradient in a pattern",
                                            "gradient stop beyond 32",
                                            "stop opacity",
+                                           "number beyond Fixed",
                                            "tag of an image",
                                            "tag of a mesh",
                                            "tag of another type",
