@@ -213,8 +213,8 @@ constexpr struct {
     int32_t kind;
     HostError (*capture)(CaptureWalk& walk, ArtHandle art, int32_t depth);
 } kCaptures[] = {
-    {kArtGroup, CaptureGroup},   {kArtPath, CapturePath},     {kArtCompoundPath, CaptureCompoundPath},
-    {kArtPlaced, CapturePlaced}, {kArtRaster, CaptureRaster}, {kArtPlugin, CapturePluginArt},
+    {kArtGroup, CaptureGroup},   {kArtPath, CapturePath},      {kArtCompoundPath, CaptureCompoundPath},
+    {kArtPlaced, CapturePlaced}, {kArtRaster, CaptureRaster},  {kArtPlugin, CapturePluginArt},
     {kArtMesh, CaptureMesh},     {kArtTextFrame, CaptureText},
 };
 

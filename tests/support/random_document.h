@@ -9,6 +9,6 @@ enum class RandomArt {
 };
 
 /// Fills an empty document with one or two layers of nested groups, compound paths, paths, images, meshes,
-/// text, plug-in art and styled art.  Their paints are of all kinds, gradients and patterns within patterns among
-/// them.  The same seed gives the same art.
+/// text, plug-in art and styled art.  Their paints are of all kinds, gradients and patterns within patterns
+/// among them.  The same seed gives the same art.
 void FillRandomDocument(workbench::Document& document, RandomArt art, unsigned seed);

@@ -3,9 +3,10 @@
 /// The host is strict.  What a real host would forgive now and crash on later is recorded as a fault: stale
 /// handles, handles of another kind, art of a kind that an operation doesn't take, missing out pointers,
 /// art made where none may be, suites used while they aren't acquired, uses never given back, host strings,
-/// paths and ports never disposed of, references never released, blocks freed twice.  A call that fails for a good reason is no fault:
-/// no such name, no document, a locked layer, a value out of range (stored data brings those), a refusal
-/// on request and, once there was one, a missing handle or an index that follows from it.
+/// paths and ports never disposed of, references never released, blocks freed twice.  A call that fails for a
+/// good reason is no fault: no such name, no document, a locked layer, a value out of range (stored data
+/// brings those), a refusal on request and, once there was one, a missing handle or an index that follows
+/// from it.
 ///
 /// The suites' tables are plain functions, so there is one current host for each process, used by one
 /// thread.

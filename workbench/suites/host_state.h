@@ -72,8 +72,8 @@ struct HostState {
     PictureFiles* pictures = nullptr;
     FontList* fonts = nullptr;
     std::map<std::string, std::unique_ptr<HostFontKey>> fontKeys; ///< given out so far, by name
-    HandleTable handles; ///< texts, paths, ports, plug-in groups
-    size_t loaned = 0;   ///< texts, paths and ports that the plug-in has to dispose of
+    HandleTable handles;                                          ///< texts, paths, ports, plug-in groups
+    size_t loaned = 0; ///< texts, paths and ports that the plug-in has to dispose of
     std::vector<std::unique_ptr<HostPluginGroup>> pluginGroups;
     std::unique_ptr<HostMeshVertex> meshVertex;   ///< null: none given out, or taken back
     std::unique_ptr<HostMeshSegment> meshSegment; ///< likewise

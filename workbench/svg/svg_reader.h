@@ -22,7 +22,7 @@ struct ReadReport {
     std::map<std::string, int> losses; ///< how often by a short name: "filter", "mask", "text", "image" ...
     std::map<std::string, std::string> missingFonts; ///< a family, as the file names it, to the font that
                                                      ///< stands in for it, as FontList names it
-    std::vector<std::string> notes;    ///< sentences for a person, such as where the file is damaged
+    std::vector<std::string> notes; ///< sentences for a person, such as where the file is damaged
 };
 
 /// Reads a file's content, SVG or SVG packed by gzip (known by its first bytes, not by its name).
