@@ -40,7 +40,7 @@ std::unique_ptr<Document> OpenDocument(const std::string& path, workbench::ReadR
     return document;
 }
 
-void LeaveOutMissingPictures(Document& document) {
+int LeaveOutMissingPictures(Document& document) {
     std::vector<ArtHandle> missing;
     for (size_t i = 0; i < document.LayerCount(); ++i) {
         workbench::ForEachArt(*document.LayerAt(i).root, [&](const workbench::Art& art) {
@@ -51,6 +51,7 @@ void LeaveOutMissingPictures(Document& document) {
         });
     }
     for (const ArtHandle art : missing) document.DisposeArt(document.Find(art));
+    return static_cast<int>(missing.size());
 }
 
 bool KnownExtension(const std::string& path, std::string* error) {

@@ -15,7 +15,8 @@ std::unique_ptr<workbench::Document> OpenDocument(const std::string& path, workb
                                                   std::string* error, const std::string& picturesBelow = {});
 
 /// Takes out linked pictures whose files aren't there: a record with such a link could never be placed whole.
-void LeaveOutMissingPictures(workbench::Document& document);
+/// @return how many
+int LeaveOutMissingPictures(workbench::Document& document);
 
 /// Whether `path` ends in an extension that SaveDocument knows; if not, a sentence in *error.
 bool KnownExtension(const std::string& path, std::string* error);
