@@ -8,6 +8,7 @@
 #include "app/compare_rasters.h"
 #include "app/compare_texts.h"
 #include "app/difference_list.h"
+#include "workbench/document/matrix.h"
 #include "workbench/render/page_files.h"
 
 using workbench::Art;
@@ -234,15 +235,12 @@ private:
         for (size_t i = 0; i < expected.size(); ++i) Near(expected[i], actual[i], place, "matrix");
     }
 
-    static HostPoint Map(const HostMatrix& m, const HostPoint& p) {
-        return {m.a * p.x + m.c * p.y + m.tx, m.b * p.x + m.d * p.y + m.ty};
-    }
-
     void GradientOf(const HostGradientUse& a, const HostGradientUse& b, const std::string& place) {
         MatrixOf(a.matrix, b.matrix, place);
         // The origin is stored in gradient space: its step and the matrix's grow with each other on the page.
         const HostPoint shift = inPattern_ ? patternOrigin_ : HostPoint{0, 0};
-        const HostPoint expected = Map(a.matrix, a.origin), actual = Map(b.matrix, b.origin);
+        const HostPoint expected = workbench::Apply(a.matrix, a.origin),
+                        actual = workbench::Apply(b.matrix, b.origin);
         const HostMatrix& m = a.matrix;
         const double room =
             4 * kFixedStep *

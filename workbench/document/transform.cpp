@@ -2,37 +2,23 @@
 #include <memory>
 
 #include "workbench/document/document.h"
+#include "workbench/document/matrix.h"
 #include "workbench/document/story.h"
 
 namespace workbench {
 
 namespace {
 
-HostPoint Mapped(const HostMatrix& m, const HostPoint& p) {
-    return {m.a * p.x + m.c * p.y + m.tx, m.b * p.x + m.d * p.y + m.ty};
-}
-
-/// First `inner`, then `outer`.
-HostMatrix Joined(const HostMatrix& outer, const HostMatrix& inner) {
-    const HostPoint moved = Mapped(outer, {inner.tx, inner.ty});
-    return {outer.a * inner.a + outer.c * inner.b,
-            outer.b * inner.a + outer.d * inner.b,
-            outer.a * inner.c + outer.c * inner.d,
-            outer.b * inner.c + outer.d * inner.d,
-            moved.x,
-            moved.y};
-}
-
 void TransformPaint(HostColor& color, const HostMatrix& matrix) {
     if (color.kind == kColorGradient)
-        color.u.gradient.matrix = Joined(matrix, color.u.gradient.matrix);
+        color.u.gradient.matrix = Concat(matrix, color.u.gradient.matrix);
     else if (color.kind == kColorPattern)
-        color.u.pattern.matrix = Joined(matrix, color.u.pattern.matrix);
+        color.u.pattern.matrix = Concat(matrix, color.u.pattern.matrix);
 }
 
 void TransformPath(PathData& path, const HostMatrix& matrix, double lineScale, bool withPaint) {
     for (HostPathSegment& segment : path.segments) {
-        for (HostPoint* point : {&segment.anchor, &segment.in, &segment.out}) *point = Mapped(matrix, *point);
+        for (HostPoint* point : {&segment.anchor, &segment.in, &segment.out}) *point = Apply(matrix, *point);
     }
     if (withPaint) TransformPaint(path.style.fill, matrix);
     if (withPaint) TransformPaint(path.style.stroke, matrix);
@@ -75,7 +61,7 @@ void TransformCharacters(Story& story, StoryRange range, const HostMatrix& matri
 void TransformText(Document& document, const Art& art, TextFrameData& text, const HostMatrix& matrix,
                    double lineScale, bool withPaint) {
     const StoryRange range = ShownRange(document, art);
-    text.matrix = Joined(matrix, text.matrix);
+    text.matrix = Concat(matrix, text.matrix);
     if (text.frameKind != kPointText) text.matrix.tx = text.matrix.ty = 0;
     Art* path = document.Find(text.path);
     if (path && path->path()) TransformPath(*path->path(), matrix, lineScale, withPaint);
@@ -84,10 +70,10 @@ void TransformText(Document& document, const Art& art, TextFrameData& text, cons
 
 /// Tangents are ways and not places.
 void TransformMesh(MeshData& mesh, const HostMatrix& matrix) {
-    ForEachMeshPoint(mesh, [&](HostPoint& point) { point = Mapped(matrix, point); });
+    ForEachMeshPoint(mesh, [&](HostPoint& point) { point = Apply(matrix, point); });
     const HostMatrix turned{matrix.a, matrix.b, matrix.c, matrix.d, 0, 0};
     for (MeshVertex& vertex : mesh.vertices) {
-        for (MeshSpoke& spoke : vertex.spokes) spoke.tangent = Mapped(turned, spoke.tangent);
+        for (MeshSpoke& spoke : vertex.spokes) spoke.tangent = Apply(turned, spoke.tangent);
     }
 }
 
@@ -99,9 +85,9 @@ void Document::Transform(Art& art, const HostMatrix& matrix, double lineScale, b
         if (PathData* path = member.path())
             TransformPath(*path, matrix, lineScale, withPaint);
         else if (auto* placed = std::get_if<PlacedData>(&member.data))
-            placed->matrix = Joined(matrix, placed->matrix);
+            placed->matrix = Concat(matrix, placed->matrix);
         else if (auto* raster = std::get_if<RasterData>(&member.data))
-            raster->matrix = Joined(matrix, raster->matrix);
+            raster->matrix = Concat(matrix, raster->matrix);
         else if (auto* mesh = std::get_if<MeshData>(&member.data))
             TransformMesh(*mesh, matrix);
         else if (auto* text = std::get_if<TextFrameData>(&member.data))

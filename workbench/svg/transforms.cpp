@@ -79,15 +79,6 @@ bool OperationMatrix(Operation operation, const double (&v)[6], int count, HostM
 
 } // namespace
 
-HostMatrix Concat(const HostMatrix& o, const HostMatrix& i) {
-    return {o.a * i.a + o.c * i.b, o.b * i.a + o.d * i.b,          o.a * i.c + o.c * i.d,
-            o.b * i.c + o.d * i.d, o.a * i.tx + o.c * i.ty + o.tx, o.b * i.tx + o.d * i.ty + o.ty};
-}
-
-HostPoint Apply(const HostMatrix& m, HostPoint p) {
-    return {m.a * p.x + m.c * p.y + m.tx, m.b * p.x + m.d * p.y + m.ty};
-}
-
 double Determinant(const HostMatrix& m) {
     return m.a * m.d - m.b * m.c;
 }

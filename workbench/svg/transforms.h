@@ -1,19 +1,16 @@
 /// Affine maps and how SVG writes them.
 ///
-/// Maps are HostMatrix: x' = a x + c y + tx, y' = b x + d y + ty, in SVG's own order of the six numbers.
+/// Maps are HostMatrix, in SVG's own order of the six numbers.
 #pragma once
 
 #include <string_view>
 
-#include "suites/host_types.h"
+#include "workbench/document/matrix.h"
 
 namespace workbench {
 
 inline constexpr HostMatrix kIdentity{1, 0, 0, 1, 0, 0};
 
-/// First `inner`, then `outer`.
-HostMatrix Concat(const HostMatrix& outer, const HostMatrix& inner);
-HostPoint Apply(const HostMatrix& matrix, HostPoint point);
 double Determinant(const HostMatrix& matrix);
 bool IsFinite(const HostMatrix& matrix);
 

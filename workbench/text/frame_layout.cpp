@@ -4,6 +4,7 @@
 #include <cmath>
 #include <optional>
 
+#include "workbench/document/matrix.h"
 #include "workbench/document/story.h"
 #include "workbench/text/frame_path.h"
 #include "workbench/text/lines.h"
@@ -12,25 +13,12 @@ namespace workbench {
 
 namespace {
 
-HostMatrix Joined(const HostMatrix& outer, const HostMatrix& inner) {
-    return {outer.a * inner.a + outer.c * inner.b,
-            outer.b * inner.a + outer.d * inner.b,
-            outer.a * inner.c + outer.c * inner.d,
-            outer.b * inner.c + outer.d * inner.d,
-            outer.a * inner.tx + outer.c * inner.ty + outer.tx,
-            outer.b * inner.tx + outer.d * inner.ty + outer.ty};
-}
-
-HostPoint Mapped(const HostMatrix& m, HostPoint p) {
-    return {m.a * p.x + m.c * p.y + m.tx, m.b * p.x + m.d * p.y + m.ty};
-}
-
 std::optional<HostMatrix> Inverted(const HostMatrix& m) {
     const double determinant = m.a * m.d - m.b * m.c;
     if (determinant == 0 || !std::isfinite(1 / determinant)) return std::nullopt;
     const HostMatrix linear{
         m.d / determinant, -m.b / determinant, -m.c / determinant, m.a / determinant, 0, 0};
-    const HostPoint origin = Mapped(linear, {m.tx, m.ty});
+    const HostPoint origin = Apply(linear, {m.tx, m.ty});
     return HostMatrix{linear.a, linear.b, linear.c, linear.d, -origin.x, -origin.y};
 }
 
@@ -47,26 +35,26 @@ public:
 
     /// @param turn  from where the cell lies alone, at (0, 0), to the space of the lines
     void AddCell(const Cell& cell, const HostMatrix& turn) {
-        const HostMatrix toArt = Joined(frame_.matrix, Joined(textFromLines_, turn));
+        const HostMatrix toArt = Concat(frame_.matrix, Concat(textFromLines_, turn));
         for (const ShapedGlyph& glyph : cell.glyphs) {
             // Outlines have y up, lines have it down.
             const HostMatrix outline{cell.along, 0, 0, -cell.across, glyph.x, glyph.y - cell.rise};
             layout_->letters.push_back(
-                {cell.font, glyph.glyph, Joined(toArt, outline), cell.style, cell.first});
+                {cell.font, glyph.glyph, Concat(toArt, outline), cell.style, cell.first});
         }
     }
 
     void AddPlace(const PlacedCell& placed) {
         layout_->places.push_back({placed.cell->first, placed.cell->end,
-                                   Mapped(textFromLines_, {placed.x, placed.y}), placed.advance});
+                                   Apply(textFromLines_, {placed.x, placed.y}), placed.advance});
     }
 
     void AddLine(const Line& line) {
-        const HostPoint a = Mapped(textFromLines_, {line.left, line.top});
-        const HostPoint b = Mapped(textFromLines_, {line.right, line.bottom});
+        const HostPoint a = Apply(textFromLines_, {line.left, line.top});
+        const HostPoint b = Apply(textFromLines_, {line.right, line.bottom});
         const HostRect box{std::min(a.x, b.x), std::max(a.y, b.y), std::max(a.x, b.x), std::min(a.y, b.y)};
-        layout_->lines.push_back({line.first, line.end, Mapped(textFromLines_, {line.left, line.baseline}),
-                                  Mapped(textFromLines_, {line.right, line.baseline}), box});
+        layout_->lines.push_back({line.first, line.end, Apply(textFromLines_, {line.left, line.baseline}),
+                                  Apply(textFromLines_, {line.right, line.baseline}), box});
         AddBox(box, frame_.matrix);
     }
 
@@ -75,7 +63,7 @@ public:
                                        {box.right, box.top},
                                        {box.left, box.bottom},
                                        {box.right, box.bottom}}) {
-            const HostPoint p = Mapped(matrix, corner);
+            const HostPoint p = Apply(matrix, corner);
             HostRect& sum = layout_->box;
             if (!layout_->hasBox) sum = {p.x, p.y, p.x, p.y};
             layout_->hasBox = true;
@@ -123,9 +111,9 @@ public:
                                   point.y - direction.y * placed.advance / 2};
             AddCell(*placed.cell, turn);
             layout_->places.push_back({placed.cell->first, placed.cell->end,
-                                       Mapped(textFromLines_, {turn.tx, turn.ty}), placed.advance});
+                                       Apply(textFromLines_, {turn.tx, turn.ty}), placed.advance});
             AddBox({0, -line.top, placed.advance, -line.bottom},
-                   Joined(frame_.matrix, Joined(textFromLines_, Joined(turn, {1, 0, 0, -1, 0, 0}))));
+                   Concat(frame_.matrix, Concat(textFromLines_, Concat(turn, {1, 0, 0, -1, 0, 0}))));
         }
     }
 
@@ -157,7 +145,7 @@ FrameLayout LayFrame(const Document& document, const Art& art, size_t first, siz
     const std::optional<HostMatrix> fromArt = Inverted(frame->matrix);
     const std::optional<HostMatrix> linesFromText = Inverted(TextFromLines(frame->orientation));
     if (!path || !path->path() || !fromArt || !linesFromText) return layout;
-    const HostMatrix toLines = Joined(*linesFromText, *fromArt);
+    const HostMatrix toLines = Concat(*linesFromText, *fromArt);
     if (frame->frameKind == kAreaText) {
         const AreaRoom room(CornersOf(*path->path(), toLines));
         setter.AddLines(LayAreaLines(story, first, end, frame->orientation, room));

@@ -4,16 +4,14 @@
 #include <cmath>
 #include <limits>
 
+#include "workbench/document/matrix.h"
+
 namespace workbench {
 
 namespace {
 
 constexpr size_t kPieces = 16;
 constexpr size_t kMostCorners = 8192;
-
-HostPoint Mapped(const HostMatrix& m, HostPoint p) {
-    return {m.a * p.x + m.c * p.y + m.tx, m.b * p.x + m.d * p.y + m.ty};
-}
 
 HostPoint OnCurve(const HostPathSegment& from, const HostPathSegment& to, double t) {
     const double s = 1 - t;
@@ -42,14 +40,13 @@ std::vector<HostPoint> CornersOf(const PathData& path, const HostMatrix& matrix,
     const size_t stride = segments.size() / kMostCorners + 1;
     const size_t curves = path.closed ? segments.size() : segments.empty() ? 0 : segments.size() - 1;
     for (size_t i = 0; i < segments.size(); ++i) {
-        if (i % stride == 0 || i + 1 == segments.size())
-            corners.push_back(Mapped(matrix, segments[i].anchor));
+        if (i % stride == 0 || i + 1 == segments.size()) corners.push_back(Apply(matrix, segments[i].anchor));
         if (starts) starts->push_back(corners.size() - 1);
         const HostPathSegment& next = segments[(i + 1) % segments.size()];
         if (i >= curves || IsStraight(segments[i], next)) continue;
         for (size_t piece = 1; piece < pieces; ++piece) {
             const double t = static_cast<double>(piece) / static_cast<double>(pieces);
-            corners.push_back(Mapped(matrix, OnCurve(segments[i], next, t)));
+            corners.push_back(Apply(matrix, OnCurve(segments[i], next, t)));
         }
     }
     if (path.closed && !corners.empty()) {
