@@ -20,58 +20,7 @@
 /// Errors.  As on Windows, a call that fails leaves its reason to GetLastError, for the calling thread.
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
-
-#define WINAPI
-#define CALLBACK
-#define APIENTRY
-
-using BYTE = uint8_t;
-using WORD = uint16_t;
-using DWORD = uint32_t;
-using INT = int;
-using UINT = unsigned int;
-using LONG = int32_t;
-using BOOL = int;
-using CHAR = char;
-using WCHAR = char16_t; ///< 16 bits as on Windows, where it is wchar_t: no L"" literals in shared code
-using ULONGLONG = uint64_t;
-using LONGLONG = int64_t;
-using SIZE_T = size_t;
-using INT_PTR = intptr_t;
-using UINT_PTR = uintptr_t;
-using WPARAM = UINT_PTR;
-using LPARAM = INT_PTR;
-using LRESULT = INT_PTR;
-using HRESULT = int32_t;
-using LPVOID = void*;
-using LPCVOID = const void*;
-using LPSTR = char*;
-using LPCSTR = const char*;
-using LPWSTR = WCHAR*;
-using LPCWSTR = const WCHAR*;
-using LPDWORD = DWORD*;
-using LPBOOL = BOOL*;
-using LPCCH = const char*;
-using LPCWCH = const WCHAR*;
-
-using HANDLE = void*;
-using HGLOBAL = HANDLE;
-using HFILE = int;
-using HWND = struct HWND__*;
-using HINSTANCE = struct HINSTANCE__*;
-using HMODULE = HINSTANCE;
-using HICON = struct HICON__*;
-using HCURSOR = HICON;
-using HBITMAP = struct HBITMAP__*;
-using HDC = struct HDC__*;
-
-#define TRUE 1
-#define FALSE 0
-#define MAX_PATH 260
-#define INVALID_HANDLE_VALUE ((HANDLE)(intptr_t)-1)
-#define HFILE_ERROR ((HFILE)-1)
+#include "windef.h"
 
 #define S_OK ((HRESULT)0)
 #define E_FAIL ((HRESULT)0x80004005)
@@ -330,11 +279,43 @@ int MultiByteToWideChar(UINT codePage, DWORD flags, LPCCH text, int bytes, LPWST
 int WideCharToMultiByte(UINT codePage, DWORD flags, LPCWCH wide, int wideLength, LPSTR text, int textSize,
                         LPCCH defaultCharacter, LPBOOL usedDefault);
 
-// ---- Shell and user -------------------------------------------------------------------------------------
+/// Milliseconds since the machine started, or since the beginning of a clock of one's own (win32/display.h).
+DWORD GetTickCount(void);
+
+// ---- Modules and their resources ------------------------------------------------------------------------
+
+#define RT_CURSOR ((LPCSTR)(uintptr_t)1)
+#define RT_BITMAP ((LPCSTR)(uintptr_t)2)
+#define RT_ICON ((LPCSTR)(uintptr_t)3)
+#define RT_DIALOG ((LPCSTR)(uintptr_t)5)
+#define RT_STRING ((LPCSTR)(uintptr_t)6)
+#define RT_GROUP_CURSOR ((LPCSTR)(uintptr_t)12)
+#define RT_GROUP_ICON ((LPCSTR)(uintptr_t)14)
+#define MAKEINTRESOURCEA(number) ((LPCSTR)(uintptr_t)(WORD)(number))
+
+using HRSRC = struct HRSRC__*;
+
+#define GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT 0x00000002
+#define GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS 0x00000004
+
+/// The module that a function or an object belongs to: both flags together, no others.
+BOOL GetModuleHandleExA(DWORD flags, LPCSTR address, HMODULE* module);
+
+/// The resources that a module was built with (win32/module_resources.h), by number alone; types are numbers
+/// or, without case, names.  The bytes are the module's own.
+HRSRC FindResourceA(HMODULE module, LPCSTR name, LPCSTR type);
+HGLOBAL LoadResource(HMODULE module, HRSRC resource);
+LPVOID LockResource(HGLOBAL resource);
+DWORD SizeofResource(HMODULE module, HRSRC resource);
+
+// ---- Shell and arithmetic -------------------------------------------------------------------------------
 
 void CoTaskMemFree(LPVOID block);
 
-/// Counted, and silent: see win32/beep.h.
-BOOL MessageBeep(UINT type);
+/// number * numerator / denominator in 64 bits, rounded half away from zero; -1 if that is no int.
+int MulDiv(int number, int numerator, int denominator);
 
 } // extern "C"
+
+#include "wingdi.h"
+#include "winuser.h"
