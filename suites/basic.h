@@ -45,6 +45,12 @@ typedef struct HostNotifierMessage {
     const char* type;
 } HostNotifierMessage;
 
+typedef struct HostActionMessage {
+    HostMessage head;
+    int32_t typeWord; /* as the action was registered with */
+    ParametersHandle parameters;
+} HostActionMessage;
+
 /* Callers and selectors of PluginMain. */
 #define HOST_CALLER_INTERFACE "SP Interface"
 #define HOST_CALLER_ACCESS "SP Access"

@@ -9,6 +9,10 @@ extern "C" {
 typedef struct AIUserSuite {
     HostError (*MessageAlert)(UnicodeStringHandle text);
     HostError (*ErrorAlert)(UnicodeStringHandle text);
+    HostError (*YesNoAlert)(UnicodeStringHandle text, int32_t* answer); /* 1 for yes */
+    /* A length in points as a text in the current ruler unit; precision -1 is the host's own.  Whole picas
+       end with "p0". */
+    HostError (*FormatRulerLength)(double points, int32_t precision, UnicodeStringHandle text);
 } AIUserSuite;
 
 /* AI Unicode String Suite, version 8: texts as the host holds them. */

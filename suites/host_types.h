@@ -45,6 +45,11 @@ typedef struct HostMenuItemTag* MenuItemHandle;
 typedef struct HostTimerTag* TimerHandle;
 typedef struct HostPanelTag* PanelHandle;
 typedef struct HostFlyoutTag* FlyoutHandle;
+typedef struct HostAccessTag* AccessHandle;
+typedef struct HostMenuGroupTag* MenuGroupHandle;
+typedef struct HostNotifierTag* NotifierHandle;
+typedef struct HostParameterTypesTag* ParameterTypesHandle;
+typedef struct HostParametersTag* ParametersHandle;
 
 typedef struct HostPoint {
     double x, y;

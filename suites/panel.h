@@ -2,8 +2,8 @@
 /// and its flyout, the interface's colours, the host's windows.
 ///
 /// Texts that a user sees are host strings; names are NUL-terminated ASCII, copied by the host.  Windows are
-/// the platform's own, as plain pointers.  What is added here stays until the plug-in has shut down, unless an
-/// entry says otherwise.
+/// the platform's own, as plain pointers.  What is added here stays until the plug-in has shut down, unless
+/// an entry says otherwise.
 #pragma once
 
 #include "suites/host_types.h"
@@ -38,8 +38,8 @@ typedef struct AIMenuSuite {
     HostError (*CheckItem)(MenuItemHandle item, int32_t on);
 } AIMenuSuite;
 
-/* AI Timer Suite, version 5.  Ticks are sixtieths of a second.  A tick comes as "AI Timer", "AI Go", also from
-   within a dialog's or a tracking loop's wait. */
+/* AI Timer Suite, version 5.  Ticks are sixtieths of a second.  A tick comes as "AI Timer", "AI Go", also
+   from within a dialog's or a tracking loop's wait. */
 typedef struct AITimerSuite {
     HostError (*AddTimer)(PluginHandle plugin, const char* name, int32_t periodTicks, int32_t options,
                           TimerHandle* timer);

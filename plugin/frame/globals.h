@@ -25,7 +25,9 @@ constexpr int kRecentRoots = 5;       ///< names in aidbfpathEx
 constexpr int kCustomColorRows = 255; ///< rows of the custom colour table
 constexpr int kCurveSteps = 64;
 constexpr int kCursorCount = 15;
-constexpr int kPanelControls = 5;
+constexpr int kListEntries = 5;
+constexpr int kPanelIcons = 20;
+constexpr int kToolTipBytes = 80;
 constexpr int16_t kNotKnown = -1;              ///< hasFolders, lastHasFolders
 constexpr double kNoPlacePoint = 2097152000.0; ///< placePoint before the first placement
 
@@ -50,9 +52,22 @@ struct pendingTag {
     char value[256];
 };
 
-struct PanelControl {
+/// The rows behind one of the panel's owner-drawn lists (plugin/panel/list_table.h).
+struct ListEntry {
     HWND window;
-    void* buffer;
+    int32_t rowCount;
+    int32_t selected;  ///< -1: none
+    MemoryHandle rows; ///< rowCount texts of kNameBytes
+};
+
+/// The tool tip on the screen and what it covers.
+struct ToolTip {
+    char text[kToolTipBytes];
+    POINT point;
+    HDC savedContext; ///< null: nothing is covered
+    HBITMAP savedBitmap;
+    HGDIOBJ oldBitmap; ///< what was selected into savedContext before
+    RECT savedArea;    ///< on the screen
 };
 
 struct Globals {
@@ -123,6 +138,15 @@ struct Globals {
     const HostBasic* hostBasic; ///< as last seen by a notifier or timer call
     PanelHandle panelRef;
     FlyoutHandle flyoutRef;
+    WNDPROC oldPanelProc; ///< the host's, while the panel's window has ours
+    HBRUSH panelBrush;
+    HFONT panelFont;
+    int16_t uiDark;       ///< flag: the host's interface is dark
+    double panelColor[4]; ///< as the theme gives them: a leading value, red, green, blue from 0 to 1
+    double panelTextColor[4];
+    HICON panelIcons[kPanelIcons]; ///< by icon number, the dark set 10 higher
+    int32_t listCount;
+    ListEntry lists[kListEntries];
     MenuItemHandle aboutMenuItem, panelMenuItem;
     TimerHandle timerRef;
     int16_t timerBusy; ///< flag
@@ -134,8 +158,8 @@ struct Globals {
     int32_t commandPending;
     int16_t menuBusy; ///< flag
     int32_t selectedRow;
-    int32_t panelControlCount;
-    PanelControl panelControls[kPanelControls];
+    uint32_t lastClickTicks; ///< of the last press on a list, 0 behind a double click
+    ToolTip toolTip;
     char selFolder[kPartBytes], selSubFolder[kPartBytes], selGroup[kPartBytes];
 
     int32_t language; ///< 0 Japanese, 1 English, 2 Korean; all but 0 show English texts

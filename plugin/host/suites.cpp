@@ -34,10 +34,23 @@ DEFINE_ACCESSOR(RealMath)
 DEFINE_ACCESSOR(User)
 DEFINE_ACCESSOR(UnicodeString)
 DEFINE_ACCESSOR(FilePath)
+DEFINE_ACCESSOR(Plugin)
+DEFINE_ACCESSOR(Menu)
+DEFINE_ACCESSOR(Timer)
+DEFINE_ACCESSOR(Notifier)
+DEFINE_ACCESSOR(Panel)
+DEFINE_ACCESSOR(PanelFlyoutMenu)
+DEFINE_ACCESSOR(UserInterfaceTheme)
+DEFINE_ACCESSOR(Context)
+DEFINE_ACCESSOR(ActionManager)
 DEFINE_ACCESSOR(TextFrame)
 DEFINE_ACCESSOR(Font)
 DEFINE_ACCESSOR(ATEPaint)
 DEFINE_ACCESSOR(ATETextUtil)
+
+const SPAccessSuite& AccessSuite() {
+    return *static_cast<const SPAccessSuite*>(SPAccessSlot);
+}
 
 #define DEFINE_ENGINE_ACCESSOR(suite)                                    \
     const ATE##suite##Suite& Engine##suite##Suite() {                    \

@@ -11,6 +11,7 @@
 #include "suites/frame.h"
 #include "suites/mesh.h"
 #include "suites/paint.h"
+#include "suites/panel.h"
 #include "suites/raster.h"
 #include "suites/text.h"
 
@@ -67,3 +68,13 @@ const AIRealMathSuite& RealMathSuite();
 const AIUserSuite& UserSuite();
 const AIUnicodeStringSuite& UnicodeStringSuite();
 const AIFilePathSuite& FilePathSuite();
+const AIPluginSuite& PluginSuite();
+const SPAccessSuite& AccessSuite();
+const AIMenuSuite& MenuSuite();
+const AITimerSuite& TimerSuite();
+const AINotifierSuite& NotifierSuite();
+const AIPanelSuite& PanelSuite();
+const AIPanelFlyoutMenuSuite& PanelFlyoutMenuSuite();
+const AIUserInterfaceThemeSuite& UserInterfaceThemeSuite();
+const AIContextSuite& ContextSuite();
+const AIActionManagerSuite& ActionManagerSuite();

@@ -1,0 +1,30 @@
+/// Where the panel's controls stand, worked out from its client size, and moving them there.
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+
+#include "suites/host_types.h"
+
+/// Rectangles from the panel's client size: needs no window.
+struct PanelPlan {
+    RECT inner; ///< between the margins, above the buttons
+    int split;  ///< left edge of the record list while the folder list is shown
+};
+PanelPlan PlanPanel(int width, int height, float browseWidth);
+
+/// Shows or hides the folder list as `browseMode` says and gives the record list its place.
+void ApplyBrowseMode(HWND panel);
+
+/// Places the controls anew after a change of size or of `browseWidth`.
+void RelayoutPanel(HWND panel, bool updateScroll);
+
+/// The host's size handler: acquires the suites by itself.
+HostError OnPanelResized(PanelHandle panel);
+
+/// Fits the range of a list's scroll bar to its rows; `reset` goes back to the top.
+void UpdateScrollRange(HWND panel, int listId, bool reset);
+
+/// `browseWidth` as it may be: 0.1 to 0.8, and 0.3 for what is no number.
+float LimitBrowseWidth(float width);

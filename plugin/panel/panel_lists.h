@@ -1,0 +1,26 @@
+/// Filling the panel's lists from the store.
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+
+/// The rows of the record list: with `reset` all anew, else the new ones behind those that are there.
+void RebuildRecordList(HWND panel, bool reset);
+
+/// The groups beside the current one, and the entry that is no group.
+void RebuildGroupCombo(HWND panel);
+
+/// Folders, open ones with their groups and subfolders; selects the current name's row, and makes another
+/// name current where that row is gone.
+void RebuildFolderList(HWND panel);
+
+/// What RebuildFolderList does for the current name, without any rows.
+void EnsureCurrentGroup();
+
+/// Selects a row of the record list.
+void SelectRecordRow(HWND panel, int32_t row);
+
+/// Opens or closes the node of a row of the folder list; 1 if it was one, else 0.
+int32_t ToggleExpanded(const char* name);
+int32_t IsExpanded(const char* name); ///< 1 if the node stands open
