@@ -10,7 +10,10 @@
 ///  - frames: a window with WS_CAPTION has a title of kCaptionHeight pixels and a border of one pixel
 ///    (win32/window_frame.h); a caption can be dragged, and closed where it has WS_SYSMENU;
 ///  - no window is minimised, maximised or made transparent, and there are no menus, accelerators and hooks;
-///  - WM_GETMINMAXINFO, WM_NCHITTEST and other messages that are not listed here are never sent.
+///  - WM_GETMINMAXINFO, WM_NCCALCSIZE and other messages that are not listed here are never sent; frames are
+///    drawn, and backgrounds erased, when a window is painted, not when it is shown;
+///  - WM_CHAR comes from the letters of the input (win32/display.h), from TranslateMessage only for keys that
+///    control: Backspace, Tab, Enter, Escape, and letters with Control.
 #pragma once
 
 #include "wingdi.h"
@@ -60,6 +63,17 @@ struct CREATESTRUCTA {
     LPCSTR lpszName;
     LPCSTR lpszClass;
     DWORD dwExStyle;
+};
+
+/// What WM_WINDOWPOSCHANGED points to.
+struct WINDOWPOS {
+    HWND hwnd;
+    HWND hwndInsertAfter;
+    int x;
+    int y;
+    int cx;
+    int cy;
+    UINT flags;
 };
 
 struct PAINTSTRUCT {
@@ -202,12 +216,22 @@ struct SCROLLINFO {
 #define WM_WINDOWPOSCHANGED 0x0047
 #define WM_NCCREATE 0x0081
 #define WM_NCDESTROY 0x0082
+#define WM_DISPLAYCHANGE 0x007E ///< to all top-level windows
+#define WM_NCHITTEST 0x0084
 #define WM_NCPAINT 0x0085
 #define WM_GETDLGCODE 0x0087
+#define WM_NCMOUSEMOVE 0x00A0
 #define WM_NCLBUTTONDOWN 0x00A1
+#define WM_NCLBUTTONUP 0x00A2
+#define WM_NCLBUTTONDBLCLK 0x00A3
+#define WM_NCRBUTTONDOWN 0x00A4
+#define WM_NCRBUTTONUP 0x00A5
 #define WM_KEYDOWN 0x0100
 #define WM_KEYUP 0x0101
 #define WM_CHAR 0x0102 ///< a byte of cp932: two of them for a double-byte character
+#define WM_SYSKEYDOWN 0x0104 ///< with Alt down, or without a focus
+#define WM_SYSKEYUP 0x0105
+#define WM_SYSCHAR 0x0106 ///< by TranslateMessage: letters and digits with Alt
 #define WM_INITDIALOG 0x0110
 #define WM_COMMAND 0x0111
 #define WM_TIMER 0x0113
@@ -234,11 +258,22 @@ struct SCROLLINFO {
 #define MK_RBUTTON 0x0002
 #define MK_SHIFT 0x0004
 #define MK_CONTROL 0x0008
+#define SIZE_RESTORED 0
 #define WA_INACTIVE 0
 #define WA_ACTIVE 1
+#define WA_CLICKACTIVE 2
+#define MA_ACTIVATE 1
+#define MA_ACTIVATEANDEAT 2
+#define MA_NOACTIVATE 3
+#define MA_NOACTIVATEANDEAT 4
+#define HTERROR (-2)
+#define HTTRANSPARENT (-1)
+#define HTNOWHERE 0
 #define HTCLIENT 1
 #define HTCAPTION 2
+#define HTBORDER 18
 #define HTCLOSE 20
+#define WHEEL_DELTA 120
 #define DLGC_WANTARROWS 0x0001
 #define DLGC_WANTTAB 0x0002
 #define DLGC_WANTALLKEYS 0x0004
@@ -337,6 +372,7 @@ extern "C" {
 #define SWP_NOZORDER 0x0004
 #define SWP_NOREDRAW 0x0008
 #define SWP_NOACTIVATE 0x0010
+#define SWP_FRAMECHANGED 0x0020 ///< the frame follows the style at once here
 #define SWP_SHOWWINDOW 0x0040
 #define SWP_HIDEWINDOW 0x0080
 #define SW_HIDE 0
@@ -352,6 +388,7 @@ extern "C" {
 #define GW_CHILD 5
 #define GWLP_WNDPROC (-4)
 #define GWLP_HINSTANCE (-6)
+#define GWLP_HWNDPARENT (-8) ///< read alone
 #define GWLP_ID (-12)
 #define GWL_STYLE (-16)
 #define GWL_EXSTYLE (-20)
