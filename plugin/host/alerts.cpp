@@ -36,11 +36,14 @@ private:
     bool borrowed_ = false;
 };
 
-void Show(const HostBasic* basic, const char* text, HostError (*AIUserSuite::*alert)(UnicodeStringHandle)) {
+constexpr int32_t kAnswerYes = 1;
+
+void Show(const HostBasic* basic, const char* text, int32_t encoding,
+          HostError (*AIUserSuite::*alert)(UnicodeStringHandle)) {
     if (!CanShowAlert()) return;
     const TextSuiteLoan loan(basic);
     if (!loan.held()) return;
-    const HostString string(text, std::strlen(text), kEncodingPlatform);
+    const HostString string(text, std::strlen(text), encoding);
     if (string.get()) (UserSuite().*alert)(string.get());
 }
 
@@ -50,10 +53,18 @@ bool CanShowAlert() {
     return AIUserSlot != nullptr;
 }
 
-void ShowMessageAlert(const HostBasic* basic, const char* text) {
-    Show(basic, text, &AIUserSuite::MessageAlert);
+void ShowMessageAlert(const HostBasic* basic, const char* text, int32_t encoding) {
+    Show(basic, text, encoding, &AIUserSuite::MessageAlert);
 }
 
-void ShowErrorAlert(const HostBasic* basic, const char* text) {
-    Show(basic, text, &AIUserSuite::ErrorAlert);
+void ShowErrorAlert(const HostBasic* basic, const char* text, int32_t encoding) {
+    Show(basic, text, encoding, &AIUserSuite::ErrorAlert);
+}
+
+bool AskYesNoAlert(const char* question, int32_t encoding) {
+    if (!CanShowAlert()) return false;
+    const HostString string(question, std::strlen(question), encoding);
+    int32_t answer = 0;
+    return string.get() && UserSuite().YesNoAlert(string.get(), &answer) == kHostNoError &&
+           answer == kAnswerYes;
 }
