@@ -30,7 +30,7 @@ std::string PrivateDocuments() {
 
 } // namespace
 
-Session::Session() {
+Session::Session() : plugin_(host_, PluginMain) {
     host_.SetPainter(&painter_);
     host_.SetPictureFiles(&pictures_);
     host_.SetFontList(&fonts_);
@@ -38,7 +38,7 @@ Session::Session() {
     std::error_code ignored;
     std::filesystem::create_directories(documents, ignored);
     SetDocumentsFolder(documents.c_str());
-    started_ = Send(HOST_SELECTOR_STARTUP);
+    started_ = plugin_.StartUp() == kHostNoError;
     if (started_) preferences_ = PreferencesText();
 }
 
@@ -46,23 +46,13 @@ Session::~Session() {
     if (started_) {
         // A command's database, order and search are its own, not what the next one begins with.
         TakePreferences(preferences_);
-        Send(HOST_SELECTOR_SHUTDOWN);
+        plugin_.ShutDown();
     }
     host_.Close();
     host_.CheckBalance(true);
     for (const std::string& fault : host_.faults())
         std::fprintf(stderr, "velquorne: fault: %s\n", fault.c_str());
     SetDocumentsFolder(nullptr);
-}
-
-bool Session::Send(const char* selector) {
-    HostMessage message{};
-    message.globals = globals_;
-    message.basic = host_.basic();
-    const workbench::Host::Message length;
-    const HostError result = PluginMain(HOST_CALLER_INTERFACE, selector, &message);
-    globals_ = message.globals;
-    return result == kHostNoError;
 }
 
 bool Session::OpenDatabase(const std::string& folder, bool create, std::string* error) {

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "workbench/module/plugin_module.h"
 #include "workbench/render/cairo_painter.h"
 #include "workbench/suites/host.h"
 #include "workbench/svg/picture_links.h"
@@ -42,14 +43,14 @@ public:
     /// Every suite call as a line on standard error.
     void Trace();
 
-private:
-    bool Send(const char* selector);
+    workbench::PluginModule& plugin() { return plugin_; }
 
+private:
     workbench::CairoPainter painter_;
     workbench::DiskPictures pictures_;
     MachineFonts fonts_;
     workbench::Host host_;
-    void* globals_ = nullptr;
+    workbench::PluginModule plugin_;
     std::string preferences_; ///< as they stood when the plug-in was up
     bool started_ = false;
 };

@@ -43,7 +43,15 @@ enum class HandleType : uint8_t {
     kKinsokuSet,
     kTextPaint,
     kTextResources,
-    kRealArray
+    kRealArray,
+    kPluginAccess,
+    kMenuGroup,
+    kMenuItem,
+    kTimer,
+    kNotifier,
+    kFlyout,
+    kPanel,
+    kParameterTypes
 };
 
 class HandleTable {

@@ -1,5 +1,7 @@
 #include "workbench/module/plugin_module.h"
 
+#include <windows.h>
+
 #include <utility>
 
 namespace workbench {
@@ -10,7 +12,9 @@ constexpr uint32_t kMessageCheck = 0x4D534721; // 'MSG!'
 
 } // namespace
 
-PluginModule::PluginModule(Host& host, HostPluginMain entry) : host_(host), entry_(entry) {}
+PluginModule::PluginModule(Host& host, HostPluginMain entry) : host_(host), entry_(entry) {
+    TellHost();
+}
 
 PluginModule::PluginModule(Host& host, std::string file) : host_(host), file_(std::move(file)) {
     LoadEntry();
@@ -18,6 +22,20 @@ PluginModule::PluginModule(Host& host, std::string file) : host_(host), file_(st
 
 PluginModule::~PluginModule() {
     if (running_ && ready()) ShutDown();
+    host_.SetPlugin({});
+}
+
+void PluginModule::TellHost() {
+    HMODULE module = nullptr;
+    GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                       reinterpret_cast<LPCSTR>(entry_), &module);
+    host_.SetPlugin({.handle = self(),
+                     .instance = module,
+                     .doAction = [this](int32_t typeWord, ParametersHandle parameters) {
+                         return Send(
+                             HOST_CALLER_ACTION, HOST_SELECTOR_DO_ACTION,
+                             HostActionMessage{.head = {}, .typeWord = typeWord, .parameters = parameters});
+                     }});
 }
 
 void PluginModule::LoadEntry() {
@@ -26,6 +44,7 @@ void PluginModule::LoadEntry() {
     if (!library_.loaded()) return;
     entry_ = reinterpret_cast<HostPluginMain>(library_.Find("PluginMain"));
     if (!entry_) error_ = file_ + " has no PluginMain";
+    TellHost();
 }
 
 HostError PluginModule::SendHead(const char* caller, const char* selector, HostMessage& message) {
@@ -49,6 +68,7 @@ HostError PluginModule::StartUp() {
 HostError PluginModule::ShutDown() {
     const HostError error = Send(HOST_CALLER_INTERFACE, HOST_SELECTOR_SHUTDOWN);
     running_ = state_ != nullptr;
+    if (!running_) host_.DropPluginObjects();
     return error;
 }
 

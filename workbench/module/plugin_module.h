@@ -53,6 +53,13 @@ public:
                     HostNotifierMessage{.head = {}, .type = type});
     }
 
+    HostError PickMenu(MenuItemHandle item) {
+        return Send(HOST_CALLER_MENU, HOST_SELECTOR_GO, HostMenuMessage{.head = {}, .item = item});
+    }
+    HostError UpdateMenu(MenuItemHandle item) {
+        return Send(HOST_CALLER_MENU, HOST_SELECTOR_UPDATE, HostMenuMessage{.head = {}, .item = item});
+    }
+
     void* state() const { return state_; } ///< the plug-in's block, null before start-up
 
     /// The plug-in's own reference, in `self` of every message.
@@ -66,6 +73,7 @@ private:
     }
     HostError SendHead(const char* caller, const char* selector, HostMessage& message);
     void LoadEntry();
+    void TellHost();
 
     Host& host_;
     std::string file_; ///< empty: linked

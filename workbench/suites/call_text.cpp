@@ -163,4 +163,8 @@ std::string ValueText(const HostTextDash& dash) {
     return Printed("{%d dashes from %g}", dash.count, dash.offset);
 }
 
+std::string ValueText(const HostSize& size) {
+    return NumberText(size.width) + " x " + NumberText(size.height);
+}
+
 } // namespace workbench

@@ -8,6 +8,7 @@
 #include "suites/art.h"
 #include "suites/draw.h"
 #include "suites/host_types.h"
+#include "suites/panel.h"
 #include "suites/raster.h"
 #include "suites/text.h"
 
@@ -34,6 +35,7 @@ std::string ValueText(const HostTileSlice& slice);
 std::string ValueText(const HostTile& tile);
 std::string ValueText(const HostFontRecord& record);
 std::string ValueText(const HostTextDash& dash);
+std::string ValueText(const HostSize& size);
 
 template <typename T>
 concept Complete = requires {
@@ -53,7 +55,9 @@ std::string ArgumentText(const T& value, bool outputs) {
         return ValueText(value);
     } else {
         using Target = std::remove_pointer_t<T>;
-        if constexpr (std::is_void_v<std::remove_cv_t<Target>> || !Complete<Target>) {
+        if constexpr (std::is_function_v<Target>) {
+            return value ? "a function" : "none";
+        } else if constexpr (std::is_void_v<std::remove_cv_t<Target>> || !Complete<Target>) {
             return HandleText(value);
         } else {
             if (!value) return "null";

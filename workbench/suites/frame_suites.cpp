@@ -3,6 +3,7 @@
 #include "suites/frame.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 
 #include "workbench/suites/suite_call.h"
@@ -14,13 +15,60 @@ namespace {
 
 // AI User Suite
 
-HostError MessageAlert(SuiteCall& call, HostText& text) {
-    call.host().alerts.push_back({false, text.utf8});
+HostError ShowAlert(SuiteCall& call, const HostText& text, bool error) {
+    call.host().alerts.push_back({.error = error, .text = text.utf8});
+    if (call.host().frame) call.host().frame->ShowAlert(text.utf8, error);
     return kHostNoError;
 }
 
+HostError MessageAlert(SuiteCall& call, HostText& text) {
+    return ShowAlert(call, text, false);
+}
+
 HostError ErrorAlert(SuiteCall& call, HostText& text) {
-    call.host().alerts.push_back({true, text.utf8});
+    return ShowAlert(call, text, true);
+}
+
+HostError YesNoAlert(SuiteCall& call, HostText& text, int32_t& answer) {
+    HostState& host = call.host();
+    host.alerts.push_back({.error = false, .text = text.utf8, .question = true});
+    bool yes = false;
+    if (!host.answers.empty()) {
+        yes = host.answers.front();
+        host.answers.pop_front();
+    } else if (host.frame) {
+        yes = host.frame->AskYesNo(text.utf8);
+    }
+    answer = yes ? 1 : 0;
+    return kHostNoError;
+}
+
+struct UnitOfRuler {
+    RulerUnit unit;
+    double points;
+    const char* suffix;
+};
+
+constexpr UnitOfRuler kRulerUnits[] = {
+    {RulerUnit::kInch, 72, " in"}, {RulerUnit::kCentimetre, 72 / 2.54, " cm"},
+    {RulerUnit::kPoint, 1, " pt"}, {RulerUnit::kMillimetre, 72 / 25.4, " mm"},
+    {RulerUnit::kPixel, 1, " px"}, {RulerUnit::kQuarterMillimetre, 72 / 101.6, " H"},
+};
+
+/// Picas and points are told apart by a "p".
+std::string PicaText(double points) {
+    const double picas = std::trunc(points / 12);
+    return NumberText(picas) + "p" + NumberText(std::abs(points - picas * 12));
+}
+
+HostError FormatRulerLength(SuiteCall& call, double points, int32_t, HostText& text) {
+    const RulerUnit unit = call.host().rulerUnit;
+    if (unit == RulerUnit::kPica) {
+        text.utf8 = PicaText(points);
+        return kHostNoError;
+    }
+    const auto row = std::ranges::find(kRulerUnits, unit, &UnitOfRuler::unit);
+    text.utf8 = NumberText(points / row->points) + row->suffix;
     return kHostNoError;
 }
 
@@ -83,6 +131,8 @@ const void* UserSuiteTable() {
     static constexpr AIUserSuite table{
         Entry<"AI User Suite", "MessageAlert", MessageAlert>::Run,
         Entry<"AI User Suite", "ErrorAlert", ErrorAlert>::Run,
+        Entry<"AI User Suite", "YesNoAlert", YesNoAlert>::Run,
+        Entry<"AI User Suite", "FormatRulerLength", FormatRulerLength>::Run,
     };
     return &table;
 }

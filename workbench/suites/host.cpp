@@ -1,5 +1,6 @@
 #include "workbench/suites/host.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <utility>
@@ -133,11 +134,22 @@ void HostState::TakeBackAll(bool silent) {
             case HandleType::kPort:
                 takeBack(*static_cast<HostPort*>(object), "port");
                 break;
+            case HandleType::kParameterTypes:
+                takeBack(*static_cast<HostParameterTypes*>(object), "parameter types");
+                break;
             default:
                 TakeBackReference(*this, type, object, silent);
                 break;
         }
     });
+}
+
+MenuGroup& HostState::GroupOf(const std::string& name) {
+    const auto found = std::ranges::find_if(menuGroups, [&](const auto& each) { return each->name == name; });
+    if (found != menuGroups.end()) return **found;
+    MenuGroup& group = Keep(HandleType::kMenuGroup, menuGroups);
+    group.name = name;
+    return group;
 }
 
 // The host
@@ -194,6 +206,77 @@ void Host::AddPluginGroup(std::string name) {
     group->handle =
         reinterpret_cast<PluginGroupHandle>(state_->handles.Add(HandleType::kPluginGroup, group.get()));
     state_->pluginGroups.push_back(std::move(group));
+}
+
+// The frame
+
+void Host::SetFrame(WindowFrame* frame) {
+    state_->frame = frame;
+}
+WindowFrame* Host::frame() const {
+    return state_->frame;
+}
+void Host::SetPlugin(HostPlugin plugin) {
+    state_->plugin = std::move(plugin);
+}
+void Host::SetTheme(const Theme& theme) {
+    state_->theme = theme;
+}
+const Theme& Host::theme() const {
+    return state_->theme;
+}
+void Host::SetRulerUnit(RulerUnit unit) {
+    state_->rulerUnit = unit;
+}
+void Host::AnswerNext(bool yes) {
+    state_->answers.push_back(yes);
+}
+const std::vector<std::unique_ptr<MenuGroup>>& Host::menuGroups() const {
+    return state_->menuGroups;
+}
+const std::vector<std::unique_ptr<MenuItem>>& Host::menuItems() const {
+    return state_->menuItems;
+}
+const std::vector<std::unique_ptr<HostTimer>>& Host::timers() const {
+    return state_->timers;
+}
+const std::vector<std::unique_ptr<HostPanel>>& Host::panels() const {
+    return state_->panels;
+}
+const std::vector<HostAction>& Host::actions() const {
+    return state_->actions;
+}
+
+bool Host::HasNotifier(const std::string& type) const {
+    return std::ranges::any_of(state_->notifiers, [&](const auto& each) { return each->type == type; });
+}
+
+HostError Host::PlayAction(const std::string& name, ParametersHandle parameters) {
+    const auto action = std::ranges::find(state_->actions, name, &HostAction::name);
+    if (action == state_->actions.end()) return kHostNotFound;
+    if (!state_->plugin.doAction) return kHostRefused;
+    return state_->plugin.doAction(action->typeWord, parameters);
+}
+
+void Host::AddMenuGroup(const std::string& name) {
+    state_->GroupOf(name);
+}
+
+void Host::DropPluginObjects() {
+    HostState& state = *state_;
+    if (!state.panels.empty()) state.Fault(std::to_string(state.panels.size()) + " panels not destroyed");
+    if (!state.flyouts.empty()) state.Fault(std::to_string(state.flyouts.size()) + " flyouts not destroyed");
+    while (!state.panels.empty()) {
+        if (state.frame) state.frame->DestroyPanelWindow(*state.panels.back());
+        state.Drop(*state.panels.back(), state.panels);
+    }
+    while (!state.flyouts.empty()) state.Drop(*state.flyouts.back(), state.flyouts);
+    while (!state.menuItems.empty()) state.Drop(*state.menuItems.back(), state.menuItems);
+    while (!state.menuGroups.empty()) state.Drop(*state.menuGroups.back(), state.menuGroups);
+    while (!state.timers.empty()) state.Drop(*state.timers.back(), state.timers);
+    while (!state.notifiers.empty()) state.Drop(*state.notifiers.back(), state.notifiers);
+    state.actions.clear();
+    if (state.frame) state.frame->MenusChanged();
 }
 
 const std::vector<Alert>& Host::alerts() const {

@@ -23,6 +23,7 @@
 #include "workbench/document/fonts.h"
 #include "workbench/document/painter.h"
 #include "workbench/document/pictures.h"
+#include "workbench/suites/frame_objects.h"
 
 namespace workbench {
 
@@ -32,6 +33,14 @@ struct HostState;
 struct Alert {
     bool error = false; ///< else a message
     std::string text;   ///< UTF-8
+    bool question = false;
+};
+
+/// The one plug-in, as the host calls it and as suites name it.
+struct HostPlugin {
+    PluginHandle handle = nullptr; ///< any other is a fault
+    void* instance = nullptr;      ///< the platform's handle of its module
+    std::function<HostError(int32_t typeWord, ParametersHandle parameters)> doAction;
 };
 
 class Host {
@@ -63,6 +72,31 @@ public:
 
     /// Another plug-in's kind of plug-in art, as AI Plugin Group Suite lists it.
     void AddPluginGroup(std::string name);
+
+    // The frame.
+    /// Shows panels and alerts; not owned.  Without one there are no windows: panels are refused, alerts are
+    /// only noted, and questions get the next of the answers, or no.
+    void SetFrame(WindowFrame* frame);
+    WindowFrame* frame() const;
+    void SetPlugin(HostPlugin plugin);
+    void SetTheme(const Theme& theme);
+    const Theme& theme() const;
+    void SetRulerUnit(RulerUnit unit);
+    void AnswerNext(bool yes);
+
+    // What the plug-in has hung into the frame.
+    const std::vector<std::unique_ptr<MenuGroup>>& menuGroups() const;
+    const std::vector<std::unique_ptr<MenuItem>>& menuItems() const;
+    const std::vector<std::unique_ptr<HostTimer>>& timers() const;
+    const std::vector<std::unique_ptr<HostPanel>>& panels() const;
+    const std::vector<HostAction>& actions() const;
+    bool HasNotifier(const std::string& type) const;
+    HostError PlayAction(const std::string& name, ParametersHandle parameters);
+    /// Another plug-in's menu group, as if it had made it.
+    void AddMenuGroup(const std::string& name);
+    /// The plug-in is down: its menus, timers, notifiers and actions go.  A panel or flyout that it left is a
+    /// fault.
+    void DropPluginObjects();
 
     const std::vector<Alert>& alerts() const;
     void ClearAlerts();

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
@@ -13,6 +14,7 @@
 #include "suites/mesh.h"
 #include "suites/text.h"
 #include "workbench/document/handle_table.h"
+#include "workbench/suites/frame_objects.h"
 #include "workbench/suites/host.h"
 
 namespace workbench {
@@ -78,6 +80,20 @@ struct HostState {
     std::unique_ptr<HostMeshVertex> meshVertex;   ///< null: none given out, or taken back
     std::unique_ptr<HostMeshSegment> meshSegment; ///< likewise
     std::vector<Alert> alerts;
+    std::deque<bool> answers; ///< to the next questions, where no frame asks a person
+
+    WindowFrame* frame = nullptr;
+    Theme theme;
+    RulerUnit rulerUnit = RulerUnit::kMillimetre;
+    HostPlugin plugin;
+    int32_t pluginOptions = 0;
+    std::vector<std::unique_ptr<MenuGroup>> menuGroups;
+    std::vector<std::unique_ptr<MenuItem>> menuItems;
+    std::vector<std::unique_ptr<HostTimer>> timers;
+    std::vector<std::unique_ptr<HostNotifier>> notifiers;
+    std::vector<std::unique_ptr<HostFlyout>> flyouts;
+    std::vector<std::unique_ptr<HostPanel>> panels;
+    std::vector<HostAction> actions;
 
     std::vector<int64_t> uses; ///< by suite number
     int64_t allUses = 0;
@@ -96,6 +112,22 @@ struct HostState {
     std::vector<std::unique_ptr<char[]>> lentTexts; ///< by suite number: valid until the suite's next call
 
     void Fault(std::string line);
+
+    /// A new object that the host keeps, with its handle.
+    template <typename Object>
+    Object& Keep(HandleType type, std::vector<std::unique_ptr<Object>>& list) {
+        auto object = std::make_unique<Object>();
+        object->handle = reinterpret_cast<decltype(object->handle)>(handles.Add(type, object.get()));
+        list.push_back(std::move(object));
+        return *list.back();
+    }
+    template <typename Object>
+    void Drop(Object& object, std::vector<std::unique_ptr<Object>>& list) {
+        handles.Remove(reinterpret_cast<uintptr_t>(object.handle));
+        std::erase_if(list, [&](const auto& each) { return each.get() == &object; });
+    }
+    /// A group of the menu bar or below an item; made if it isn't there.
+    MenuGroup& GroupOf(const std::string& name);
 
     /// Makes or ends an object that the plug-in has to dispose of.
     template <typename Handle, typename Object>

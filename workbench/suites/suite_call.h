@@ -121,6 +121,19 @@ template <> struct ObjectTraits<HostPort> : HostObject<HostPort, PortHandle, Han
 template <> struct ObjectTraits<HostMeshVertex> : HostObject<HostMeshVertex, MeshVertexHandle, HandleType::kMeshVertex> { static constexpr const char* name = "mesh vertex"; };
 template <> struct ObjectTraits<HostMeshSegment> : HostObject<HostMeshSegment, MeshSegmentHandle, HandleType::kMeshSegment> { static constexpr const char* name = "mesh segment"; };
 template <> struct ObjectTraits<HostPluginGroup> : HostObject<HostPluginGroup, PluginGroupHandle, HandleType::kPluginGroup> { static constexpr const char* name = "plug-in group"; };
+template <> struct ObjectTraits<MenuGroup> : HostObject<MenuGroup, MenuGroupHandle, HandleType::kMenuGroup> { static constexpr const char* name = "menu group"; };
+template <> struct ObjectTraits<MenuItem> : HostObject<MenuItem, MenuItemHandle, HandleType::kMenuItem> { static constexpr const char* name = "menu item"; };
+template <> struct ObjectTraits<HostFlyout> : HostObject<HostFlyout, FlyoutHandle, HandleType::kFlyout> { static constexpr const char* name = "flyout"; };
+template <> struct ObjectTraits<HostPanel> : HostObject<HostPanel, PanelHandle, HandleType::kPanel> { static constexpr const char* name = "panel"; };
+template <> struct ObjectTraits<HostParameterTypes> : HostObject<HostParameterTypes, ParameterTypesHandle, HandleType::kParameterTypes> { static constexpr const char* name = "parameter types"; };
+template <> struct ObjectTraits<HostPlugin> {
+    using Handle = PluginHandle;
+    static constexpr bool inDocument = false;
+    static constexpr const char* name = "plug-in";
+    static HostPlugin* Find(HostState& host, Handle handle) {
+        return host.plugin.handle == handle ? &host.plugin : nullptr;
+    }
+};
 // clang-format on
 
 template <>

@@ -48,6 +48,16 @@ const void* RealMathSuiteTable();
 const void* UserSuiteTable();
 const void* UnicodeStringSuiteTable();
 const void* FilePathSuiteTable();
+const void* PluginSuiteTable();
+const void* AccessSuiteTable();
+const void* MenuSuiteTable();
+const void* TimerSuiteTable();
+const void* NotifierSuiteTable();
+const void* PanelSuiteTable();
+const void* PanelFlyoutMenuSuiteTable();
+const void* UserInterfaceThemeSuiteTable();
+const void* ContextSuiteTable();
+const void* ActionManagerSuiteTable();
 
 /// Position in SuppliedSuites, or its size if there is no suite of that name.
 size_t SuiteNumber(std::string_view name);
