@@ -84,7 +84,7 @@ void HostWindows::Quit() {
 bool HostWindows::MakePanelWindow(HostPanel& panel) {
     RECT client{};
     GetClientRect(window_, &client);
-    const int left = std::max(0, client.right - static_cast<int>(panel.size.width) - 24);
+    const int left = std::max(0, static_cast<int>(client.right) - static_cast<int>(panel.size.width) - 24);
     auto frame = std::make_unique<PanelFrame>(host_, panel, window_, POINT{left, kBarHeight + 12});
     if (!frame->window() || !frame->body()) return false;
     panel.window = frame.get();
