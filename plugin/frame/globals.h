@@ -167,6 +167,7 @@ struct Globals {
     char version[16];
     char lastGroupSeen[kNameBytes];
     int16_t lastHasFolders, hasFolders; ///< kNotKnown, 0 or 1
+    int16_t preferencesRead; ///< flag: shut-down may write them; else it would write defaults over them
 };
 static_assert(std::is_trivially_copyable_v<Globals> && std::is_standard_layout_v<Globals>);
 

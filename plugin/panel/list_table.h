@@ -8,6 +8,8 @@
 
 #include <cstdint>
 
+#include "plugin/panel/list_grid.h"
+
 constexpr int kListRowHeight = 24;
 constexpr int kSmallCell = 33; ///< icons of 32
 constexpr int kLargeCell = 65; ///< icons of 64
@@ -24,11 +26,14 @@ void DeleteListRow(HWND control, int32_t row);
 int32_t GetRowCount(HWND control);
 int32_t GetSelectedRow(HWND control); ///< -1: none
 
-/// Selects a row, or none with -1, and has the old and the new one painted again.
+/// Selects a row, or none with -1 or a row that isn't there, and has the old and the new one painted again.
 void SelectListRow(HWND control, int32_t row);
 
 /// Copies at most `size` bytes, a NUL among them; an empty text if there is no such row.
 void GetListRowText(HWND control, int32_t row, char* text, int32_t size);
+
+/// How the list's rows stand at the moment: asks its window and its scroll bar, so once for many rows.
+ListGrid GridOfList(HWND control);
 
 /// Where a row stands in the list's client area, also out of sight.
 void GetRowRect(HWND control, int32_t row, RECT* rectangle);

@@ -1,5 +1,7 @@
-/// The panel's child windows by their numbers, which are their ids too.
+/// The panel's child windows by their numbers, which are their ids too, and the icons of its buttons.
 #pragma once
+
+#include <windows.h>
 
 enum PanelControl : int {
     kNewButton = 1,
@@ -19,3 +21,25 @@ enum PanelControl : int {
     kFolderList = 1003,
     kFolderScroll = 1004,
 };
+
+/// Places in `globals->panelIcons`.  A button's window text is the number of its icon.
+enum PanelIcon : int {
+    kNewIcon = 0,
+    kDeleteIcon = 1,
+    kSettingIcon = 2,
+    kNewFolderIcon = 3,
+    kNewGroupIcon = 4,
+    kSearchIcon = 5,
+    kFoldersShownIcon = 6,
+    kFoldersHiddenIcon = 7,
+    kDarkIcons = 10, ///< further: for a dark interface
+};
+
+/// Makes a number a control's window text, which has it painted again.
+void ShowControlNumber(HWND panel, int control, int number);
+
+/// The number that is a control's window text.
+int ControlNumber(HWND control);
+
+/// A colour as the host's theme gives it.
+COLORREF ThemeColor(const double* color /*4*/);

@@ -1,0 +1,19 @@
+/// Making the panel: once, when the host says that it has started.
+#pragma once
+
+#include <windows.h>
+
+#include "suites/host_types.h"
+
+/// Makes the host's panel with its flyout, fills its window and shows it.  Needs the host's suites.  A panel
+/// that is there already is left alone.
+/// @return the host's refusal of the panel, which leaves none; or the first refusal of what belongs to it,
+///         which leaves the panel without that
+HostError CreatePanel(PluginHandle plugin);
+
+/// Takes over a window: its procedure, colours, font, icons, the controls and their contents.
+void BuildPanel(HWND panel);
+
+/// Gives the window of the panel its own procedure back and frees what BuildPanel made.  The window itself
+/// is destroyed; null if there is none any more.
+void TakeDownPanel(HWND panel);

@@ -1,0 +1,15 @@
+/// The panel's window procedure, which stands in front of the host's.
+#pragma once
+
+#include <windows.h>
+
+/// Takes commands, presses, scrolling and painting of the panel's controls; all else goes on to the host's
+/// procedure.  Acquires the suites where it needs them.
+LRESULT CALLBACK PanelWindowProc(HWND panel, UINT message, WPARAM wParam, LPARAM lParam);
+
+/// The new position of a scroll bar for a notification; `low` and `high` are the halves of its wParam.  Not
+/// limited to the range.
+struct ScrollRange {
+    int minimum, maximum;
+};
+int ScrollTarget(int position, ScrollRange range, WORD low, WORD high);

@@ -1,0 +1,65 @@
+#include "plugin/panel/splitter.h"
+
+#include <cstdlib>
+
+#include "plugin/frame/globals.h"
+#include "plugin/panel/panel_controls.h"
+#include "plugin/panel/panel_layout.h"
+
+namespace {
+
+constexpr int kGap = 25; ///< from the folder list to the record list
+constexpr int kZoneWidth = 5;
+constexpr int kMargin = 5;   ///< of the panel, each side
+constexpr int kDeadZone = 5; ///< pixels that the pointer may move before the border follows
+
+constexpr int kBesideSplitter[] = {kRecordList,        kRecordScroll,       kFolderList,
+                                   kFolderScroll,      kNewFolderButton,    kNewGroupButton,
+                                   kDeleteGroupButton, kGroupSettingButton, kSearchButton};
+
+POINT PointerIn(HWND window) {
+    POINT pointer{};
+    GetCursorPos(&pointer);
+    ScreenToClient(window, &pointer);
+    return pointer;
+}
+
+void MoveSplitter(HWND panel, int folderWidth) {
+    RECT client{};
+    GetClientRect(panel, &client);
+    const int inner = client.right - client.left - 2 * kMargin;
+    globals->browseWidth = LimitBrowseWidth(static_cast<float>(folderWidth) / static_cast<float>(inner));
+    RelayoutPanel(panel, false);
+    for (const int control : kBesideSplitter) InvalidateRect(GetDlgItem(panel, control), nullptr, FALSE);
+    UpdateWindow(panel);
+}
+
+} // namespace
+
+RECT SplitterSpan(HWND panel) {
+    RECT span{};
+    GetWindowRect(GetDlgItem(panel, kFolderList), &span);
+    MapWindowPoints(nullptr, panel, reinterpret_cast<POINT*>(&span), 2);
+    span.right += kGap;
+    return span;
+}
+
+bool IsOnSplitter(const RECT& span, POINT press) {
+    return press.x >= span.right - kZoneWidth && press.x <= span.right && press.y >= span.top &&
+           press.y <= span.bottom;
+}
+
+bool DragSplitter(HWND panel) {
+    const POINT press = PointerIn(panel);
+    const RECT span = SplitterSpan(panel);
+    if (!IsOnSplitter(span, press)) return false;
+    int lastX = press.x;
+    while (GetAsyncKeyState(VK_LBUTTON) < 0) {
+        const int x = PointerIn(panel).x;
+        if (x != lastX && std::abs(x - press.x) > kDeadZone) {
+            MoveSplitter(panel, span.right - span.left + x - press.x);
+        }
+        lastX = x;
+    }
+    return true;
+}
