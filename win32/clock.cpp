@@ -1,9 +1,9 @@
 #include <windows.h>
 
-#include <cerrno>
 #include <ctime>
 
 #include "win32/disk_entry.h"
+#include "win32/display.h"
 
 namespace {
 
@@ -47,7 +47,16 @@ SYSTEMTIME SystemTimeOf(const tm& parts, long nanoseconds) {
             .wMilliseconds = static_cast<WORD>(nanoseconds / 1000000)};
 }
 
+// A display may have a date of its own, so that what is stamped is the same in every run.
+bool HasOwnDate() {
+    return OpenDisplay() != nullptr && OpenDisplay()->UnixMilliseconds() >= 0;
+}
+
 timespec Now() {
+    if (HasOwnDate()) {
+        const int64_t milliseconds = OpenDisplay()->UnixMilliseconds();
+        return {static_cast<time_t>(milliseconds / 1000), static_cast<long>(milliseconds % 1000) * 1000000};
+    }
     timespec now = {};
     ::clock_gettime(CLOCK_REALTIME, &now);
     return now;
@@ -67,13 +76,6 @@ FILETIME FileTimeOfTimespec(const timespec& time) {
                            static_cast<uint64_t>(time.tv_nsec) / 100);
 }
 
-void Sleep(DWORD milliseconds) {
-    timespec rest = {static_cast<time_t>(milliseconds / 1000),
-                     static_cast<long>(milliseconds % 1000) * 1000000};
-    while (nanosleep(&rest, &rest) != 0 && errno == EINTR) {
-    }
-}
-
 void GetSystemTime(SYSTEMTIME* utc) {
     const timespec now = Now();
     tm parts;
@@ -84,7 +86,11 @@ void GetSystemTime(SYSTEMTIME* utc) {
 void GetLocalTime(SYSTEMTIME* local) {
     const timespec now = Now();
     tm parts;
-    ::localtime_r(&now.tv_sec, &parts);
+    if (HasOwnDate()) {
+        ::gmtime_r(&now.tv_sec, &parts); // nor does it depend on the machine's place
+    } else {
+        ::localtime_r(&now.tv_sec, &parts);
+    }
     *local = SystemTimeOf(parts, now.tv_nsec);
 }
 

@@ -18,12 +18,16 @@ public:
     /// What GetTickCount, timers, double clicks and messages go by.  Never runs backwards.
     virtual uint64_t Milliseconds() = 0;
 
+    /// The date that goes with it, in UTC since 1970, for GetSystemTime and its like, which then take local
+    /// time for UTC; negative: the machine's date.
+    virtual int64_t UnixMilliseconds() { return -1; }
+
     /// Hands on what input is there, by the calls below, and returns at once.  The program asks often, from
     /// loops that wait for a button to go up.
     virtual void Poll() = 0;
 
-    /// Returns when there may be input, or after `milliseconds` (kWaitForever: no end).  The program has
-    /// nothing else to do.
+    /// Returns when there may be input, which Poll then hands on, or after `milliseconds` (kWaitForever: no
+    /// end).  The program has nothing else to do.
     virtual void Wait(uint32_t milliseconds) = 0;
 
     /// The program sleeps; input may come in the meantime.

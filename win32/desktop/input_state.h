@@ -1,0 +1,11 @@
+/// The state of the hands as they are now.
+#pragma once
+
+#include <windows.h>
+
+struct HandState {
+    POINT pointer;
+    bool down[256];
+    bool pressedSinceAsked[256];
+};
+HandState& Hands();
