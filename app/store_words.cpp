@@ -39,6 +39,9 @@ std::string WordsOfInterruptedWork() {
             return "moving " + record + " to " + GroupForPeople(intent.newGroup) + " was interrupted";
         case IntentKind::kRenumber:
             return "renumbering the folders in " + Utf8OfCp932(intent.directory) + " was interrupted";
+        case IntentKind::kMoveGroup:
+            return "moving the group " + GroupForPeople(intent.group) + " to " +
+                   GroupForPeople(intent.newGroup) + " was interrupted";
         case IntentKind::kPool:
             break;
     }

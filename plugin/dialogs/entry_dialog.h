@@ -15,12 +15,3 @@ bool RunEntryDialog();
 /// with its data directory.  The panel's lists follow.  A record that another program has changed or moved
 /// while the dialog stood is left alone, with a message.  Always 0.
 int32_t EditRecord(HWND panel, const char* groupName, int32_t recordNumber);
-
-/// Fill the entry dialog's lists below the folder list; `takeText` first takes what the list above says.
-/// The numbers of the lists differ between dialogs; a group list of 0 is none.
-struct PlaceLists {
-    int folder, subFolder, group;
-};
-void FillFolderList(HWND dialog, int list, const char* selected);
-void FillSubFolderList(HWND dialog, const PlaceLists& lists, bool takeText);
-void FillGroupList(HWND dialog, const PlaceLists& lists, bool takeText);

@@ -15,7 +15,7 @@
 namespace {
 
 constexpr LineGrammar kIntentGrammar = {'\n', "\r", 0x1000, '\''};
-constexpr const char* kKinds[] = {"delete", "move", "renumber", "pool"}; // by IntentKind
+constexpr const char* kKinds[] = {"delete", "move", "renumber", "pool", "move_group"}; // by IntentKind
 constexpr size_t kTokens = 4;
 constexpr uint32_t kMostNumber = 99999999;
 
@@ -29,6 +29,7 @@ constexpr char kDirectory[] = "directory";
 constexpr char kDirectories[] = "directories";
 constexpr char kStoredName[] = "stored_name";
 constexpr char kPooledName[] = "pooled_name";
+constexpr char kHasData[] = "has_data";
 constexpr char kWhole[] = "whole";
 
 void AddNumber(std::string& text, const char* key, uint32_t value) {
@@ -92,6 +93,11 @@ bool TakeKind(std::string_view name, IntentKind& kind) {
     return true;
 }
 
+bool TakeFlag(std::string_view text, bool& flag) {
+    flag = text == "1";
+    return flag || text == "0";
+}
+
 bool TakeRecordNumber(std::string_view text, int32_t& number) {
     uint32_t value = 0;
     if (!TakeNumber(text, value) || value > kMostNumber) return false;
@@ -110,6 +116,7 @@ bool TakeLine(std::string_view key, std::string_view first, std::string_view sec
     if (key == kDirectories) return TakeRange(first, second, intent.directories);
     if (key == kStoredName) return TakeText(first, intent.storedName);
     if (key == kPooledName) return TakeText(first, intent.pooledName);
+    if (key == kHasData) return TakeFlag(first, intent.hasData);
     return false;
 }
 
@@ -126,6 +133,8 @@ bool HasWhatItNeeds(const Intent& intent) {
             return intent.directory.starts_with('\\');
         case IntentKind::kPool:
             return !intent.group.empty() && !intent.storedName.empty() && !intent.pooledName.empty();
+        case IntentKind::kMoveGroup:
+            return !intent.group.empty() && !intent.newGroup.empty();
     }
     return false;
 }
@@ -163,6 +172,7 @@ std::string FormatIntent(const Intent& intent) {
     }
     AddText(text, kStoredName, intent.storedName);
     AddText(text, kPooledName, intent.pooledName);
+    AddNumber(text, kHasData, intent.hasData ? 1 : 0);
     AddNumber(text, kWhole, 1);
     return text;
 }

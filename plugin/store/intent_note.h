@@ -18,10 +18,11 @@ inline constexpr char kNoteWorkFile[] = "\\VLQ.LNK";   ///< a link note on its w
 constexpr size_t kMostIntentBytes = 0x1000000;
 
 enum class IntentKind {
-    kDelete,   ///< of a record and its data directory
-    kMove,     ///< of both to another group
-    kRenumber, ///< of the directories behind a gap, and removal of what stands in it
-    kPool,     ///< of a stored file
+    kDelete,    ///< of a record and its data directory
+    kMove,      ///< of both to another group
+    kRenumber,  ///< of the directories behind a gap, and removal of what stands in it
+    kPool,      ///< of a stored file
+    kMoveGroup, ///< of a group's file and its data directory to another name or folder
 };
 
 struct Intent {
@@ -29,11 +30,12 @@ struct Intent {
     std::string group;    ///< cp932, as callers name it; of kRenumber unused
     int32_t number = 0;   ///< of the record
     uint32_t count = 0;   ///< of the group's records before; kDelete, kMove
-    std::string newGroup; ///< kMove
+    std::string newGroup; ///< kMove, kMoveGroup
     uint32_t newCount = 0;
     std::string directory;    ///< kRenumber: the data directory, below the root, with a backslash in front
-    NumberRanges directories; ///< those numbered `number` and on, before; all kinds but kPool
+    NumberRanges directories; ///< those numbered `number` and on, before; kDelete, kMove, kRenumber
     std::string storedName, pooledName; ///< kPool
+    bool hasData = false;               ///< kMoveGroup: whether there was a data directory
 };
 
 std::string FormatIntent(const Intent& intent);

@@ -3,14 +3,16 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
 
 #include "plugin/frame/globals.h"
-#include "plugin/store/cp932.h"
 #include "plugin/store/data_directories.h"
 #include "plugin/store/folder_entries.h"
 #include "plugin/store/group_file.h"
 #include "plugin/store/linked_files.h"
+#include "plugin/store/place_moves.h"
+#include "plugin/store/places.h"
 #include "plugin/store/record.h"
 #include "plugin/store/store_lock.h"
 #include "plugin/store/store_names.h"
@@ -60,14 +62,17 @@ bool ReadStored(const std::string& group, int32_t number, HandleOwner& record, u
     return bytes != 0;
 }
 
-// False if one of them can't be read.
+// Whether they are one record, whose texts alone may have been edited on the way; false if one of them can't
+// be read.
 bool CompareRecords(const Move& move, bool& same) {
     HandleOwner a, b;
     uint32_t aBytes, bBytes;
     if (!ReadStored(move.intent.group, move.intent.number, a, aBytes) ||
         !ReadStored(move.intent.newGroup, move.newNumber, b, bBytes))
         return false;
-    same = aBytes == bBytes && std::equal(a.bytes(), a.bytes() + aBytes, b.bytes());
+    constexpr size_t texts = offsetof(RecordHeader, name), behind = offsetof(RecordHeader, created);
+    same = aBytes == bBytes && aBytes >= behind && std::equal(a.bytes(), a.bytes() + texts, b.bytes()) &&
+           std::equal(a.bytes() + behind, a.bytes() + aBytes, b.bytes() + behind);
     return true;
 }
 
@@ -156,25 +161,13 @@ WorkEnd FinishPool(const Intent& intent) {
                : WorkEnd::kStuck;
 }
 
-// A path below the root that leads nowhere else.
-bool StaysBelowRoot(std::string_view path) {
-    if (path.starts_with('\\')) path.remove_prefix(1);
-    size_t begin = 0;
-    for (size_t at = 0; at <= path.size();
-         at += at < path.size() && IsLeadByte(static_cast<uint8_t>(path[at])) ? 2 : 1) {
-        if (at < path.size() && path[at] != '\\') continue;
-        if (!IsPlainComponent(path.substr(begin, at - begin))) return false;
-        begin = at + 1;
-    }
-    return true;
-}
-
 // The note lies on a share, and anybody may have written it.
 bool NamesAreSafe(const Intent& intent) {
     switch (intent.kind) {
         case IntentKind::kDelete:
             return StaysBelowRoot(intent.group);
         case IntentKind::kMove:
+        case IntentKind::kMoveGroup:
             return StaysBelowRoot(intent.group) && StaysBelowRoot(intent.newGroup);
         case IntentKind::kRenumber:
             return StaysBelowRoot(intent.directory);
@@ -195,6 +188,8 @@ WorkEnd GoOn(const Intent& intent) {
             return CloseGapOf(PathInRoot(intent.directory), intent);
         case IntentKind::kPool:
             return FinishPool(intent);
+        case IntentKind::kMoveGroup:
+            return FinishGroupMove(intent);
     }
     return WorkEnd::kStuck;
 }

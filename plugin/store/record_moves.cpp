@@ -58,6 +58,14 @@ bool ReadImage(const char* group, int32_t number, HandleOwner& record) {
     return (whole && start->packedPreview != 0) || StoreFails(StoreTrouble::kDamaged);
 }
 
+void TakeTexts(HandleOwner& record, const RecordHeader* texts) {
+    if (texts == nullptr) return;
+    auto* header = reinterpret_cast<RecordHeader*>(record.bytes());
+    std::memcpy(header->name, texts->name, sizeof header->name);
+    std::memcpy(header->kind, texts->kind, sizeof header->kind);
+    std::memcpy(header->comment, texts->comment, sizeof header->comment);
+}
+
 // The place of the new record's directory, made free for it.
 bool Prepare(const char* newGroup, Intent& intent) {
     char path[kFullPathBytes];
@@ -98,7 +106,8 @@ bool Append(const Intent& intent, HandleOwner& record) {
     return appended;
 }
 
-int32_t Move(const char* group, int32_t number, const char* newGroup, int32_t* newNumber) {
+int32_t Move(const char* group, int32_t number, const char* newGroup, int32_t* newNumber,
+             const RecordHeader* texts) {
     const StoreLock lock(kStoreExclusive);
     if (!lock.held() || !FinishInterruptedWork()) return -1;
     bool same;
@@ -111,6 +120,7 @@ int32_t Move(const char* group, int32_t number, const char* newGroup, int32_t* n
         return 0;
     }
     if (!ReadImage(group, number, record) || !Prepare(newGroup, intent)) return -1;
+    TakeTexts(record, texts);
     if (!WriteIntent(intent)) return -1;
     Append(intent, record);
     const WorkEnd end = FinishWork(intent);
@@ -129,7 +139,8 @@ int32_t DeleteRecordAndData(const char* group, int32_t number) {
     return WithinMemory([=] { return Delete(group, number); });
 }
 
-int32_t MoveRecordToGroup(const char* group, int32_t number, const char* newGroup, int32_t* newNumber) {
+int32_t MoveRecordToGroup(const char* group, int32_t number, const char* newGroup, int32_t* newNumber,
+                          const RecordHeader* texts) {
     const TraceScope trace("MoveRecordToGroup");
-    return WithinMemory([=] { return Move(group, number, newGroup, newNumber); });
+    return WithinMemory([=] { return Move(group, number, newGroup, newNumber, texts); });
 }

@@ -8,6 +8,8 @@
 
 #include <cstdint>
 
+#include "plugin/store/record_layout.h"
+
 /// Deletes a record, its data directory and the pooled files that its notes own.  `curRecord` is freed.
 int32_t DeleteRecordAndData(const char* group, int32_t number);
 
@@ -16,4 +18,6 @@ int32_t DeleteRecordAndData(const char* group, int32_t number);
 /// afterwards, `curRecordNo` its new number; if the browser shows one group, that is the new one.  To move a
 /// record to the group that it is in changes nothing.  A group whose name differs from the old one's in case
 /// alone is refused: on some shares that is the same file.
-int32_t MoveRecordToGroup(const char* group, int32_t number, const char* newGroup, int32_t* newNumber);
+/// @param texts  whose name, kind and comment the moved record gets; null: it keeps its own
+int32_t MoveRecordToGroup(const char* group, int32_t number, const char* newGroup, int32_t* newNumber,
+                          const RecordHeader* texts = nullptr);

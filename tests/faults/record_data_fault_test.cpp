@@ -8,6 +8,7 @@
 #include "plugin/store/data_directories.h"
 #include "plugin/store/interrupted_work.h"
 #include "plugin/store/linked_files.h"
+#include "plugin/store/place_moves.h"
 #include "plugin/store/record_moves.h"
 #include "plugin/store/store_names.h"
 #include "tests/faults/fault_harness.h"
@@ -163,12 +164,49 @@ TEST_F(RecordDataFaultTest, Move) {
     const FaultedOperation operation = Change(
         [] {
             int32_t number = -1;
-            const int32_t result = MoveRecordToGroup("G", 2, "H", &number);
+            RecordHeader texts{};
+            std::strcpy(texts.name, "C");
+            const int32_t result = MoveRecordToGroup("G", 2, "H", &number, &texts);
             return result == 0 && number != 2 ? -2 : result;
         },
-        kWithoutC, {"x", "y", "c"});
+        kWithoutC, {"x", "y", "C"});
     FailInEveryWay(operation);
     if (!HasFatalFailure()) StopBeforeEveryCall(operation);
+}
+
+// The group's file and its directory go together, into a folder and under a name of another case.
+TEST_F(RecordDataFaultTest, MoveOfAGroup) {
+    for (const std::string target : {"\\F\\Moved", "g"}) {
+        FaultedOperation operation;
+        operation.restore = [this] {
+            Restore();
+            fs::create_directory(root() / "F");
+        };
+        operation.run = [&target] { return MoveGroup("G", target.c_str()); };
+        const auto check = [&target, this](bool mustBeNew, bool mustBeOld, const std::string& what) {
+            Recover(what);
+            const bool moved = !fs::exists(fileOf("G"));
+            ASSERT_TRUE(moved ? !mustBeOld : !mustBeNew) << what << ", to " << target;
+            std::string there = target;
+            std::ranges::replace(there, '\\', '/');
+            if (there.starts_with('/')) there.erase(0, 1);
+            ASSERT_EQ(fs::exists(fileOf(there)), moved) << what;
+            ASSERT_EQ(fs::exists(root() / (there + ".DAT")), moved) << what;
+            ASSERT_EQ(fs::exists(root() / "G.DAT"), !moved) << what;
+            ASSERT_EQ(NamesIn(moved ? there : "G"), Names({"a", "b", "c", "d", "e"})) << what;
+            CheckGroup(moved ? there : "G", what);
+        };
+        operation.check = [check](int32_t result, const std::string& what) {
+            const bool unknown = globals->storeTrouble == StoreTrouble::kUnfinished;
+            check(result == 0, result != 0 && !unknown, what);
+        };
+        operation.checkStopped = [check](bool finished, const std::string& what) {
+            check(finished, false, what);
+        };
+        FailInEveryWay(operation);
+        if (!HasFatalFailure()) StopBeforeEveryCall(operation);
+        if (HasFatalFailure()) return;
+    }
 }
 
 // The file is beside its record or in the pool with a note that says so: it can be had again in any case, and

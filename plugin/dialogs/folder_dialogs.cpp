@@ -1,0 +1,150 @@
+#include "plugin/dialogs/folder_dialogs.h"
+
+#include <windows.h>
+
+#include <cstring>
+
+#include "plugin/dialogs/dialog_texts.h"
+#include "plugin/dialogs/place_controls.h"
+#include "plugin/frame/globals.h"
+#include "plugin/store/cp932.h"
+#include "plugin/store/places.h"
+#include "plugin/store/store_names.h"
+
+namespace {
+
+constexpr UINT kFolderSetting = 16147;
+constexpr UINT kGroupSetting = 16148;
+constexpr UINT kNewFolder = 16149;
+constexpr UINT kNewGroup = 16150;
+
+enum PlaceControl : int { kTake = 1, kCancel = 2, kName = 5, kFolder = 8, kSubFolder = 10 };
+constexpr PlaceLists kLists = {kFolder, kSubFolder, 0};
+constexpr size_t kMostPartBytes = 78;
+
+void EndWith(HWND dialog, int control, void (*take)(HWND dialog)) {
+    if (control == kTake) take(dialog);
+    if (control == kTake || control == kCancel) EndDialog(dialog, control);
+}
+
+void ReadName(HWND dialog, char* part) {
+    ReadText(dialog, kName, part, kMostPartBytes);
+}
+
+void SplitCurrentName() {
+    SplitGroupName(globals->aidbfname, globals->selFolder, globals->selSubFolder, globals->selGroup);
+}
+
+// A second-level folder stands as its parent and its name, a top folder as "None" and its name.
+void ShowFolder(HWND dialog) {
+    SplitCurrentName();
+    const bool below = globals->selSubFolder[0] != '\0';
+    FillFolderList(dialog, kFolder, below ? globals->selFolder : "");
+    SetDlgItemTextA(dialog, kName, below ? globals->selSubFolder : globals->selFolder);
+}
+
+void ShowParents(HWND dialog) {
+    SplitCurrentName();
+    FillFolderList(dialog, kFolder, globals->selFolder);
+}
+
+void TakeFolder(HWND dialog) {
+    ReadFolderOfList(dialog, kFolder, globals->selFolder);
+    ReadName(dialog, globals->selSubFolder);
+    if (globals->selFolder[0] != '\0') return;
+    std::strcpy(globals->selFolder, globals->selSubFolder);
+    globals->selSubFolder[0] = '\0';
+}
+
+void ShowPlace(HWND dialog) {
+    FillFolderList(dialog, kFolder, globals->selFolder);
+    FillSubFolderList(dialog, kLists, false);
+}
+
+void TakeGroup(HWND dialog) {
+    ReadFolderOfList(dialog, kFolder, globals->selFolder);
+    ReadFolderOfList(dialog, kSubFolder, globals->selSubFolder);
+    ReadName(dialog, globals->selGroup);
+    if (globals->selFolder[0] == '\0') globals->selSubFolder[0] = '\0';
+}
+
+// A name that doesn't fit stands alone and in no folder, so that the caller sees it: joined, it would be
+// taken apart at other places than where it was put together.
+void TakeNewGroup(HWND dialog) {
+    char folder[kPartBytes], subFolder[kPartBytes], group[kPartBytes];
+    ReadFolderOfList(dialog, kFolder, folder);
+    ReadFolderOfList(dialog, kSubFolder, subFolder);
+    ReadName(dialog, group);
+    const char* name = group;
+    while (*name == '\\') ++name;
+    if (name != group || !IsFitGroupName(group))
+        CopyText(globals->aidbfname, sizeof globals->aidbfname, name);
+    else
+        JoinGroupName(folder, subFolder, group, globals->aidbfname);
+}
+
+INT_PTR CALLBACK FolderSettingProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
+    if (message == WM_INITDIALOG) {
+        CentreDialog(dialog);
+        ShowFolder(dialog);
+    } else if (message == WM_COMMAND) {
+        EndWith(dialog, LOWORD(wParam), TakeFolder);
+    }
+    return message == WM_INITDIALOG || message == WM_COMMAND ? TRUE : FALSE;
+}
+
+INT_PTR CALLBACK NewFolderProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
+    if (message == WM_INITDIALOG) {
+        CentreDialog(dialog);
+        ShowParents(dialog);
+    } else if (message == WM_COMMAND) {
+        EndWith(dialog, LOWORD(wParam), TakeFolder);
+    }
+    return message == WM_INITDIALOG || message == WM_COMMAND ? TRUE : FALSE;
+}
+
+void OnGroupCommand(HWND dialog, int control, void (*take)(HWND dialog)) {
+    if (control == kFolder)
+        FillSubFolderList(dialog, kLists, true);
+    else
+        EndWith(dialog, control, take);
+}
+
+INT_PTR CALLBACK GroupSettingProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
+    if (message == WM_INITDIALOG) {
+        CentreDialog(dialog);
+        ShowPlace(dialog);
+        SetDlgItemTextA(dialog, kName, globals->selGroup);
+    } else if (message == WM_COMMAND) {
+        OnGroupCommand(dialog, LOWORD(wParam), TakeGroup);
+    }
+    return message == WM_INITDIALOG || message == WM_COMMAND ? TRUE : FALSE;
+}
+
+INT_PTR CALLBACK NewGroupProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
+    if (message == WM_INITDIALOG) {
+        CentreDialog(dialog);
+        ShowPlace(dialog);
+    } else if (message == WM_COMMAND) {
+        OnGroupCommand(dialog, LOWORD(wParam), TakeNewGroup);
+    }
+    return message == WM_INITDIALOG || message == WM_COMMAND ? TRUE : FALSE;
+}
+
+} // namespace
+
+bool RunFolderSetting() {
+    return RunDialog(kFolderSetting, FolderSettingProc) == kTake;
+}
+
+bool RunGroupSetting() {
+    return RunDialog(kGroupSetting, GroupSettingProc) == kTake;
+}
+
+bool RunNewFolder() {
+    return RunDialog(kNewFolder, NewFolderProc) == kTake;
+}
+
+bool RunNewGroup() {
+    return RunDialog(kNewGroup, NewGroupProc) == kTake;
+}

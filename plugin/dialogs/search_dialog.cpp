@@ -1,0 +1,122 @@
+#include "plugin/dialogs/search_dialog.h"
+
+#include <windows.h>
+
+#include <cstdio>
+
+#include "plugin/dialogs/dialog_texts.h"
+#include "plugin/frame/globals.h"
+#include "plugin/store/record.h"
+#include "plugin/store/search.h"
+
+namespace {
+
+constexpr UINT kSearchDialog = 16154;
+constexpr UINT kFirstFieldText = 16101;
+constexpr UINT kEnglishFieldText = 17101;
+constexpr int kFieldTexts = 3;
+constexpr int kFieldTextBytes = 62;
+constexpr int kEnglish = 1; ///< the one language whose fields have English names
+constexpr char kLeftOut = '-';
+constexpr size_t kMostSearchBytes = 254;
+
+enum SearchControl : int { kSearch = 1, kLimit = 2, kCancel = 3, kField = 4, kText = 5 };
+constexpr int kFound = 1; ///< results of the dialog
+constexpr int kNoSearch = 2;
+
+/// A check box and its field.
+struct SearchBox {
+    int control;
+    int16_t Globals::*field;
+};
+constexpr SearchBox kSearchBoxes[] = {
+    {6, &Globals::flCnvCase},
+    {7, &Globals::flCnvKanji},
+    {8, &Globals::flCnvWord},
+};
+
+void FillFields(HWND dialog) {
+    const UINT first = globals->language == kEnglish ? kEnglishFieldText : kFirstFieldText;
+    const HINSTANCE module = ModuleInstance();
+    for (UINT field = 0; field < kFieldTexts; ++field) {
+        char text[kFieldTextBytes] = "";
+        if (module != nullptr) LoadStringA(module, first + field, text, kFieldTextBytes);
+        if (text[0] != kLeftOut)
+            SendDlgItemMessageA(dialog, kField, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text));
+    }
+    const int mode = globals->flCnvFnMode;
+    SendDlgItemMessageA(dialog, kField, CB_SETCURSEL,
+                        static_cast<WPARAM>(mode >= 0 && mode < kFieldTexts ? mode : 0), 0);
+}
+
+void ShowSettings(HWND dialog) {
+    const bool canLimit = globals->findMode != kFindGroup && CountRecords(globals->aidbfname) > 1;
+    EnableWindow(GetDlgItem(dialog, kLimit), canLimit ? TRUE : FALSE);
+    FillFields(dialog);
+    SetDlgItemTextA(dialog, kText, globals->flCnvFnStr);
+    for (const SearchBox& box : kSearchBoxes)
+        CheckDlgButton(dialog, box.control, globals->*box.field != 0 ? BST_CHECKED : BST_UNCHECKED);
+}
+
+void TakeSettings(HWND dialog) {
+    const LRESULT field = SendDlgItemMessageA(dialog, kField, CB_GETCURSEL, 0, 0);
+    if (field != CB_ERR) globals->flCnvFnMode = static_cast<int16_t>(field);
+    ReadText(dialog, kText, globals->flCnvFnStr, kMostSearchBytes);
+    for (const SearchBox& box : kSearchBoxes)
+        globals->*box.field = IsDlgButtonChecked(dialog, box.control) == BST_CHECKED ? 1 : 0;
+}
+
+// A person who doesn't find something has to know that it may be there all the same.
+void TellMissed(int32_t missed, const char* japanese, const char* english) {
+    if (missed <= 0) return;
+    char message[kMessageBytes];
+    std::snprintf(message, sizeof message, globals->language == 0 ? japanese : english,
+                  static_cast<int>(missed));
+    TellUser(message);
+}
+
+// Escape, as the system translates it, is the press of button 2, which isn't the one that cancels here.
+bool IsByEscape() {
+    return GetKeyState(VK_ESCAPE) < 0;
+}
+
+void OnCommand(HWND dialog, int control) {
+    if (control == kCancel || (control == kLimit && IsByEscape())) {
+        EndDialog(dialog, kNoSearch);
+        return;
+    }
+    if (control != kSearch && control != kLimit) return;
+    TakeSettings(dialog);
+    if (control == kSearch) {
+        TellMissed(RunSearch(), "検索できないグループがありました。[%d]",
+                   "Some groups could not be searched to their end. [%d]");
+    } else {
+        TellMissed(RunLimit(), "読めないオブジェクトがあり、結果から除きました。[%d]",
+                   "Some objects could not be read and are left out. [%d]");
+    }
+    EndDialog(dialog, kFound);
+}
+
+INT_PTR CALLBACK SearchDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
+    switch (message) {
+        case WM_INITDIALOG:
+            CentreDialog(dialog);
+            ShowSettings(dialog);
+            SetFocus(GetDlgItem(dialog, kText));
+            return FALSE; // the focus is set
+        case WM_COMMAND:
+            OnCommand(dialog, LOWORD(wParam));
+            return TRUE;
+        case WM_CLOSE:
+            EndDialog(dialog, kNoSearch);
+            return TRUE;
+        default:
+            return FALSE;
+    }
+}
+
+} // namespace
+
+bool RunSearchDialog() {
+    return RunDialog(kSearchDialog, SearchDialogProc) == kFound;
+}
