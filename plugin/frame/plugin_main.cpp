@@ -2,10 +2,14 @@
 
 #include <cstdio>
 
+#include "plugin/dialogs/about_dialog.h"
 #include "plugin/frame/globals.h"
+#include "plugin/frame/menus.h"
 #include "plugin/frame/start_up.h"
+#include "plugin/frame/timer.h"
 #include "plugin/host/alerts.h"
 #include "plugin/host/suite_table.h"
+#include "plugin/placement/action_handler.h"
 
 namespace {
 
@@ -33,6 +37,11 @@ HostError HandleShutdown(HostMessage* message) {
     return kHostNoError;
 }
 
+HostError HandleAbout(HostMessage*) {
+    ShowAboutDialog();
+    return kHostNoError;
+}
+
 /// The block of state stays with the host while the module is away.
 HostError HandleUnload(HostMessage* message) {
     message->globals = globals;
@@ -56,8 +65,12 @@ constexpr DispatchRow kStartupRow = {HOST_CALLER_INTERFACE, HOST_SELECTOR_STARTU
 /// What needs the block of state.
 constexpr DispatchRow kRunningRows[] = {
     {HOST_CALLER_INTERFACE, HOST_SELECTOR_SHUTDOWN, HandleShutdown},
+    {HOST_CALLER_INTERFACE, HOST_SELECTOR_ABOUT, HandleAbout},
+    {HOST_CALLER_MENU, HOST_SELECTOR_GO, OnMenuGo},
+    {HOST_CALLER_MENU, HOST_SELECTOR_UPDATE, OnMenuUpdate},
     {HOST_CALLER_TIMER, HOST_SELECTOR_GO, OnTimer},
     {HOST_CALLER_NOTIFIER, HOST_SELECTOR_NOTIFY, OnNotify},
+    {HOST_CALLER_ACTION, HOST_SELECTOR_DO_ACTION, HandleDoAction},
 };
 
 bool Matches(const DispatchRow& row, const char* caller, const char* selector) {

@@ -1,26 +1,101 @@
 #include "plugin/frame/start_up.h"
 
+#include "plugin/dialogs/dialog_texts.h"
+#include "plugin/dialogs/tool_tip.h"
 #include "plugin/frame/globals.h"
+#include "plugin/frame/menus.h"
 #include "plugin/frame/preferences.h"
+#include "plugin/frame/timer.h"
+#include "plugin/host/suites.h"
+#include "plugin/panel/list_table.h"
+#include "plugin/panel/panel_build.h"
+#include "plugin/panel/panel_layout.h"
+#include "plugin/placement/action_handler.h"
 #include "plugin/placement/geometry.h"
 
 namespace {
 
+constexpr char kTimerName[] = "VELQUORNE_TIMER";
+constexpr char kNotifierName[] = "Velquorne App Started Notifier";
 constexpr char kStartedNotifier[] = "AI Application Started Notifier";
+constexpr int32_t kWantsNotice = 2; ///< of what other plug-ins change
+constexpr int kFirstCursor = 16100;
+
+HostError SetOptions(PluginHandle self) {
+    int32_t options = 0;
+    const HostError error = PluginSuite().GetPluginOptions(self, &options);
+    return error != kHostNoError ? error : PluginSuite().SetPluginOptions(self, options | kWantsNotice);
+}
+
+/// A cursor that isn't there stays none.
+HostError LoadCursors() {
+    AccessHandle access = nullptr;
+    void* instance = nullptr;
+    HostError error = AccessSuite().GetPluginAccess(globals->pluginRef, &access);
+    if (error == kHostNoError) error = AccessSuite().GetAccessInstance(access, &instance);
+    if (error != kHostNoError) return error;
+    for (int i = 0; i < kCursorCount; ++i) {
+        globals->cursors[i] =
+            LoadCursorA(static_cast<HINSTANCE>(instance), MAKEINTRESOURCEA(kFirstCursor + i));
+    }
+    return kHostNoError;
+}
+
+void TakeSettings() {
+    FillCurveTables();
+    ReadPreferences();
+    globals->preferencesRead = 1;
+    globals->browseWidth = LimitBrowseWidth(globals->browseWidth);
+}
+
+HostError AddTimer() {
+    return TimerSuite().AddTimer(globals->pluginRef, kTimerName, kTimerPeriod, 0, &globals->timerRef);
+}
+
+HostError AddNotifier() {
+    NotifierHandle notifier = nullptr;
+    return NotifierSuite().AddNotifier(globals->pluginRef, kNotifierName, kStartedNotifier, &notifier);
+}
 
 } // namespace
 
 HostError StartUp(const HostMessage* message) {
+    HostError error = SetOptions(message->self);
+    if (error != kHostNoError) return error;
     SetDefaults(message->self);
-    FillCurveTables();
-    ReadPreferences();
-    return kHostNoError;
+    error = LoadCursors();
+    if (error != kHostNoError) return error;
+    TakeSettings();
+    error = AddMenus();
+    if (error == kHostNoError) error = AddTimer();
+    if (error == kHostNoError) error = AddNotifier();
+    return error != kHostNoError ? error : RegisterPlaceActions(message);
 }
+
+namespace {
+
+void EndPanel() {
+    if (globals->panelRef) {
+        void* window = nullptr;
+        if (PanelSuite().GetPlatformWindow(globals->panelRef, &window) != kHostNoError) window = nullptr;
+        if (window) TakeDownWindow(static_cast<HWND>(window));
+        PanelSuite().DestroyPanel(globals->panelRef);
+        globals->panelRef = nullptr;
+        FreePanelObjects();
+    }
+    if (globals->flyoutRef) PanelFlyoutMenuSuite().DestroyFlyout(globals->flyoutRef);
+    globals->flyoutRef = nullptr;
+    FreeListTable();
+}
+
+} // namespace
 
 void ShutDown() {
     FreeHandle(globals->curRecord);
     FreeHandle(globals->rihList);
-    WritePreferences();
+    DropToolTip();
+    if (globals->preferencesRead) WritePreferences();
+    EndPanel();
     FreeHandle(globals->sideObjects);
     FreeHandle(globals->linkPaths);
     FreeHandle(globals->linkNames);
@@ -28,14 +103,10 @@ void ShutDown() {
     FreeOffsets();
 }
 
-HostError OnTimer(HostMessage* message) {
-    globals->hostBasic = message->basic;
-    return kHostNoError;
-}
-
 HostError OnNotify(HostMessage* message) {
     // A notifier's message continues behind the head.
     const auto* notifier = reinterpret_cast<const HostNotifierMessage*>(message);
-    if (moduleBasic->TextsEqual(notifier->type, kStartedNotifier)) globals->hostBasic = message->basic;
-    return kHostNoError;
+    if (!moduleBasic->TextsEqual(notifier->type, kStartedNotifier)) return kHostNoError;
+    globals->hostBasic = message->basic;
+    return CreatePanel(globals->pluginRef);
 }

@@ -46,10 +46,9 @@ void PaintRow(ListPaint& paint, const FolderIcons& icons, const RECT& row, const
         const POINT corner = CentredIcon(square);
         DrawIcon(paint.context(), corner.x, corner.y, icon);
     }
-    const std::string shown = CutToWidth(paint.context(), look.shown, row.right - row.left - kBesideText);
+    const ShownText shown = CutToWidth(paint.context(), look.shown, row.right - row.left - kBesideText);
     SetTextColor(paint.context(), RowTextColor(selected));
-    TextOutA(paint.context(), square.right + 5, square.top + 3, shown.c_str(),
-             static_cast<int>(shown.size()));
+    TextOutA(paint.context(), square.right + 5, square.top + 3, shown.bytes, shown.count);
 }
 
 void PaintRows(HDC context, HWND control, const ListGrid& grid, RowRange rows, int32_t selected) {

@@ -1,7 +1,6 @@
 #include "plugin/panel/paint_records.h"
 
 #include <cstdio>
-#include <cstring>
 
 #include "plugin/frame/globals.h"
 #include "plugin/panel/list_paint.h"
@@ -48,6 +47,7 @@ RecordFace ReadFace(int32_t row, MemoryHandle& record) {
 // Columns of the list form, in pixels from the right end of the thumbnail's box.
 constexpr int kNameAt = 5, kKindAt = 155, kDateAt = 255, kCommentAt = 355;
 constexpr int kNameLimit = 140, kKindLimit = 90, kCommentLimit = 240;
+constexpr int kNoLimit = 0x7FFFFFFF;
 
 /// The sorted column, from the square at the line's left on.
 RECT SortColumn(const RECT& square) {
@@ -62,9 +62,10 @@ RECT SortColumn(const RECT& square) {
     }
 }
 
-void WriteText(HDC context, int x, int y, const char* text, COLORREF color) {
+void WriteText(HDC context, int x, int y, const char* text, int limit, COLORREF color) {
+    const ShownText shown = CutToWidth(context, text, limit);
     SetTextColor(context, color);
-    TextOutA(context, x, y, text, static_cast<int>(std::strlen(text)));
+    TextOutA(context, x, y, shown.bytes, shown.count);
 }
 
 void WriteLine(HDC context, const RECT& box, const RecordFace& face, bool selected) {
@@ -75,13 +76,13 @@ void WriteLine(HDC context, const RECT& box, const RecordFace& face, bool select
     char date[64];
     std::snprintf(date, sizeof date, "%2.2d/%2.2d/%2.2d %2.2d:%2.2d", face.date.wYear % 100, face.date.wMonth,
                   face.date.wDay, face.date.wHour, face.date.wMinute);
-    const auto column = [&](int at, const char* text, int limit, COLORREF textColor) {
-        WriteText(context, box.right + at, y, CutToWidth(context, text, limit).c_str(), textColor);
+    const auto write = [&](int at, const char* text, int limit, COLORREF textColor) {
+        WriteText(context, box.right + at, y, text, limit, textColor);
     };
-    column(kNameAt, face.name, kNameLimit, color);
-    column(kKindAt, face.kind, kKindLimit, color);
-    WriteText(context, box.right + kDateAt, y, date, dateColor);
-    column(kCommentAt, face.comment, kCommentLimit, dateColor);
+    write(kNameAt, face.name, kNameLimit, color);
+    write(kKindAt, face.kind, kKindLimit, color);
+    write(kDateAt, date, kNoLimit, dateColor);
+    write(kCommentAt, face.comment, kCommentLimit, dateColor);
 }
 
 void FillStock(HDC context, const RECT& rectangle, int brush) {

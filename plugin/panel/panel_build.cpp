@@ -202,15 +202,16 @@ HostError CreatePanel(PluginHandle plugin) {
     return first;
 }
 
-void TakeDownPanel(HWND panel) {
-    if (panel) {
-        const auto old = reinterpret_cast<INT_PTR>(globals->oldPanelProc);
-        if (old) SetWindowLongPtrA(panel, GWLP_WNDPROC, old);
-        DestroyWindow(panel);
-    }
-    globals->oldPanelProc = nullptr;
+void TakeDownWindow(HWND panel) {
+    const auto old = reinterpret_cast<INT_PTR>(globals->oldPanelProc);
+    if (old) SetWindowLongPtrA(panel, GWLP_WNDPROC, old);
+    DestroyWindow(panel);
+}
+
+void FreePanelObjects() {
     if (globals->panelBrush) DeleteObject(globals->panelBrush);
     if (globals->panelFont) DeleteObject(globals->panelFont);
     globals->panelBrush = nullptr;
     globals->panelFont = nullptr;
+    globals->oldPanelProc = nullptr;
 }

@@ -14,6 +14,8 @@ HostError CreatePanel(PluginHandle plugin);
 /// Takes over a window: its procedure, colours, font, icons, the controls and their contents.
 void BuildPanel(HWND panel);
 
-/// Gives the window of the panel its own procedure back and frees what BuildPanel made.  The window itself
-/// is destroyed; null if there is none any more.
-void TakeDownPanel(HWND panel);
+/// Gives the panel's window the host's procedure back and destroys it.
+void TakeDownWindow(HWND panel);
+
+/// Frees what BuildPanel made for painting and forgets the host's procedure: when the window is gone.
+void FreePanelObjects();

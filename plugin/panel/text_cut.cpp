@@ -1,8 +1,7 @@
 #include "plugin/panel/text_cut.h"
 
-#include <algorithm>
 #include <cstring>
-#include <vector>
+#include <limits>
 
 #include "plugin/store/cp932.h"
 
@@ -24,16 +23,20 @@ size_t BytesBeforeDots(const char* text, const int* widths, int dotsWidth, int l
     return fits;
 }
 
-std::string CutToWidth(HDC context, const char* text, int limit) {
-    const int bytes = static_cast<int>(std::strlen(text));
-    SIZE size{};
-    if (bytes == 0) return text;
-    std::vector<int> widths(static_cast<size_t>(bytes));
-    GetTextExtentExPointA(context, text, bytes, 0, nullptr, nullptr, &size);
-    if (size.cx <= limit) return text;
+ShownText CutToWidth(HDC context, const char* text, int limit) {
+    ShownText shown;
+    CopyText(shown.bytes, kShownBytes, text);
+    shown.count = static_cast<int>(std::strlen(shown.bytes));
+    if (shown.count == 0) return shown;
+    int widths[kShownBytes] = {};
     int fit = 0;
-    SIZE dots{};
-    GetTextExtentExPointA(context, text, bytes, 0x7FFFFFFF, &fit, widths.data(), &size);
+    SIZE size{}, dots{};
+    GetTextExtentExPointA(context, shown.bytes, shown.count, std::numeric_limits<int>::max(), &fit, widths,
+                          &size);
+    if (size.cx <= limit) return shown;
     GetTextExtentExPointA(context, kDots, kDotsBytes, 0, nullptr, nullptr, &dots);
-    return std::string(text, BytesBeforeDots(text, widths.data(), dots.cx, limit)) + kDots;
+    const size_t kept = BytesBeforeDots(shown.bytes, widths, dots.cx, limit);
+    std::memcpy(shown.bytes + kept, kDots, sizeof kDots);
+    shown.count = static_cast<int>(kept) + kDotsBytes;
+    return shown;
 }

@@ -1,0 +1,81 @@
+#include "plugin/placement/action_handler.h"
+
+#include <cstring>
+
+#include "plugin/frame/globals.h"
+#include "plugin/host/host_string.h"
+#include "plugin/host/suites.h"
+
+namespace {
+
+constexpr int32_t kActionVersion = 1;
+constexpr uint32_t kRealType = 0x7265616C; // 'real'
+
+struct ParameterRow {
+    uint32_t key;
+    const char* english;
+    const char* japanese;
+};
+
+// The centre, width and height of what is placed, in points, and its rotation in radians.
+constexpr ParameterRow kPlaceParameters[] = {
+    {0x706C6378, "X-coordinate", "X 座標"}, // 'plcx'
+    {0x706C6379, "Y-coordinate", "Y 座標"}, // 'plcy'
+    {0x73636C77, "Width", "横幅"},          // 'sclw'
+    {0x73636C68, "Height", "高さ"},         // 'sclh'
+    {0x616E676C, "Angle", "角度"},          // 'angl'
+};
+
+/// The host's block of parameter types, given back at the end of the scope.
+class ParameterTypes {
+public:
+    ParameterTypes() {
+        if (ActionManagerSuite().NewParameterTypes(&types_) != kHostNoError) types_ = nullptr;
+    }
+    ~ParameterTypes() {
+        if (types_) ActionManagerSuite().FreeParameterTypes(types_);
+    }
+    ParameterTypes(const ParameterTypes&) = delete;
+    ParameterTypes& operator=(const ParameterTypes&) = delete;
+
+    ParameterTypesHandle get() const { return types_; }
+
+private:
+    ParameterTypesHandle types_ = nullptr;
+};
+
+void Register(PluginHandle plugin, const char* name, int32_t word, const ParameterTypes& types) {
+    const HostString localName(name, std::strlen(name), kEncodingCp932);
+    ActionManagerSuite().RegisterAction(name, localName.get(), kActionVersion, 0, 0, plugin, word,
+                                        types.get());
+}
+
+void AddPlaceParameters(const ParameterTypes& types) {
+    for (const ParameterRow& row : kPlaceParameters) {
+        const char* text = globals->language != 0 ? row.english : row.japanese;
+        const HostString name(text, std::strlen(text), kEncodingCp932);
+        ActionManagerSuite().AddParameterType(types.get(), row.key, name.get(), kRealType, 1);
+    }
+}
+
+} // namespace
+
+HostError RegisterPlaceActions(const HostMessage* message) {
+    if (!message->self) return kHostNoError;
+    {
+        const ParameterTypes none;
+        if (none.get()) Register(message->self, kInternalAction, kInternalWord, none);
+    }
+    const ParameterTypes types;
+    if (!types.get()) return kHostNoError;
+    AddPlaceParameters(types);
+    Register(message->self, kPlaceAction, kPlaceWord, types);
+    return kHostNoError;
+}
+
+HostError HandleDoAction(HostMessage* message) {
+    // An action's message continues behind the head.
+    const auto* action = reinterpret_cast<const HostActionMessage*>(message);
+    if (action->typeWord != kPlaceWord) globals->commandPending = 0;
+    return kHostNoError;
+}
