@@ -245,6 +245,10 @@ HostError Document::SetEditArt(Art& pluginArt, Art& edit) {
 }
 
 Art* Document::CopyArt(const Art& art) {
+    return CopyArts({&art}).front();
+}
+
+std::vector<Art*> Document::CopyArts(const std::vector<const Art*>& arts) {
     struct Pair {
         const Art* from;
         Art* to;
@@ -261,7 +265,12 @@ Art* Document::CopyArt(const Art& art) {
         to->data = from.data;
         return to;
     };
-    std::vector<Pair> pairs{{&art, copyOf(art, nullptr)}};
+    std::vector<Pair> pairs;
+    std::vector<Art*> roots;
+    for (const Art* art : arts) {
+        roots.push_back(copyOf(*art, nullptr));
+        pairs.push_back({art, roots.back()});
+    }
     std::map<const Story*, std::vector<Art*>> framesOfCopies;
     for (size_t i = 0; i < pairs.size(); ++i) {
         const auto [from, to] = pairs[i];
@@ -286,7 +295,7 @@ Art* Document::CopyArt(const Art& art) {
     std::map<ArtHandle, ArtHandle> copyOfFrame;
     for (const auto& [from, to] : pairs) copyOfFrame[from->handle] = to->handle;
     for (const auto& [story, copies] : framesOfCopies) ShareCopy(*story, copies, copyOfFrame);
-    return pairs.front().to;
+    return roots;
 }
 
 Layer* Document::LayerOf(const Art& art) {

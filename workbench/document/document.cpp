@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "workbench/document/document_tables.h"
+#include "workbench/document/undo_history.h"
 
 namespace workbench {
 
@@ -60,12 +61,26 @@ Layer& Document::InsertLayer(size_t index, std::string layerTitle) {
     return **layers_.insert(layers_.begin() + static_cast<std::ptrdiff_t>(index), std::move(layer));
 }
 
+void Document::RemoveLayer(size_t index) {
+    Layer& layer = *layers_[index];
+    Art* root = layer.root;
+    root->layer = nullptr;
+    DisposeArt(root);
+    tables_->handles.Remove(reinterpret_cast<uintptr_t>(layer.handle));
+    layers_.erase(layers_.begin() + static_cast<std::ptrdiff_t>(index));
+    if (currentLayer_ > index || currentLayer_ == layers_.size()) --currentLayer_;
+}
+
 Layer& Document::CurrentLayer() {
     return *layers_[currentLayer_];
 }
 
 void Document::SetCurrentLayer(size_t index) {
     currentLayer_ = index;
+}
+
+void Document::KeepHistory() {
+    if (!history_) history_ = std::make_unique<UndoHistory>(*this);
 }
 
 // Paint

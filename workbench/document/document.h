@@ -16,6 +16,8 @@
 
 namespace workbench {
 
+class UndoHistory;
+
 struct Layer {
     LayerHandle handle = nullptr;
     std::string title;
@@ -82,6 +84,7 @@ public:
     const Layer& LayerAt(size_t index) const { return *layers_[index]; }
     Layer* Find(LayerHandle handle);
     Layer& InsertLayer(size_t index, std::string title);
+    void RemoveLayer(size_t index); ///< with all that is on it; never the last one
     Layer& CurrentLayer();
     void SetCurrentLayer(size_t index);
 
@@ -120,7 +123,9 @@ public:
     /// the plug-in art lies within it.
     HostError SetEditArt(Art& pluginArt, Art& edit);
 
-    Art* CopyArt(const Art& art);   ///< a free-standing deep copy with tags and paint, nothing selected
+    Art* CopyArt(const Art& art); ///< a free-standing deep copy with tags and paint, nothing selected
+    /// The same of several at once, none within another: text frames that are linked stay so.
+    std::vector<Art*> CopyArts(const std::vector<const Art*>& arts);
     Layer* LayerOf(const Art& art); ///< null for art out of the tree; walks up to the root
     static bool CanChange(const Layer* layer) { return layer && layer->visible && !layer->locked; }
 
@@ -169,6 +174,11 @@ public:
     SwatchListHandle swatchList() const { return swatchList_; }
 
     View& view() { return view_; }
+    const View& view() const { return view_; }
+
+    /// Null unless the steps of this document are kept.
+    UndoHistory* history() { return history_.get(); }
+    void KeepHistory();
 
 private:
     struct Tables;
@@ -181,6 +191,7 @@ private:
     View view_;
     DocumentHandle handle_ = nullptr;
     SwatchListHandle swatchList_ = nullptr;
+    std::unique_ptr<UndoHistory> history_;
 };
 
 /// The paint of new art: black stroke of one point, no fill.

@@ -51,7 +51,8 @@ enum class HandleType : uint8_t {
     kNotifier,
     kFlyout,
     kPanel,
-    kParameterTypes
+    kParameterTypes,
+    kParameters
 };
 
 class HandleTable {

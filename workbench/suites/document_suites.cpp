@@ -2,6 +2,7 @@
 
 #include "suites/document.h"
 
+#include "workbench/document/undo_history.h"
 #include "workbench/suites/suite_call.h"
 
 namespace workbench {
@@ -88,13 +89,16 @@ HostError GetViewZoom(SuiteCall&, View& view, double& zoom) {
 // AI Undo Suite
 
 HostError BeginStep(SuiteCall& call) {
-    return NeedDocument(call);
+    if (const HostError error = NeedDocument(call)) return error;
+    if (UndoHistory* history = call.document().history()) history->Begin({}, {});
+    return kHostNoError;
 }
 
 HostError SetUndoTexts(SuiteCall& call, HostText& undo, HostText& redo) {
     if (const HostError error = NeedDocument(call)) return error;
     call.document().undoText = undo.utf8;
     call.document().redoText = redo.utf8;
+    if (UndoHistory* history = call.document().history()) history->NameStep(undo.utf8, redo.utf8);
     return kHostNoError;
 }
 

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "workbench/document/color.h"
+#include "workbench/document/matrix.h"
 #include "workbench/suites/suite_call.h"
 
 namespace workbench {
@@ -147,6 +148,28 @@ int32_t PointInRect(SuiteCall&, const HostPoint& point, const HostRect& rect) {
     return point.x >= rect.left && point.x <= rect.right && point.y >= rect.bottom && point.y <= rect.top;
 }
 
+void OffsetHostRect(SuiteCall&, HostRect& rect, double x, double y) {
+    rect = {rect.left + x, rect.top + y, rect.right + x, rect.bottom + y};
+}
+
+void ConcatTranslation(SuiteCall&, HostMatrix& matrix, double x, double y) {
+    matrix.tx += x;
+    matrix.ty += y;
+}
+
+void ConcatScale(SuiteCall&, HostMatrix& matrix, double x, double y) {
+    matrix = Concat({x, 0, 0, y, 0, 0}, matrix);
+}
+
+void ConcatRotation(SuiteCall&, HostMatrix& matrix, double radians) {
+    const double c = std::cos(radians), s = std::sin(radians);
+    matrix = Concat({c, s, -s, c, 0, 0}, matrix);
+}
+
+void ConcatMatrix(SuiteCall&, HostMatrix& matrix, const HostMatrix& last) {
+    matrix = Concat(last, matrix);
+}
+
 } // namespace
 
 const void* DrawArtSuiteTable() {
@@ -169,6 +192,11 @@ const void* RealMathSuiteTable() {
         Entry<"AI Real Math Suite", "PointsEqual", PointsEqual, EntryKind::kPlain>::Run,
         Entry<"AI Real Math Suite", "InsetRect", InsetRect>::Run,
         Entry<"AI Real Math Suite", "PointInRect", PointInRect, EntryKind::kPlain>::Run,
+        Entry<"AI Real Math Suite", "OffsetRect", OffsetHostRect>::Run,
+        Entry<"AI Real Math Suite", "ConcatTranslation", ConcatTranslation>::Run,
+        Entry<"AI Real Math Suite", "ConcatScale", ConcatScale>::Run,
+        Entry<"AI Real Math Suite", "ConcatRotation", ConcatRotation>::Run,
+        Entry<"AI Real Math Suite", "ConcatMatrix", ConcatMatrix>::Run,
     };
     return &table;
 }

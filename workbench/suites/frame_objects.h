@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -72,6 +73,12 @@ struct HostParameterTypes {
     uint64_t madeBy = 0;
 };
 
+/// The values of an action that is being played.
+struct HostParameters {
+    ParametersHandle handle = nullptr;
+    std::map<uint32_t, double> reals;
+};
+
 struct HostAction {
     std::string name, localName;
     int32_t version = 0, typeWord = 0;
@@ -95,6 +102,7 @@ public:
     virtual void ShowAlert(const std::string& text, bool error) = 0;
     virtual bool AskYesNo(const std::string& question) = 0;
     virtual void MenusChanged() = 0;
+    virtual void DocumentChanged() {} ///< another document is in front, or an action may have changed it
 };
 
 /// The interface's colours, for AI User Interface Theme Suite.

@@ -175,10 +175,13 @@ const HostBasic* Host::basic() const {
 
 void Host::Open(std::unique_ptr<Document> document) {
     state_->document = std::move(document);
+    if (state_->frame) state_->frame->DocumentChanged();
 }
 
 std::unique_ptr<Document> Host::Close() {
-    return std::move(state_->document);
+    std::unique_ptr<Document> document = std::move(state_->document);
+    if (document && state_->frame) state_->frame->DocumentChanged();
+    return document;
 }
 
 Document* Host::front() {
@@ -255,7 +258,18 @@ HostError Host::PlayAction(const std::string& name, ParametersHandle parameters)
     const auto action = std::ranges::find(state_->actions, name, &HostAction::name);
     if (action == state_->actions.end()) return kHostNotFound;
     if (!state_->plugin.doAction) return kHostRefused;
-    return state_->plugin.doAction(action->typeWord, parameters);
+    const HostError error = state_->plugin.doAction(action->typeWord, parameters);
+    if (state_->frame) state_->frame->DocumentChanged();
+    return error;
+}
+
+HostError Host::PlayAction(const std::string& name, const std::map<uint32_t, double>& reals) {
+    HostParameters parameters{.handle = nullptr, .reals = reals};
+    const uintptr_t handle = state_->handles.Add(HandleType::kParameters, &parameters);
+    parameters.handle = reinterpret_cast<ParametersHandle>(handle);
+    const HostError error = PlayAction(name, parameters.handle);
+    state_->handles.Remove(handle);
+    return error;
 }
 
 void Host::AddMenuGroup(const std::string& name) {

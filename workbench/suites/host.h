@@ -91,6 +91,8 @@ public:
     const std::vector<std::unique_ptr<HostPanel>>& panels() const;
     const std::vector<HostAction>& actions() const;
     bool HasNotifier(const std::string& type) const;
+    /// As a person or a script plays a recorded one; kHostNotFound for none of that name.
+    HostError PlayAction(const std::string& name, const std::map<uint32_t, double>& reals);
     HostError PlayAction(const std::string& name, ParametersHandle parameters);
     /// Another plug-in's menu group, as if it had made it.
     void AddMenuGroup(const std::string& name);

@@ -277,6 +277,13 @@ HostError PlayAction(SuiteCall& call, Name name, int32_t dialogMode, ParametersH
     return error == kHostNotFound ? call.FaultUnlessRefused(error, "no action of that name") : error;
 }
 
+HostError GetRealParameter(SuiteCall&, HostParameters& parameters, uint32_t key, double& value) {
+    const auto found = parameters.reals.find(key);
+    if (found == parameters.reals.end()) return kHostNotFound;
+    value = found->second;
+    return kHostNoError;
+}
+
 } // namespace
 
 const void* PluginSuiteTable() {
@@ -365,6 +372,7 @@ const void* ActionManagerSuiteTable() {
         Entry<"AI Action Manager Suite", "AddParameterType", AddParameterType>::Run,
         Entry<"AI Action Manager Suite", "RegisterAction", RegisterAction>::Run,
         Entry<"AI Action Manager Suite", "PlayAction", PlayAction>::Run,
+        Entry<"AI Action Manager Suite", "GetRealParameter", GetRealParameter>::Run,
     };
     return &table;
 }

@@ -126,6 +126,7 @@ template <> struct ObjectTraits<MenuItem> : HostObject<MenuItem, MenuItemHandle,
 template <> struct ObjectTraits<HostFlyout> : HostObject<HostFlyout, FlyoutHandle, HandleType::kFlyout> { static constexpr const char* name = "flyout"; };
 template <> struct ObjectTraits<HostPanel> : HostObject<HostPanel, PanelHandle, HandleType::kPanel> { static constexpr const char* name = "panel"; };
 template <> struct ObjectTraits<HostParameterTypes> : HostObject<HostParameterTypes, ParameterTypesHandle, HandleType::kParameterTypes> { static constexpr const char* name = "parameter types"; };
+template <> struct ObjectTraits<HostParameters> : HostObject<HostParameters, ParametersHandle, HandleType::kParameters> { static constexpr const char* name = "parameters"; };
 template <> struct ObjectTraits<HostPlugin> {
     using Handle = PluginHandle;
     static constexpr bool inDocument = false;
