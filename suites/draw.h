@@ -47,6 +47,13 @@ typedef struct AIRealMathSuite {
     /* Moves each edge inward, outward for values below 0. */
     void (*InsetRect)(HostRect* rect, float x, float y);
     int32_t (*PointInRect)(const HostPoint* point, const HostRect* rect); /* edges included */
+    void (*OffsetRect)(HostRect* rect, double x, double y);
+
+    /* Each applies one more map behind those that the matrix holds already. */
+    void (*ConcatTranslation)(HostMatrix* matrix, double x, double y);
+    void (*ConcatScale)(HostMatrix* matrix, double x, double y);
+    void (*ConcatRotation)(HostMatrix* matrix, double radians); /* counterclockwise */
+    void (*ConcatMatrix)(HostMatrix* matrix, const HostMatrix* last);
 } AIRealMathSuite;
 
 } /* extern "C" */

@@ -110,6 +110,10 @@ typedef struct AIActionManagerSuite {
                                 int32_t reserved1, int32_t reserved2, PluginHandle plugin, int32_t typeWord,
                                 ParameterTypesHandle types);
     HostError (*PlayAction)(const char* name, int32_t dialogMode, ParametersHandle parameters);
+
+    /* A parameter of type 'real' of the action that is being played; kHostNotFound if it has none of that
+       key. */
+    HostError (*GetRealParameter)(ParametersHandle parameters, uint32_t key, double* value);
 } AIActionManagerSuite;
 
 } /* extern "C" */
