@@ -103,12 +103,20 @@ void DrawLines(Context& context, const std::vector<TextLine>& lines, const RECT&
 int DrawTextIn(Context& context, std::string_view text, RECT& rectangle, UINT format) {
     const int width = Near(int64_t{rectangle.right} - rectangle.left);
     const int lineHeight = context.state.font->typeface->Height();
+    if (text.empty()) {
+        // A line that isn't there has a height all the same, but only a single one makes room for it.
+        if ((format & DT_CALCRECT) != 0) {
+            rectangle.right = rectangle.left;
+            rectangle.bottom = rectangle.top + ((format & DT_SINGLELINE) != 0 ? lineHeight : 0);
+        }
+        return lineHeight;
+    }
     const std::vector<TextLine> lines = LinesOf(context, text, width, format);
     const int height = Near(static_cast<int64_t>(lines.size()) * lineHeight);
-    // The height that is told reaches from the rectangle's top.
+    // The height that is told reaches from the rectangle's top to the end of a text that lies in its middle.
     int offset = 0;
     if ((format & DT_SINGLELINE) != 0 && (format & DT_VCENTER) != 0)
-        offset = Near((int64_t{rectangle.bottom} - rectangle.top - height) / 2);
+        offset = Near((int64_t{rectangle.bottom} - rectangle.top) / 2 - height / 2);
     if ((format & DT_CALCRECT) == 0) {
         DrawLines(context, lines, rectangle, Near(int64_t{rectangle.top} + offset), format);
         return height + offset;
@@ -116,8 +124,8 @@ int DrawTextIn(Context& context, std::string_view text, RECT& rectangle, UINT fo
     int widest = 0;
     for (const TextLine& line : lines) widest = std::max(widest, TextWidth(context, line.text));
     rectangle.right = Near(int64_t{rectangle.left} + widest);
-    rectangle.bottom = Near(int64_t{rectangle.top} + height);
-    return height;
+    rectangle.bottom = Near(int64_t{rectangle.top} + height + offset);
+    return height + offset;
 }
 
 } // namespace

@@ -169,12 +169,6 @@ BOOL Rectangle(HDC handle, int left, int top, int right, int bottom) {
     const LONG before = pen.width / 2, after = pen.width - before;
     FillInside(*context, {r.left + after, r.top + after, r.right - before, r.bottom - before});
     const POINT corners[] = {{r.left, r.top}, {r.right, r.top}, {r.right, r.bottom}, {r.left, r.bottom}};
-    if (r.left == r.right || r.top == r.bottom) {
-        // A line there would come back over itself.
-        const bool upright = r.left == r.right;
-        DrawLine(*context, corners[0], {r.right + (upright ? 0 : 1), r.bottom + (upright ? 1 : 0)});
-        return TRUE;
-    }
     for (int i = 0; i < 4; ++i) DrawLine(*context, corners[i], corners[(i + 1) % 4]);
     return TRUE;
 }

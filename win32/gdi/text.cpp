@@ -127,7 +127,7 @@ BOOL GetTextExtentExPointA(HDC handle, LPCSTR text, int bytes, int most, int* fi
         if (width <= most && fitting == offset) fitting += unitBytes;
     }
     if (fit != nullptr) *fit = fitting;
-    *size = {Near(width), typeface.Height()};
+    *size = {Near(width), arguments.text.empty() ? 0 : typeface.Height()};
     return TRUE;
 }
 

@@ -112,16 +112,24 @@ LineHeights HeightsOf(const PangoFontDescription* description) {
             pango_font_metrics_get_descent(metrics.get()) / double{PANGO_SCALE}};
 }
 
-// A letter height as given, or the one at which a line has the height that is asked for.
-int EmHeightOf(const TypefaceKey& key) {
+struct LineSize {
+    int emHeight, ascent, descent;
+};
+LineSize LineSizeAt(const TypefaceKey& key, int emHeight) {
+    const LineHeights heights = HeightsOf(DescriptionOf(key, emHeight).get());
+    return {emHeight, static_cast<int>(std::ceil(heights.ascent)),
+            static_cast<int>(std::ceil(heights.descent))};
+}
+
+// A letter height as given, or the largest one with which a line isn't higher than what is asked for.
+LineSize LineSizeOf(const TypefaceKey& key) {
     constexpr int kLargest = 1000, kSystemHeight = 16;
     const int height = key.height == 0 ? kSystemHeight : std::clamp(key.height, -kLargest, kLargest);
-    if (height < 0) return -height;
-    constexpr double kProbe = 256;
-    const LineHeights heights = HeightsOf(DescriptionOf(key, kProbe).get());
-    const double line = heights.ascent + heights.descent;
-    if (line <= 0) return height;
-    return std::max(1, static_cast<int>(std::lround(height * kProbe / line)));
+    if (height < 0) return LineSizeAt(key, -height);
+    LineSize size = LineSizeAt(key, height);
+    while (size.emHeight > 1 && size.ascent + size.descent > height)
+        size = LineSizeAt(key, size.emHeight - 1);
+    return size;
 }
 
 // The ink of a layout's line, with the top of the font's line at the top.
@@ -165,13 +173,11 @@ struct TypefaceFont {
 };
 
 Typeface::Typeface(const TypefaceKey& key) : key_(key), font_(std::make_unique<TypefaceFont>()) {
-    emHeight_ = EmHeightOf(key);
+    const LineSize size = LineSizeOf(key);
+    emHeight_ = size.emHeight;
+    ascent_ = size.ascent;
+    descent_ = size.descent;
     const Description description = DescriptionOf(key, emHeight_);
-    const LineHeights heights = HeightsOf(description.get());
-    ascent_ = static_cast<int>(std::ceil(heights.ascent));
-    descent_ = static_cast<int>(std::ceil(heights.descent));
-    // Rounding may have added a pixel to a line whose height was asked for.
-    if (key.height > 0 && ascent_ + descent_ > key.height) descent_ = std::max(0, key.height - ascent_);
     font_->layout.reset(pango_layout_new(TextContext()));
     pango_layout_set_font_description(font_->layout.get(), description.get());
     pango_layout_set_single_paragraph_mode(font_->layout.get(), TRUE);

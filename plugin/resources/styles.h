@@ -1,0 +1,35 @@
+// The styles of the dialogs, as Windows numbers them: the compiler of resources needs no header of Windows.
+
+#define WS_POPUP 0x80000000
+#define WS_CAPTION 0x00C00000
+#define WS_BORDER 0x00800000
+#define WS_VSCROLL 0x00200000
+#define WS_SYSMENU 0x00080000
+#define WS_GROUP 0x00020000
+#define WS_TABSTOP 0x00010000
+
+#define DS_SETFONT 0x0040
+#define DS_MODALFRAME 0x0080
+#define DS_CENTER 0x0800
+
+#define SS_LEFT 0x0000
+#define SS_CENTER 0x0001
+#define SS_RIGHT 0x0002
+#define SS_ICON 0x0003
+#define SS_OWNERDRAW 0x000D
+#define SS_NOTIFY 0x0100
+
+#define BS_PUSHBUTTON 0x0000
+#define BS_DEFPUSHBUTTON 0x0001
+#define BS_AUTOCHECKBOX 0x0003
+#define BS_OWNERDRAW 0x000B
+
+#define ES_LEFT 0x0000
+#define ES_MULTILINE 0x0004
+#define ES_AUTOVSCROLL 0x0040
+#define ES_AUTOHSCROLL 0x0080
+#define ES_WANTRETURN 0x1000
+
+#define CBS_DROPDOWN 0x0002
+#define CBS_DROPDOWNLIST 0x0003
+#define CBS_AUTOHSCROLL 0x0040
