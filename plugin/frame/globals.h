@@ -70,6 +70,8 @@ struct ToolTip {
     RECT savedArea;    ///< on the screen
 };
 
+struct SnapIndex; // plugin/placement/snap_index.h
+
 struct Globals {
     // Browser and placement settings
     int16_t toolMode;      ///< 1 icons 32, 2 icons 64, 3 list; other values act as 3
@@ -126,6 +128,8 @@ struct Globals {
     int16_t flCnvFnMode;                                ///< 0 name, 1 kind, 2 comment
     char flCnvFnStr[kNameBytes];
     int16_t flCnvCase, flCnvKanji, flCnvWord; ///< flags
+
+    SnapIndex* snapIndex; ///< of the drag under way (class Snapping), null outside
 
     double cubicWeightEnd[kCurveSteps + 1];
     double cubicWeightHandle[kCurveSteps + 1];
