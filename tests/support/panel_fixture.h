@@ -20,6 +20,7 @@ protected:
     /// Sends the notifier that builds the panel; SetUp doesn't, so that a test can fill the database first.
     void BuildThePanel();
 
+    TestDesktop& desktop() { return desktop_; }
     workbench::HostWindows& windows() { return *windows_; }
     workbench::PanelFrame& frame() { return *windows_->FrameOf(*host().panels().front()); }
     HWND panel() { return frame().body(); } ///< the panel's window, with its controls
@@ -29,6 +30,6 @@ protected:
     void Tick();
 
 private:
-    TestDesktop desktop_;
+    TestDesktop desktop_; // opens before the windows, ends behind them
     std::unique_ptr<workbench::HostWindows> windows_;
 };

@@ -4,6 +4,10 @@
 
 #include <windows.h>
 
+#include <memory>
+
+struct TestDesktopState;
+
 /// Open for the length of its life.  Where objects can be counted, the end of it is a failure of the running
 /// test if windows, timers, contexts or drawing objects are left that were not there at its beginning.
 class TestDesktop {
@@ -12,4 +16,9 @@ public:
     ~TestDesktop();
     TestDesktop(const TestDesktop&) = delete;
     TestDesktop& operator=(const TestDesktop&) = delete;
+
+    TestDesktopState* state() { return state_.get(); }
+
+private:
+    std::unique_ptr<TestDesktopState> state_;
 };

@@ -1,4 +1,6 @@
 #include "tests/support/test_desktop.h"
 
+struct TestDesktopState {};
+
 TestDesktop::TestDesktop(SIZE) {}
 TestDesktop::~TestDesktop() = default;
