@@ -166,10 +166,8 @@ void LoseCapture(HWND window, ButtonData& data) {
 void ChangeFocus(HWND window, ButtonData& data, bool focused) {
     data.focused = focused;
     if (!focused && data.pressing && GetCapture() == window) ReleaseCapture();
-    if (TypeOf(window) == BS_OWNERDRAW)
-        DrawNow(window, data, ODA_FOCUS);
-    else
-        Redraw(window);
+    if (TypeOf(window) == BS_OWNERDRAW) DrawNow(window, data, ODA_FOCUS);
+    if (TypeOf(window) != BS_OWNERDRAW || !focused) Redraw(window);
 }
 
 LRESULT DialogCode(HWND window) {

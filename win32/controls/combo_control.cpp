@@ -110,19 +110,22 @@ LRESULT InsertItem(ComboData& data, LRESULT at, LPARAM text) {
     if (at < -1 || at > CountOf(data)) return CB_ERR;
     if (at == -1) at = CountOf(data);
     InsertListItem(data.list, static_cast<int>(at), text != 0 ? reinterpret_cast<const char*>(text) : "");
+    data.settled = SelectionOf(data);
     return at;
 }
 
 LRESULT SelectItem(HWND window, ComboData& data, LRESULT item) {
-    const bool isThere = item >= 0 && item < CountOf(data);
-    SelectListItem(data.list, isThere ? static_cast<int>(item) : -1);
-    ShowComboItem(window, data, isThere ? static_cast<int>(item) : -1);
-    return isThere ? item : CB_ERR;
+    if (item < -1 || item >= CountOf(data)) return CB_ERR;
+    data.settled = static_cast<int>(item);
+    SelectListItem(data.list, data.settled);
+    ShowComboItem(window, data, data.settled);
+    return item;
 }
 
 LRESULT DeleteItem(HWND window, ComboData& data, WPARAM item) {
     if (ItemText(data, item) == nullptr) return CB_ERR;
     DeleteListItem(data.list, static_cast<int>(item));
+    data.settled = SelectionOf(data);
     Redraw(window);
     return CountOf(data);
 }
@@ -149,6 +152,7 @@ bool AnswerListMessage(HWND window, ComboData& data, UINT message, WPARAM wParam
             return true;
         case CB_RESETCONTENT:
             ClearList(data.list);
+            data.settled = -1;
             ShowComboItem(window, data, -1);
             answer = 0;
             return true;
@@ -225,7 +229,7 @@ LRESULT TextLength(const ComboData& data) {
 // Focus stands in the edit, if there is one, else in the combo box itself.
 void ChangeFocus(HWND window, ComboData& data, bool focused) {
     if (focused == data.isFocused) return;
-    if (!focused && data.isDropped) CloseCombo(window, data, false);
+    if (!focused) CloseCombo(window, data, false);
     if (DataOf<ComboData>(window) != &data) return;
     data.isFocused = focused;
     Redraw(window);

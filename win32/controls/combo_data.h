@@ -11,13 +11,14 @@ struct ComboData {
     HFONT font = nullptr;
     int fieldHeight = 0; ///< as CB_SETITEMHEIGHT has it, without the border
     int dropHeight = 0;  ///< what the creation's height leaves for the list
+    int settled = -1;    ///< the selection that the list goes back to if it is closed without a choice
     bool isDropped = false;
     bool isFocused = false;
     bool isFitting = false; ///< a size that the combo box gives itself
     char leadByte = '\0';   ///< of a double-byte character whose second byte is still to come
 };
 
-constexpr int kComboBorder = 3; ///< pixels around the field, on each side
+constexpr int kComboBorder = 2; ///< pixels around the field, on each side
 
 bool IsOwnerDrawn(HWND combo);
 int SelectionOf(const ComboData& data); ///< -1: none

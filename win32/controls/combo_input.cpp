@@ -8,7 +8,7 @@ namespace {
 
 void Toggle(HWND combo, ComboData& data) {
     if (data.isDropped)
-        CloseCombo(combo, data, true);
+        CloseCombo(combo, data, false);
     else
         OpenCombo(combo, data);
 }
@@ -62,6 +62,7 @@ void Turn(HWND combo, ComboData& data, WPARAM wParam) {
 
 void ChooseComboItem(HWND combo, ComboData& data, int item, bool picked) {
     SelectListItem(data.list, item);
+    data.settled = item;
     ShowComboItem(combo, data, item);
     if (data.edit != nullptr) SendMessageA(data.edit, EM_SETSEL, 0, -1);
     if (picked || !data.isDropped) CloseCombo(combo, data, true);

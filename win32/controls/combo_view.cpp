@@ -105,6 +105,7 @@ void OpenCombo(HWND combo, ComboData& data) {
         const std::string text = TextOf(data.edit);
         SelectListItem(data.list, text.empty() ? -1 : FindListItem(*list, -1, text, false));
     }
+    data.settled = list->selected;
     ShowList(data.list, ListPlace(combo, data));
     Redraw(combo);
 }
@@ -113,6 +114,7 @@ void CloseCombo(HWND combo, ComboData& data, bool accepted) {
     NotifyParent(combo, accepted ? CBN_SELENDOK : CBN_SELENDCANCEL);
     if (DataOf<ComboData>(combo) != &data || !data.isDropped) return;
     data.isDropped = false;
+    if (!accepted) SelectListItem(data.list, data.settled);
     HideList(data.list);
     Redraw(combo);
     NotifyParent(combo, CBN_CLOSEUP);

@@ -13,7 +13,10 @@ constexpr UINT kButtonSetStyle = 0x00F4; ///< BM_SETSTYLE: wParam BS_..., lParam
 constexpr WPARAM kButtonPushed = 0x0004, kButtonFocus = 0x0008; ///< in BM_GETSTATE
 constexpr int kButtonDoubleClicked = 5;                         ///< BN_DOUBLECLICKED
 
-constexpr int kEditTextFull = 0x0501; ///< EN_MAXTEXT
+constexpr int kStaticEnabled = 2, kStaticDisabled = 3; ///< STN_ENABLE, STN_DISABLE
+
+constexpr int kEditTextFull = 0x0501;  ///< EN_MAXTEXT
+constexpr int kComboTextFull = 0xFFFF; ///< CBN_ERRSPACE
 
 constexpr UINT kGetDefaultId = WM_USER, kSetDefaultId = WM_USER + 1; ///< DM_GETDEFID, DM_SETDEFID
 constexpr WORD kHasDefaultId = 0x534B;

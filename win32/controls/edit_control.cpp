@@ -132,7 +132,7 @@ LRESULT CALLBACK EditProcedure(HWND window, UINT message, WPARAM wParam, LPARAM 
             Select(window, *data, static_cast<int>(wParam), static_cast<int>(lParam));
             return 1;
         case EM_REPLACESEL:
-            InsertText(window, *data, lParam != 0 ? reinterpret_cast<const char*>(lParam) : "", false);
+            InsertText(window, *data, lParam != 0 ? reinterpret_cast<const char*>(lParam) : "", true);
             return 0;
         case EM_LIMITTEXT:
             data->edit.limit = wParam != 0 ? static_cast<size_t>(wParam) : kNoLimit;

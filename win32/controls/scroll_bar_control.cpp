@@ -26,7 +26,7 @@ bool IsVertical(HWND window) {
 ScrollGeometry GeometryOf(HWND window, const ScrollState& state) {
     const RECT client = ClientRectangle(window);
     return MeasureScrollBar(state, IsVertical(window) ? client.bottom : client.right,
-                            IsVertical(window) ? client.right : client.bottom);
+                            GetSystemMetrics(SM_CXVSCROLL));
 }
 
 int AlongBar(HWND window, POINT point) {

@@ -63,13 +63,13 @@ bool GetScrollState(const ScrollState& state, SCROLLINFO& information) {
     return true;
 }
 
-ScrollGeometry MeasureScrollBar(const ScrollState& state, int length, int thickness) {
-    ScrollGeometry bar = {length, std::min(thickness, length / 2), 0, 0};
+ScrollGeometry MeasureScrollBar(const ScrollState& state, int length, int arrow) {
+    ScrollGeometry bar = {length, std::min(arrow, length / 2), 0, 0};
     const int room = length - 2 * bar.arrow;
     bar.thumbStart = bar.arrow;
     if (!CanScroll(state)) return bar;
     bar.thumb = state.page > 0 ? static_cast<int>(static_cast<int64_t>(room) * state.page / (Span(state) + 1))
-                               : thickness;
+                               : arrow;
     bar.thumb = std::max(bar.thumb, kSmallestThumb);
     if (bar.thumb >= room) {
         bar.thumb = 0;

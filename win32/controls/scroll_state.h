@@ -29,7 +29,8 @@ struct ScrollGeometry {
     int thumbStart; ///< from the bar's start
     int thumb;      ///< 0: none
 };
-ScrollGeometry MeasureScrollBar(const ScrollState& state, int length, int thickness);
+ScrollGeometry MeasureScrollBar(const ScrollState& state, int length,
+                                int arrow); ///< arrow: where there is room
 
 enum class ScrollPart { Nothing, FirstArrow, BeforeThumb, Thumb, AfterThumb, LastArrow };
 ScrollPart PartOfBar(const ScrollGeometry& bar, int place);
