@@ -22,8 +22,9 @@ struct ObjectTable {
     std::array<int, static_cast<size_t>(ObjectKind::kIcon) + 1> counts{};
 };
 
+// Never destroyed: at the program's end modules still give back what they hold, in any order.
 ObjectTable& Objects() {
-    static ObjectTable table;
+    static ObjectTable& table = *new ObjectTable;
     return table;
 }
 
