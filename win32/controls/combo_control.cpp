@@ -245,7 +245,13 @@ void TakeEditCommand(HWND window, ComboData& data, int code) {
             ChangeFocus(window, data, false);
             break;
         case EN_UPDATE:
+            // What is typed is no item, even where it reads like one.
+            data.settled = -1;
+            SelectListItem(data.list, -1);
             NotifyParent(window, CBN_EDITUPDATE);
+            break;
+        case kEditTextFull:
+            NotifyParent(window, kComboTextFull);
             break;
         case EN_CHANGE:
             NotifyParent(window, CBN_EDITCHANGE);

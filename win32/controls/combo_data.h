@@ -18,7 +18,7 @@ struct ComboData {
     char leadByte = '\0';   ///< of a double-byte character whose second byte is still to come
 };
 
-constexpr int kComboBorder = 2; ///< pixels around the field, on each side
+constexpr int kComboBorder = 3; ///< pixels around the field, on each side
 
 bool IsOwnerDrawn(HWND combo);
 int SelectionOf(const ComboData& data); ///< -1: none

@@ -103,7 +103,9 @@ void OpenCombo(HWND combo, ComboData& data) {
     data.isDropped = true;
     if (data.edit != nullptr) {
         const std::string text = TextOf(data.edit);
-        SelectListItem(data.list, text.empty() ? -1 : FindListItem(*list, -1, text, false));
+        const int item = text.empty() ? -1 : FindListItem(*list, -1, text, false);
+        SelectListItem(data.list, item);
+        if (item >= 0) ShowComboItem(combo, data, item);
     }
     data.settled = list->selected;
     ShowList(data.list, ListPlace(combo, data));

@@ -86,7 +86,8 @@ ScrollPart PartOfBar(const ScrollGeometry& bar, int place) {
     if (place < 0 || place >= bar.length) return ScrollPart::Nothing;
     if (place < bar.arrow) return ScrollPart::FirstArrow;
     if (place >= bar.length - bar.arrow) return ScrollPart::LastArrow;
-    if (bar.thumb == 0 || place < bar.thumbStart) return ScrollPart::BeforeThumb;
+    if (bar.thumb == 0) return ScrollPart::Nothing;
+    if (place < bar.thumbStart) return ScrollPart::BeforeThumb;
     return place < bar.thumbStart + bar.thumb ? ScrollPart::Thumb : ScrollPart::AfterThumb;
 }
 

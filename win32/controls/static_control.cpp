@@ -93,6 +93,9 @@ LRESULT CALLBACK StaticProcedure(HWND window, UINT message, WPARAM wParam, LPARA
         case WM_PAINT:
             Paint(window, *data, wParam);
             return 0;
+        case WM_NCHITTEST:
+            // A press on a label that tells nobody is the parent's.
+            return (StyleOf(window) & SS_NOTIFY) != 0 ? HTCLIENT : HTTRANSPARENT;
         case WM_ERASEBKGND:
             return 1;
         case WM_GETDLGCODE:
@@ -112,6 +115,9 @@ LRESULT CALLBACK StaticProcedure(HWND window, UINT message, WPARAM wParam, LPARA
             return 0;
         case WM_ENABLE:
             Redraw(window);
+            UpdateWindow(window);
+            if ((StyleOf(window) & SS_NOTIFY) != 0)
+                NotifyParent(window, wParam != 0 ? kStaticEnabled : kStaticDisabled);
             return 0;
         case WM_SETTEXT: {
             const LRESULT done = DefWindowProcA(window, message, wParam, lParam);
