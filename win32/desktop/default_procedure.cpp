@@ -116,6 +116,7 @@ LRESULT ProcessFrameMessage(Window& window, UINT message, WPARAM wParam, LPARAM 
             PaintFrame(window);
             return 0;
         case WM_NCLBUTTONDOWN:
+        case WM_NCLBUTTONDBLCLK:
             if (wParam == HTCAPTION) DragByCaption(window.handle);
             if (wParam == HTCLOSE) PressCloseBox(window.handle);
             return 0;
@@ -171,7 +172,8 @@ LRESULT DefWindowProcA(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) 
             break;
     }
     if (message >= WM_CTLCOLOREDIT && message <= WM_CTLCOLORSTATIC) return ControlColors(message, wParam);
-    const bool frame = message == WM_NCHITTEST || message == WM_NCPAINT || message == WM_NCLBUTTONDOWN;
+    const bool frame = message == WM_NCHITTEST || message == WM_NCPAINT || message == WM_NCLBUTTONDOWN ||
+                       message == WM_NCLBUTTONDBLCLK;
     return frame ? ProcessFrameMessage(*window, message, wParam, lParam)
                  : ProcessInputMessage(*window, message, wParam, lParam);
 }

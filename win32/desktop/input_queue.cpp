@@ -89,6 +89,7 @@ bool IsSecondPress(HWND window, const Input& input) {
 bool ActivateByPress(const HitWindow& hit, UINT message) {
     Window* window = WindowIfAny(hit.window);
     if (window == nullptr || window->parent == nullptr || hit.code == HTERROR) return true;
+    if (hit.window == GetActiveWindow()) return true;
     const HWND top = TopLevelOf(*window).handle;
     const LRESULT answer = SendMessageA(hit.window, WM_MOUSEACTIVATE, reinterpret_cast<WPARAM>(top),
                                         MAKELONG(hit.code, message));
@@ -201,10 +202,6 @@ bool TakeInputMessage(MSG& message) {
         if (MakeMessage(input, message)) return true;
     }
     return false;
-}
-
-bool HasInput() {
-    return !inputs.empty();
 }
 
 bool IsKeyTaken(int virtualKey) {

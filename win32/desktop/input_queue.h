@@ -8,14 +8,9 @@
 /// what follows, WM_SETCURSOR.  False when no input is left.
 bool TakeInputMessage(MSG& message);
 
-bool HasInput();
-
 /// The state of a key as of the last input taken.
 bool IsKeyTaken(int virtualKey);
-POINT PointerPosition();
 /// The pointer's place when the last input message was made.
 POINT MessagePosition();
-
-HCURSOR CurrentCursor();
 
 void ForgetInput(); ///< all keys up, the pointer at (0, 0)
