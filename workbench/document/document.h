@@ -177,7 +177,7 @@ public:
     const View& view() const { return view_; }
 
     /// Null unless the steps of this document are kept.
-    UndoHistory* history() { return history_.get(); }
+    UndoHistory* history() const { return history_.get(); }
     void KeepHistory();
 
 private:

@@ -63,17 +63,20 @@ void HostWindows::RunWaiting() {
     MSG message;
     while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
         if (message.message == WM_QUIT) quit_ = true;
-        TranslateMessage(&message);
-        DispatchMessageA(&message);
+        Dispatch(message);
     }
+}
+
+void HostWindows::Dispatch(const MSG& message) {
+    const bool key = message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN;
+    if (key && takeKey && takeKey(message)) return;
+    TranslateMessage(&message);
+    DispatchMessageA(&message);
 }
 
 void HostWindows::Run() {
     MSG message;
-    while (!quit_ && GetMessageA(&message, nullptr, 0, 0) > 0) {
-        TranslateMessage(&message);
-        DispatchMessageA(&message);
-    }
+    while (!quit_ && GetMessageA(&message, nullptr, 0, 0) > 0) Dispatch(message);
 }
 
 void HostWindows::Quit() {
@@ -87,6 +90,7 @@ bool HostWindows::MakePanelWindow(HostPanel& panel) {
     const int left = std::max(0, static_cast<int>(client.right) - static_cast<int>(panel.size.width) - 24);
     auto frame = std::make_unique<PanelFrame>(host_, panel, window_, POINT{left, kBarHeight + 12});
     if (!frame->window() || !frame->body()) return false;
+    frame->enabled = [this](bool enable) { EnableAll(enable); };
     panel.window = frame.get();
     frames_.push_back(std::move(frame));
     return true;
@@ -119,6 +123,25 @@ bool HostWindows::AskYesNo(const std::string& question) {
     return showAlerts && RunAlert(window_, question, AlertKind::kYesNo);
 }
 
+void HostWindows::RaisePanels() {
+    for (const auto& frame : frames_) {
+        SetWindowPos(frame->window(), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    }
+}
+
+void HostWindows::EnableAll(bool enable) {
+    if (enabling_) return;
+    enabling_ = true; // the windows tell of their own changes too
+    if (window_) EnableWindow(window_, enable);
+    for (const auto& frame : frames_) EnableWindow(frame->window(), enable);
+    if (enableMore) enableMore(enable);
+    enabling_ = false;
+}
+
+void HostWindows::DocumentChanged() {
+    if (documentChanged) documentChanged();
+}
+
 void HostWindows::MenusChanged() {
     if (menusChanged) menusChanged();
 }
@@ -136,6 +159,15 @@ LRESULT HostWindows::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
             EndPaint(window_, &paint);
             return 0;
         }
+        case WM_ENABLE:
+            EnableAll(wParam != 0);
+            return 0;
+        case WM_DISPLAYCHANGE:
+            SetWindowPos(window_, nullptr, 0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN),
+                         SWP_NOZORDER | SWP_NOACTIVATE);
+            InvalidateRect(window_, nullptr, FALSE);
+            if (screenChanged) screenChanged();
+            return 0;
         case WM_CLOSE:
             Quit();
             return 0;

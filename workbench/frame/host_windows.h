@@ -38,10 +38,19 @@ public:
     void Run();
     void Quit();
 
+    /// Puts the panels above the other windows of the host.
+    void RaisePanels();
+
     /// A part of the host draws and listens in the application window: the menu bar.
     std::function<void(HDC context, const RECT& client)> paintMore;
     std::function<bool(UINT message, WPARAM wParam, LPARAM lParam)> handleMore; ///< true: done
-    std::function<void()> menusChanged;
+    std::function<void()> menusChanged, documentChanged, screenChanged;
+    /// Sees keys of these loops before their windows do; true: done.  Loops of dialogs and menus have their
+    /// own keys.
+    std::function<bool(const MSG& message)> takeKey;
+    /// A dialog stands over the application window or a panel, or does so no longer.  The host's windows take
+    /// no hands meanwhile; those of other parts follow by this.
+    std::function<void(bool enable)> enableMore;
 
     void* ApplicationWindow() override { return window_; }
     bool MakePanelWindow(HostPanel& panel) override;
@@ -52,6 +61,7 @@ public:
     void ShowAlert(const std::string& text, bool error) override;
     bool AskYesNo(const std::string& question) override;
     void MenusChanged() override;
+    void DocumentChanged() override;
 
     bool showAlerts = true; ///< else alerts are only noted and questions get no
 
@@ -59,11 +69,13 @@ private:
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     static void CALLBACK Tick(HWND window, UINT message, UINT_PTR timer, DWORD time);
     LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam);
+    void Dispatch(const MSG& message);
+    void EnableAll(bool enable);
 
     Host& host_;
     PluginModule& plugin_;
     HWND window_ = nullptr;
-    bool quit_ = false;
+    bool quit_ = false, enabling_ = false;
     std::vector<std::unique_ptr<PanelFrame>> frames_;
     std::vector<std::pair<UINT_PTR, TimerHandle>> timers_;
 };

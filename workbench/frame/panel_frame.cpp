@@ -149,6 +149,9 @@ LRESULT PanelFrame::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_PAINT:
             Paint();
             return 0;
+        case WM_ENABLE:
+            if (enabled) enabled(wParam != 0);
+            return 0;
         case WM_LBUTTONDOWN:
             Press(point);
             return 0;

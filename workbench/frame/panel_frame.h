@@ -3,6 +3,8 @@
 
 #include <windows.h>
 
+#include <functional>
+
 #include "workbench/suites/host.h"
 
 namespace workbench {
@@ -28,6 +30,8 @@ public:
 
     RECT FlyoutButton() const; ///< in the frame's client coordinates
     void OpenFlyout();         ///< until the user picks, and hands the pick to the plug-in
+
+    std::function<void(bool enable)> enabled; ///< a dialog over the panel came or went
 
 private:
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
