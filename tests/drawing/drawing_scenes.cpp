@@ -22,17 +22,25 @@ private:
 };
 
 RECT RollRectangle(Dice& dice, int least, int most) {
-    RECT r;
-    r.left = dice.Roll(-10, kSide + 5);
-    r.top = dice.Roll(-10, kSide + 5);
-    r.right = r.left + dice.Roll(least, most);
-    r.bottom = r.top + dice.Roll(least, most);
-    return r;
+    const POINT corner = dice.Place(-10, kSide + 5), extent = dice.Place(least, most);
+    return {corner.x, corner.y, corner.x + extent.x, corner.y + extent.y};
 }
 
 int RollOperation(Dice& dice) {
     const int operations[] = {R2_NOT, R2_XORPEN, R2_COPYPEN};
     return operations[dice.Roll(0, 2)];
+}
+
+HPEN RollPen(Dice& dice, int leastWidth, int mostWidth) {
+    const int width = dice.Roll(leastWidth, mostWidth);
+    return CreatePen(PS_SOLID, width, dice.Color());
+}
+
+void MoveTo(HDC context, POINT place) {
+    MoveToEx(context, place.x, place.y, nullptr);
+}
+void DrawTo(HDC context, POINT place) {
+    LineTo(context, place.x, place.y);
 }
 
 void DrawFills(HDC context, Dice& dice) {
@@ -68,68 +76,67 @@ void DrawPatterns(HDC context, Dice& dice) {
 
 void DrawThinLines(HDC context, Dice& dice) {
     for (int i = 0; i < 200; ++i) {
-        const Selected pen(context, CreatePen(PS_SOLID, dice.Roll(0, 1), dice.Color()));
+        const Selected pen(context, RollPen(dice, 0, 1));
         SetROP2(context, RollOperation(dice));
-        MoveToEx(context, dice.Roll(-20, 84), dice.Roll(-20, 84), nullptr);
-        LineTo(context, dice.Roll(-20, 84), dice.Roll(-20, 84));
-        LineTo(context, dice.Roll(-20, 84), dice.Roll(-20, 84));
+        MoveTo(context, dice.Place(-20, 84));
+        DrawTo(context, dice.Place(-20, 84));
+        DrawTo(context, dice.Place(-20, 84));
     }
 }
 
-// Slopes that meet halfway between pixels as often as can be, and each line back over itself.
+// Slopes that meet halfway between pixels as often as can be, and lines back over themselves.
 void DrawTiedLines(HDC context, Dice& dice) {
     SetROP2(context, R2_XORPEN);
     const Selected pen(context, CreatePen(PS_SOLID, 1, 0xFFFFFF));
     for (int i = 0; i < 60; ++i) {
-        const int minor = dice.Roll(-3, 3), major = 2 * dice.Roll(-5, 5), x = dice.Roll(10, 50),
-                  y = dice.Roll(10, 50);
+        const int minor = dice.Roll(-3, 3), major = 2 * dice.Roll(-5, 5);
+        const POINT start = dice.Place(10, 50);
         const bool steep = dice.Roll(0, 1) == 1;
-        MoveToEx(context, x, y, nullptr);
-        LineTo(context, x + (steep ? minor : major), y + (steep ? major : minor));
-        if (dice.Roll(0, 1) == 1) LineTo(context, x, y);
+        MoveTo(context, start);
+        DrawTo(context, {start.x + (steep ? minor : major), start.y + (steep ? major : minor)});
+        if (dice.Roll(0, 1) == 1) DrawTo(context, start);
     }
 }
 
 void DrawFarLines(HDC context, Dice& dice) {
     for (int i = 0; i < 60; ++i) {
-        const Selected pen(context, CreatePen(PS_SOLID, 1, dice.Color()));
-        MoveToEx(context, dice.Roll(-3000, 3000), dice.Roll(-3000, 3000), nullptr);
-        LineTo(context, dice.Roll(0, 63), dice.Roll(0, 63));
-        LineTo(context, dice.Roll(-3000, 3000), dice.Roll(-3000, 3000));
+        const Selected pen(context, RollPen(dice, 1, 1));
+        MoveTo(context, dice.Place(-3000, 3000));
+        DrawTo(context, dice.Place(0, 63));
+        DrawTo(context, dice.Place(-3000, 3000));
     }
 }
 
 void DrawRectangles(HDC context, Dice& dice) {
     for (int i = 0; i < 40; ++i) {
-        const int style = dice.Roll(0, 2) == 0 ? PS_NULL : PS_SOLID;
-        const Selected pen(context, CreatePen(style, 1, dice.Color()));
-        const Selected brush(
-            context, dice.Roll(0, 1) == 0 ? GetStockObject(NULL_BRUSH) : CreateSolidBrush(dice.Color()));
+        const HGDIOBJ none = GetStockObject(NULL_PEN), hollow = GetStockObject(NULL_BRUSH);
+        const Selected pen(context, dice.Roll(0, 2) == 0 ? none : RollPen(dice, 1, 1));
+        const Selected brush(context, dice.Roll(0, 1) == 0 ? hollow : CreateSolidBrush(dice.Color()));
         SetROP2(context, RollOperation(dice));
         const RECT r = RollRectangle(dice, -4, 30);
         Rectangle(context, r.left, r.top, r.right, r.bottom);
     }
 }
 
-// Lines of wide pens along the axes, where square ends and round ones differ at the ends alone: those lie
-// outside.
+// Along the axes the square ends of wide pens here and the round ones there differ at the ends alone, which
+// lie outside.
 void DrawWideLines(HDC context, Dice& dice) {
     for (int i = 0; i < 20; ++i) {
-        const Selected pen(context, CreatePen(PS_SOLID, dice.Roll(2, 7), dice.Color()));
+        const Selected pen(context, RollPen(dice, 2, 7));
         const int place = dice.Roll(0, 63);
         const bool upright = dice.Roll(0, 1) == 1;
-        MoveToEx(context, upright ? place : -20, upright ? -20 : place, nullptr);
-        LineTo(context, upright ? place : 90, upright ? 90 : place);
+        MoveTo(context, upright ? POINT{place, -20} : POINT{-20, place});
+        DrawTo(context, upright ? POINT{place, 90} : POINT{90, place});
     }
 }
 
 void DrawPixels(HDC context, Dice& dice) {
     for (int i = 0; i < 300; ++i) {
-        const int x = dice.Roll(-5, 70), y = dice.Roll(-5, 70);
-        const COLORREF before = GetPixel(context, x, y);
-        SetPixel(context, x, y, dice.Color());
+        const POINT place = dice.Place(-5, 70);
+        const COLORREF before = GetPixel(context, place.x, place.y);
+        SetPixel(context, place.x, place.y, dice.Color());
         // What is told of a place outside is part of the picture.
-        if (before == CLR_INVALID) SetPixel(context, y & 63, 1, 0x123456);
+        if (before == CLR_INVALID) SetPixel(context, place.y & 63, 1, 0x123456);
     }
 }
 
@@ -139,8 +146,8 @@ void DrawCopies(HDC context, Dice& dice) {
     DrawThinLines(other.Context(), dice);
     for (int i = 0; i < 40; ++i) {
         const HDC source = dice.Roll(0, 2) == 0 ? other.Context() : context;
-        BitBlt(context, dice.Roll(-10, 60), dice.Roll(-10, 60), dice.Roll(0, 40), dice.Roll(0, 40), source,
-               dice.Roll(0, 30), dice.Roll(0, 20), SRCCOPY);
+        const POINT to = dice.Place(-10, 60), extent = dice.Place(0, 40), from = dice.Place(-5, 30);
+        BitBlt(context, to.x, to.y, extent.x, extent.y, source, from.x, from.y, SRCCOPY);
     }
 }
 
@@ -155,46 +162,49 @@ void DrawBitmaps(HDC context, Dice& dice) {
         information.bmiHeader.biHeight = dice.Roll(0, 1) == 0 ? kHeight : -kHeight;
         information.bmiHeader.biPlanes = 1;
         information.bmiHeader.biBitCount = 32;
-        const auto width = static_cast<DWORD>(dice.Roll(1, 25)),
-                   height = static_cast<DWORD>(dice.Roll(1, 20));
-        SetDIBitsToDevice(context, dice.Roll(-10, 60), dice.Roll(-10, 60), width, height, dice.Roll(0, 10),
-                          dice.Roll(0, 8), 0, kHeight, bits.data(), &information, DIB_RGB_COLORS);
+        const POINT to = dice.Place(-10, 60), extent = dice.Place(1, 25), from = dice.Place(-3, 10);
+        SetDIBitsToDevice(context, to.x, to.y, static_cast<DWORD>(extent.x), static_cast<DWORD>(extent.y),
+                          from.x, from.y, 0, kHeight, bits.data(), &information, DIB_RGB_COLORS);
     }
+}
+
+void DrawWithin(HDC context, Dice& dice, const RECT& clip) {
+    const int kind = IntersectClipRect(context, clip.left, clip.top, clip.right, clip.bottom);
+    SetROP2(context, R2_XORPEN);
+    const Selected pen(context, CreatePen(PS_SOLID, 1, RGB(kind * 10, 0xFF, 0x80)));
+    for (int line = 0; line < 5; ++line) DrawTo(context, dice.Place(-20, 84));
+    const RECT inside = RollRectangle(dice, 5, 40);
+    FillRect(context, &inside, static_cast<HBRUSH>(GetStockObject(dice.Roll(WHITE_BRUSH, BLACK_BRUSH))));
 }
 
 void DrawClipped(HDC context, Dice& dice) {
     for (int i = 0; i < 12; ++i) {
         const int state = SaveDC(context);
         for (int depth = dice.Roll(1, 2); depth > 0; --depth) {
-            const RECT r = RollRectangle(dice, 5, 40);
-            const int kind = IntersectClipRect(context, r.left, r.top, r.right, r.bottom);
-            SetROP2(context, R2_XORPEN);
-            const Selected pen(context, CreatePen(PS_SOLID, 1, RGB(kind * 10, 0xFF, 0x80)));
-            for (int line = 0; line < 5; ++line) LineTo(context, dice.Roll(-20, 84), dice.Roll(-20, 84));
-            const RECT inside = RollRectangle(dice, 5, 40);
-            FillRect(context, &inside,
-                     static_cast<HBRUSH>(GetStockObject(dice.Roll(WHITE_BRUSH, BLACK_BRUSH))));
+            DrawWithin(context, dice, RollRectangle(dice, 5, 40));
             if (depth > 1) SaveDC(context);
         }
         RestoreDC(context, dice.Roll(0, 1) == 0 ? state : -1);
         RestoreDC(context, state);
         POINT position;
-        MoveToEx(context, dice.Roll(0, 63), dice.Roll(0, 63), &position);
+        const POINT next = dice.Place(0, 63);
+        MoveToEx(context, next.x, next.y, &position);
         SetPixel(context, position.x & 63, position.y & 63, 0xFF);
     }
 }
 
 void DrawIcons(HDC context, Dice& dice) {
     for (int i = 0; i < 25; ++i) {
-        const HICON icon = LoadIconA(
-            ModuleOfTests(),
-            MAKEINTRESOURCEA(
-                kIconNumbers[static_cast<size_t>(dice.Roll(0, static_cast<int>(kIconNumbers.size()) - 1))]));
-        const int x = dice.Roll(-20, 50), y = dice.Roll(-20, 50), size = dice.Roll(0, 2) * 16;
+        const auto which = static_cast<size_t>(dice.Roll(0, static_cast<int>(kIconNumbers.size()) - 1));
+        const HICON icon = LoadIconA(ModuleOfTests(), MAKEINTRESOURCEA(kIconNumbers[which]));
         if (dice.Roll(0, 1) == 0) {
-            DrawIcon(context, x, y, icon);
+            const POINT to = dice.Place(-20, 50);
+            DrawIcon(context, to.x, to.y, icon);
         } else {
-            DrawIconEx(context, x, y, icon, size, size, 0, nullptr, DI_NORMAL);
+            // Which pixels a smaller picture keeps is open where it is cut off.
+            const int size = dice.Roll(0, 2) * 16;
+            const POINT to = dice.Place(0, 16);
+            DrawIconEx(context, to.x, to.y, icon, size, size, 0, nullptr, DI_NORMAL);
         }
     }
 }
@@ -214,11 +224,11 @@ HMODULE ModuleOfTests() {
 
 const std::vector<Scene> kScenes = {
     {"fills", DrawFills, 0x18C282BBFA34B2E8},          {"patterns", DrawPatterns, 0x6819A3EE1CC442B4},
-    {"thin lines", DrawThinLines, 0x78F5CF5A9EDD1C4F}, {"tied lines", DrawTiedLines, 0x8D6C7BDC6FC5410B},
-    {"far lines", DrawFarLines, 0xB49B696D3EB56BB3},   {"rectangles", DrawRectangles, 0x06EEF5090680E718},
-    {"wide lines", DrawWideLines, 0xDA85791C8176B49E}, {"pixels", DrawPixels, 0x4453496A04D46168},
-    {"copies", DrawCopies, 0x36E7D800A4F42DE4},        {"bitmaps", DrawBitmaps, 0x690A083DA8319DEA},
-    {"clipped", DrawClipped, 0xA48F9DF7F1022D0C},      {"icons", DrawIcons, 0xD607037C00D1FC23},
+    {"thin lines", DrawThinLines, 0x6CE7321E1ECD0CE3}, {"tied lines", DrawTiedLines, 0x8D6C7BDC6FC5410B},
+    {"far lines", DrawFarLines, 0x311151ED3DF45E68},   {"rectangles", DrawRectangles, 0x3AC23DD044408F5D},
+    {"wide lines", DrawWideLines, 0xD6E0B53270436080}, {"pixels", DrawPixels, 0x4453496A04D46168},
+    {"copies", DrawCopies, 0xAAC0D0D700E003B9},        {"bitmaps", DrawBitmaps, 0x09A033E4577D6AE5},
+    {"clipped", DrawClipped, 0xC2F24441AB7ABF50},      {"icons", DrawIcons, 0xF3888E709172BB3D},
 };
 
 Canvas::Canvas(int width, int height) : width_(width), height_(height) {

@@ -27,7 +27,8 @@ private:
     HGDIOBJ oldBitmap_;
 };
 
-/// The same numbers on every platform.
+/// The same numbers on every platform, as long as no two rolls are arguments of one call, whose order is
+/// open.
 class Dice {
 public:
     explicit Dice(uint32_t seed) : state_(seed) {}
@@ -35,6 +36,12 @@ public:
     int Roll(int low, int high) {
         state_ = state_ * 1664525 + 1013904223;
         return low + static_cast<int>((state_ >> 8) % static_cast<uint32_t>(high - low + 1));
+    }
+    POINT Place(int low, int high) {
+        POINT place;
+        place.x = Roll(low, high);
+        place.y = Roll(low, high);
+        return place;
     }
     COLORREF Color() { return static_cast<COLORREF>(Roll(0, 0xFFFFFF)); }
 
