@@ -197,13 +197,11 @@ void DrawIcons(HDC context, Dice& dice) {
     for (int i = 0; i < 25; ++i) {
         const auto which = static_cast<size_t>(dice.Roll(0, static_cast<int>(kIconNumbers.size()) - 1));
         const HICON icon = LoadIconA(ModuleOfTests(), MAKEINTRESOURCEA(kIconNumbers[which]));
+        const POINT to = dice.Place(-20, 50);
         if (dice.Roll(0, 1) == 0) {
-            const POINT to = dice.Place(-20, 50);
             DrawIcon(context, to.x, to.y, icon);
         } else {
-            // Which pixels a smaller picture keeps is open where it is cut off.
-            const int size = dice.Roll(0, 2) * 16;
-            const POINT to = dice.Place(0, 16);
+            const int size = dice.Roll(0, 1) * 64; // its own size, or twice that
             DrawIconEx(context, to.x, to.y, icon, size, size, 0, nullptr, DI_NORMAL);
         }
     }
@@ -228,7 +226,7 @@ const std::vector<Scene> kScenes = {
     {"far lines", DrawFarLines, 0x311151ED3DF45E68},   {"rectangles", DrawRectangles, 0x3AC23DD044408F5D},
     {"wide lines", DrawWideLines, 0xD6E0B53270436080}, {"pixels", DrawPixels, 0x4453496A04D46168},
     {"copies", DrawCopies, 0xAAC0D0D700E003B9},        {"bitmaps", DrawBitmaps, 0x09A033E4577D6AE5},
-    {"clipped", DrawClipped, 0xC2F24441AB7ABF50},      {"icons", DrawIcons, 0xF3888E709172BB3D},
+    {"clipped", DrawClipped, 0xC2F24441AB7ABF50},      {"icons", DrawIcons, 0x7AFD4CB37A0A8C21},
 };
 
 Canvas::Canvas(int width, int height) : width_(width), height_(height) {

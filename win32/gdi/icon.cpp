@@ -25,20 +25,14 @@ void PutIconPixel(uint32_t& pixel, const IconPicture& picture, size_t index) {
     pixel = channel(16) | channel(8) | channel(0);
 }
 
-// The one of `from` pixels that shows at a place of `to` pixels.  Where several fall together the last one
-// does.
-int64_t Sample(int64_t place, int64_t from, int64_t to) {
-    return from > to ? ((place + 1) * from - 1) / to : place * from / to;
-}
-
 void DrawPicture(Context& context, const RECT& area, const IconPicture& picture) {
     const int64_t width = int64_t{area.right} - area.left, height = int64_t{area.bottom} - area.top;
     ForEachPart(context, area, [&](const RECT& part) {
         for (int y = part.top; y < part.bottom; ++y) {
             uint32_t* const row = context.surface->Row(y);
-            const int64_t line = Sample(int64_t{y} - area.top, picture.height, height);
+            const int64_t line = (int64_t{y} - area.top) * picture.height / height;
             for (int x = part.left; x < part.right; ++x) {
-                const int64_t column = Sample(int64_t{x} - area.left, picture.width, width);
+                const int64_t column = (int64_t{x} - area.left) * picture.width / width;
                 PutIconPixel(row[x], picture, static_cast<size_t>(line * picture.width + column));
             }
         }
