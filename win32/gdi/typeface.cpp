@@ -101,35 +101,36 @@ Description DescriptionOf(const TypefaceKey& key, double emHeight) {
     return description;
 }
 
+// Heights of a line above and below the letters' foot, for letters of height 1.
 struct LineHeights {
     double ascent, descent;
 };
-LineHeights HeightsOf(const PangoFontDescription* description) {
-    const PangoFontOwner font(pango_context_load_font(TextContext(), description));
-    if (font == nullptr) return {0, 0};
+LineHeights HeightsOf(const TypefaceKey& key) {
+    constexpr double kProbe = 1000; // so large that the library's rounding doesn't show
+    const PangoFontOwner font(pango_context_load_font(TextContext(), DescriptionOf(key, kProbe).get()));
+    if (font == nullptr) return {0.8, 0.2};
     const Metrics metrics(pango_font_get_metrics(font.get(), nullptr));
-    return {pango_font_metrics_get_ascent(metrics.get()) / double{PANGO_SCALE},
-            pango_font_metrics_get_descent(metrics.get()) / double{PANGO_SCALE}};
+    constexpr double kUnits = kProbe * PANGO_SCALE;
+    return {pango_font_metrics_get_ascent(metrics.get()) / kUnits,
+            pango_font_metrics_get_descent(metrics.get()) / kUnits};
 }
 
 struct LineSize {
     int emHeight, ascent, descent;
 };
-LineSize LineSizeAt(const TypefaceKey& key, int emHeight) {
-    const LineHeights heights = HeightsOf(DescriptionOf(key, emHeight).get());
-    return {emHeight, static_cast<int>(std::ceil(heights.ascent)),
-            static_cast<int>(std::ceil(heights.descent))};
-}
-
 // A letter height as given, or the largest one with which a line isn't higher than what is asked for.
 LineSize LineSizeOf(const TypefaceKey& key) {
     constexpr int kLargest = 1000, kSystemHeight = 16;
     const int height = key.height == 0 ? kSystemHeight : std::clamp(key.height, -kLargest, kLargest);
-    if (height < 0) return LineSizeAt(key, -height);
-    LineSize size = LineSizeAt(key, height);
-    while (size.emHeight > 1 && size.ascent + size.descent > height)
-        size = LineSizeAt(key, size.emHeight - 1);
-    return size;
+    const LineHeights heights = HeightsOf(key);
+    if (height < 0)
+        return {-height, static_cast<int>(std::ceil(-height * heights.ascent)),
+                static_cast<int>(std::ceil(-height * heights.descent))};
+    for (int emHeight = height;; --emHeight) {
+        const LineSize size = {emHeight, static_cast<int>(std::lround(emHeight * heights.ascent)),
+                               static_cast<int>(std::lround(emHeight * heights.descent))};
+        if (emHeight <= 1 || size.ascent + size.descent <= height) return size;
+    }
 }
 
 // The ink of a layout's line, with the top of the font's line at the top.
