@@ -1,0 +1,228 @@
+#include <gtest/gtest.h>
+
+#include <map>
+#include <random>
+
+#include "win32/headless/headless_display.h"
+#include "win32/object_counts.h"
+#include "win32/window_frame.h"
+
+// Random trees of windows on a small screen, against a model that asks each pixel.
+namespace {
+
+constexpr int kWidth = 64, kHeight = 48;
+constexpr int kMostWindows = 12;
+
+uint32_t PixelOf(COLORREF color) {
+    return static_cast<uint32_t>(GetRValue(color)) << 16 | static_cast<uint32_t>(GetGValue(color)) << 8 |
+           GetBValue(color);
+}
+
+// What a window shows at a place of its client area: no two places or windows look alike.
+COLORREF PatternAt(HWND window, int x, int y) {
+    const auto seed = static_cast<uint32_t>(reinterpret_cast<uintptr_t>(window));
+    return RGB(40 + x * 3, 40 + y * 4, seed * 37 + (seed >> 16) * 11);
+}
+
+constexpr COLORREF kErased = RGB(1, 2, 3);
+
+LRESULT CALLBACK PatternProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_NCPAINT) {
+        const HDC context = GetWindowDC(window);
+        RECT frame;
+        GetWindowRect(window, &frame);
+        OffsetRect(&frame, -frame.left, -frame.top);
+        const RECT client = ClientOfFrame(frame, static_cast<DWORD>(GetWindowLongPtrA(window, GWL_STYLE)), 0);
+        for (int x = 0; x < frame.right; ++x)
+            for (int y = 0; y < frame.bottom; ++y)
+                if (!PtInRect(&client, {x, y})) SetPixel(context, x, y, PatternAt(window, 255 - x, 255 - y));
+        ReleaseDC(window, context);
+        return 0;
+    }
+    if (message != WM_PAINT) return DefWindowProcA(window, message, wParam, lParam);
+    PAINTSTRUCT paint;
+    const HDC context = BeginPaint(window, &paint);
+    // One that was erased draws nothing else where its background shows through.
+    for (int x = paint.rcPaint.left; x < paint.rcPaint.right; ++x)
+        for (int y = paint.rcPaint.top; y < paint.rcPaint.bottom; ++y)
+            if ((x + y) % 3 != 0) SetPixel(context, x, y, PatternAt(window, x, y));
+    EndPaint(window, &paint);
+    return 0;
+}
+
+class DesktopAreas : public testing::TestWithParam<int> {
+protected:
+    DesktopAreas() : random_(static_cast<unsigned>(GetParam())) {
+        background_ = CreateSolidBrush(kErased);
+        WNDCLASSA pattern = {};
+        pattern.lpfnWndProc = PatternProcedure;
+        pattern.lpszClassName = "Pattern";
+        pattern.hbrBackground = background_;
+        RegisterClassA(&pattern);
+        pattern.style = CS_HREDRAW | CS_VREDRAW;
+        pattern.lpszClassName = "PatternRedrawn";
+        RegisterClassA(&pattern);
+    }
+    ~DesktopAreas() override {
+        while (!windows_.empty()) DestroyOne(0);
+        UnregisterClassA("Pattern", nullptr);
+        UnregisterClassA("PatternRedrawn", nullptr);
+        DeleteObject(background_);
+        EXPECT_EQ(CountObjects().windows, 0);
+        EXPECT_EQ(CountObjects().contexts, 0);
+    }
+
+    int Below(int limit) { return static_cast<int>(random_() % static_cast<unsigned>(limit)); }
+    HWND AnyWindow() { return windows_[static_cast<size_t>(Below(static_cast<int>(windows_.size())))]; }
+
+    void MakeOne(DWORD siblings) {
+        const HWND parent = !windows_.empty() && Below(3) > 0 ? AnyWindow() : nullptr;
+        DWORD style = (parent != nullptr ? WS_CHILD : WS_POPUP) | siblings;
+        if (Below(4) > 0) style |= WS_VISIBLE;
+        if (Below(2) > 0) style |= WS_CLIPCHILDREN;
+        if (Below(3) == 0) style |= WS_BORDER;
+        const char* name = Below(2) > 0 ? "Pattern" : "PatternRedrawn";
+        const bool topmost = parent == nullptr && Below(4) == 0;
+        windows_.push_back(CreateWindowExA(topmost ? WS_EX_TOPMOST : 0, name, "", style, Below(50) - 6,
+                                           Below(40) - 6, Below(40), Below(30), parent, nullptr, nullptr,
+                                           nullptr));
+        ASSERT_NE(windows_.back(), nullptr);
+    }
+
+    void DestroyOne(size_t at) {
+        DestroyWindow(windows_[at]);
+        std::erase_if(windows_, [](HWND window) { return !IsWindow(window); });
+    }
+
+    void ChangeSomething(DWORD siblings) {
+        if (windows_.size() < 3 || (windows_.size() < kMostWindows && Below(4) == 0)) {
+            MakeOne(siblings);
+            return;
+        }
+        const HWND window = AnyWindow();
+        switch (Below(7)) {
+            case 0:
+                SetWindowPos(window, nullptr, Below(50) - 6, Below(40) - 6, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+                break;
+            case 1:
+                SetWindowPos(window, nullptr, 0, 0, Below(40), Below(30), SWP_NOMOVE | SWP_NOZORDER);
+                break;
+            case 2:
+                MoveWindow(window, Below(50) - 6, Below(40) - 6, Below(40), Below(30), TRUE);
+                break;
+            case 3:
+                ShowWindow(window, Below(2) > 0 ? SW_SHOW : SW_HIDE);
+                break;
+            case 4:
+                SetWindowPos(window, Below(2) > 0 ? HWND_TOP : HWND_BOTTOM, 0, 0, 0, 0,
+                             SWP_NOMOVE | SWP_NOSIZE);
+                break;
+            case 5: {
+                const RECT part = {Below(20), Below(20), Below(40), Below(40)};
+                InvalidateRect(window, &part, Below(2));
+                break;
+            }
+            default:
+                if (Below(3) == 0) DestroyOne(static_cast<size_t>(Below(static_cast<int>(windows_.size()))));
+        }
+    }
+
+    HeadlessDisplay hands_{kWidth, kHeight};
+    std::mt19937 random_;
+    HBRUSH background_;
+    std::vector<HWND> windows_;
+};
+
+DWORD StyleOf(HWND window) {
+    return static_cast<DWORD>(GetWindowLongPtrA(window, GWL_STYLE));
+}
+
+bool InFrame(HWND window, POINT point) {
+    RECT frame;
+    GetWindowRect(window, &frame);
+    return PtInRect(&frame, point);
+}
+
+bool InClient(HWND window, POINT point) {
+    RECT client;
+    GetClientRect(window, &client);
+    ScreenToClient(window, &point);
+    return PtInRect(&client, point);
+}
+
+HWND ParentOf(HWND window) {
+    return (StyleOf(window) & WS_CHILD) != 0 ? GetParent(window) : GetDesktopWindow();
+}
+
+bool MayDraw(HWND window, POINT point) {
+    if (!IsWindowVisible(window) || !InClient(window, point)) return false;
+    if ((StyleOf(window) & WS_CLIPCHILDREN) != 0)
+        for (HWND child = GetWindow(window, GW_CHILD); child != nullptr;
+             child = GetWindow(child, GW_HWNDNEXT))
+            if ((StyleOf(child) & WS_VISIBLE) != 0 && InFrame(child, point)) return false;
+    for (HWND at = window; at != GetDesktopWindow(); at = ParentOf(at)) {
+        if (!InClient(ParentOf(at), point)) return false;
+        if ((StyleOf(at) & WS_CLIPSIBLINGS) == 0) continue;
+        for (HWND above = GetWindow(at, GW_HWNDPREV); above != nullptr; above = GetWindow(above, GW_HWNDPREV))
+            if ((StyleOf(above) & WS_VISIBLE) != 0 && InFrame(above, point)) return false;
+    }
+    return true;
+}
+
+// The context is taken first and follows the windows.
+TEST_P(DesktopAreas, AContextDrawsWhereItsWindowShows) {
+    for (int round = 0; round < 60; ++round) {
+        ChangeSomething(Below(2) > 0 ? WS_CLIPSIBLINGS : 0);
+        const HWND window = AnyWindow();
+        const HDC context = GetDC(window);
+        for (int change = Below(4); change > 0; --change) ChangeSomething(WS_CLIPSIBLINGS);
+        const HDC screen = GetDC(nullptr);
+        PatBlt(screen, 0, 0, kWidth, kHeight, 0x00F00021u); // white, over everything
+        const RECT everything = {-100, -100, 200, 200};
+        FillRect(context, &everything, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
+        for (int x = 0; x < kWidth; ++x)
+            for (int y = 0; y < kHeight; ++y) {
+                const bool expected = IsWindow(window) && MayDraw(window, {x, y});
+                ASSERT_EQ(hands_.Pixel(x, y) == 0, expected) << x << ", " << y << " in round " << round;
+            }
+        ReleaseDC(nullptr, screen);
+        ReleaseDC(window, context);
+    }
+}
+
+// The colour of a pixel when all is painted, from the topmost window down.
+COLORREF ExpectedIn(HWND parent, POINT point) {
+    for (HWND window = GetWindow(parent, GW_CHILD); window != nullptr;
+         window = GetWindow(window, GW_HWNDNEXT)) {
+        if ((StyleOf(window) & WS_VISIBLE) == 0 || !InFrame(window, point)) continue;
+        RECT frame;
+        GetWindowRect(window, &frame);
+        if (!InClient(window, point))
+            return PatternAt(window, 255 - (point.x - frame.left), 255 - (point.y - frame.top));
+        const COLORREF inside = ExpectedIn(window, point);
+        if (inside != CLR_INVALID) return inside;
+        ScreenToClient(window, &point);
+        return (point.x + point.y) % 3 != 0 ? PatternAt(window, point.x, point.y) : kErased;
+    }
+    return CLR_INVALID;
+}
+
+// Whatever windows do, when they have painted what they were asked to, the screen is as if all was painted.
+TEST_P(DesktopAreas, WhatIsPaintedAddsUpToTheWholePicture) {
+    for (int round = 0; round < 60; ++round) {
+        for (int change = Below(4); change >= 0; --change) ChangeSomething(WS_CLIPSIBLINGS);
+        if (Below(4) == 0) UpdateWindow(AnyWindow());
+        MSG message;
+        while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageA(&message);
+        for (int x = 0; x < kWidth; ++x)
+            for (int y = 0; y < kHeight; ++y) {
+                COLORREF expected = ExpectedIn(GetDesktopWindow(), {x, y});
+                if (expected == CLR_INVALID) expected = GetSysColor(COLOR_BACKGROUND);
+                ASSERT_EQ(hands_.Pixel(x, y), PixelOf(expected)) << x << ", " << y << " in round " << round;
+            }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Trees, DesktopAreas, testing::Range(1, 13));
+
+} // namespace
