@@ -189,7 +189,7 @@ void DrawTip(HDC screen, const Tip& tip, ToolTip& shown) {
     SIZE size{};
     GetTextExtentExPointA(screen, tip.text, bytes, 0, nullptr, nullptr, &size);
     const int width = (globals->language != 0 ? size.cx : kJapaneseByteWidth * bytes) + kTipMargins;
-    const int left = std::max(0, tip.point.x - width / 2), top = std::max<int>(0, tip.point.y);
+    const int left = std::max<int>(0, tip.point.x - width / 2), top = std::max<int>(0, tip.point.y);
     const RECT area = {left, top, left + width, top + kTipHeight};
     if (!KeepCovered(screen, area, shown)) return;
     const HBRUSH face = CreateSolidBrush(kTipColor);

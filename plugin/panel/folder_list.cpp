@@ -43,8 +43,8 @@ struct Candidate {
 /// The walk over the tree.  Without a list nothing is shown, nothing counts as open, and the candidates are
 /// names alone.
 struct FolderWalk {
-    HWND list;       ///< null: EnsureCurrentGroup
-    bool firstBuild; ///< the folders of the current name open by themselves
+    HWND list = nullptr;     ///< null: EnsureCurrentGroup
+    bool firstBuild = false; ///< the folders of the current name open by themselves
     char root[kNameBytes] = "";
     Candidate target;   ///< nearest to the current name
     Candidate fallback; ///< in its place
@@ -159,7 +159,9 @@ void NameOfFolderRow(const char* text, char* name) {
 }
 
 void RebuildFolderList(HWND panel) {
-    FolderWalk walk{GetDlgItem(panel, kFolderList), globals->expandedCount < 0};
+    FolderWalk walk;
+    walk.list = GetDlgItem(panel, kFolderList);
+    walk.firstBuild = globals->expandedCount < 0;
     // Also where the tree can't be listed: rows must not come twice.
     ClearListRows(walk.list);
     WalkTree(walk);
@@ -176,7 +178,7 @@ void RebuildFolderList(HWND panel) {
 }
 
 void EnsureCurrentGroup() {
-    FolderWalk walk{nullptr, false};
+    FolderWalk walk;
     WalkTree(walk);
     if (walk.target.found) {
         SelectNameOfRow(walk.target.name);

@@ -40,9 +40,9 @@ RECT FolderButton(const PanelPlan& plan, int left) {
     return Box(left, FolderListBottom(plan) + kMargin, kButtonWidth, kButtonHeight);
 }
 
-/// The right one of the two buttons at the folder list's right end begins here; `back` 1 is the left one.
-int RightFolderButton(const PanelPlan& plan, int back) {
-    return plan.split - kMargin - kMargin - kButtonWidth - back * kButtonPitch;
+/// The left edge of a button at the folder list's right end, `place` 0 at the right.
+int FolderButtonLeft(const PanelPlan& plan, int place) {
+    return plan.split - kMargin - kMargin - kButtonWidth - place * kButtonPitch;
 }
 
 /// Controls that never change places.
@@ -117,7 +117,7 @@ RECT FirstPlace(const PanelPlan& plan, int control) {
         case kSettingButton:
             return RecordButton(plan, 2);
         case kSearchButton:
-            return FolderButton(plan, RightFolderButton(plan, 1));
+            return FolderButton(plan, FolderButtonLeft(plan, 2));
         default:
             return LaterPlace(plan, control, true);
     }
@@ -136,9 +136,9 @@ RECT LaterPlace(const PanelPlan& plan, int control, bool folderListShown) {
         case kSettingButton:
             return RecordButton(plan, 2);
         case kGroupSettingButton:
-            return FolderButton(plan, RightFolderButton(plan, 0));
+            return FolderButton(plan, FolderButtonLeft(plan, 1));
         case kSearchButton:
-            return FolderButton(plan, RightFolderButton(plan, -1));
+            return FolderButton(plan, FolderButtonLeft(plan, 0));
         default:
             return FixedPlace(plan, control);
     }

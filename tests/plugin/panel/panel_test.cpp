@@ -1,0 +1,345 @@
+// The panel as a whole: its windows, its size, its bars, its commands.
+
+#include <cstring>
+#include <string>
+
+#include "plugin/panel/list_table.h"
+#include "plugin/panel/panel_layout.h"
+#include "plugin/panel/panel_lists.h"
+#include "plugin/store/record.h"
+#include "plugin/store/record_index.h"
+#include "plugin/store/record_layout.h"
+#include "plugin/store/record_moves.h"
+#include "plugin/store/store_names.h"
+#include "tests/plugin/panel/browser_fixture.h"
+#include "tests/plugin/panel/rectangles.h"
+#include "tests/support/beeps.h"
+
+namespace {
+
+class PanelTest : public BrowserFixture {
+protected:
+    RECT PlaceOf(int id) {
+        RECT place{};
+        GetWindowRect(control(id), &place);
+        MapWindowPoints(nullptr, panel(), reinterpret_cast<POINT*>(&place), 2);
+        return place;
+    }
+    std::string TextOf(int id) {
+        char text[64] = "";
+        GetWindowTextA(control(id), text, sizeof text);
+        return text;
+    }
+    void Scroll(int bar, WORD code, WORD place = 0) {
+        SendMessageA(panel(), WM_VSCROLL, static_cast<WPARAM>(MAKELONG(code, place)),
+                     reinterpret_cast<LPARAM>(control(bar)));
+    }
+    Names RecordNames() {
+        Names names;
+        for (uint32_t i = 0; i < CountRecords(globals->aidbfname); ++i) {
+            AidbReadRecord(globals->aidbfname, static_cast<int32_t>(i), nullptr, kReadHeader, true);
+            names.push_back(reinterpret_cast<RecordHeader*>(BlockBytes(globals->curRecord))->name);
+        }
+        return names;
+    }
+};
+
+struct Made {
+    int id;
+    const char* windowClass;
+    DWORD style;
+    const char* text;
+};
+
+constexpr Made kMade[] = {
+    {1001, "Static", 0x5000010D, ""}, {1002, "ScrollBar", 0x50000001, ""},
+    {1003, "Static", 0x5000010D, ""}, {1004, "ScrollBar", 0x50000001, ""},
+    {1, "Button", 0x5000000B, "0"},   {2, "Button", 0x5000000B, "1"},
+    {3, "Button", 0x5000000B, "2"},   {4, "ComboBox", 0x50010213, nullptr},
+    {5, "Static", 0x50000007, ""},    {6, "Button", 0x5000000B, "7"},
+    {11, "Button", 0x5000000B, "3"},  {12, "Button", 0x5000000B, "4"},
+    {13, "Button", 0x5000000B, "1"},  {14, "Button", 0x5000000B, "2"},
+    {15, "Button", 0x5000000B, "5"},  {16, "Button", 0x5000000B, "6"},
+};
+
+TEST_F(PanelTest, HasItsControls) {
+    globals->originMode = 7;
+    Browse("UNTITLED");
+    const PanelPlan plan = PlanOfPanel(panel());
+    EXPECT_EQ(plan.width, 400);
+    EXPECT_EQ(plan.height, 388);
+    for (const Made& made : kMade) {
+        ASSERT_NE(control(made.id), nullptr) << made.id;
+        char name[64] = "";
+        GetClassNameA(control(made.id), name, sizeof name);
+        EXPECT_STRCASEEQ(name, made.windowClass);
+        EXPECT_EQ(static_cast<DWORD>(GetWindowLongPtrA(control(made.id), GWL_STYLE)) & 0xFFFEFFFFu,
+                  made.style & 0xFFFEFFFFu)
+            << made.id;
+        if (made.text) {
+            EXPECT_EQ(TextOf(made.id), made.text) << made.id;
+        }
+        if (made.id != 4) {
+            EXPECT_EQ(PlaceOf(made.id), FirstPlace(plan, made.id)) << made.id;
+        }
+    }
+    EXPECT_EQ(PlaceOf(4).left, 30);
+    EXPECT_EQ(PlaceOf(4).right, 300);
+    EXPECT_EQ(TextOf(4), "UNTITLED");
+}
+
+TEST_F(PanelTest, FollowsItsSize) {
+    MakeRecords("G", {"a", "b", "c", "d", "e", "f", "g"});
+    Browse("G");
+    EXPECT_EQ(Bar(1002).nMax, 0); // seven cells in a line of 242 pixels
+    frame().Resize({320, 260});
+    const PanelPlan plan = PlanOfPanel(panel());
+    EXPECT_EQ(plan.width, 320);
+    for (const Made& made : kMade) {
+        if (made.id != 4) {
+            EXPECT_EQ(PlaceOf(made.id), LaterPlace(plan, made.id, true)) << made.id;
+        }
+    }
+    EXPECT_EQ(Bar(1002).nMax, 1); // five in a line
+    Command(16);
+    EXPECT_EQ(globals->browseMode, 0);
+    EXPECT_EQ(TextOf(16), "7");
+    EXPECT_EQ(PlaceOf(1001).left, 5);
+    for (const int id : {1003, 1004, 11, 12, 13, 14, 15}) EXPECT_FALSE(IsWindowVisible(control(id))) << id;
+    EXPECT_EQ(Bar(1002).nMax, 0);
+    frame().Resize({400, 388});
+    EXPECT_EQ(PlaceOf(1003), LaterPlace(PlanOfPanel(panel()), 1003, false)) << "placed while hidden";
+    Command(16);
+    EXPECT_EQ(TextOf(16), "6");
+    EXPECT_TRUE(IsWindowVisible(control(1003)));
+}
+
+TEST_F(PanelTest, ScrollsByEveryCode) {
+    globals->toolMode = 3;
+    MakeRecords("G", {"a", "b", "c", "d", "e", "f", "g", "h", "i", "j", "k"});
+    Browse("G");
+    EXPECT_EQ(Bar(1002).nMax, 10);
+    const auto after = [this](WORD code, WORD place = 0) {
+        Scroll(1002, code, place);
+        return Bar(1002).nPos;
+    };
+    EXPECT_EQ(after(SB_LINEUP), 0);
+    EXPECT_EQ(after(SB_LINEDOWN), 1);
+    EXPECT_EQ(after(SB_PAGEDOWN), 6);
+    EXPECT_EQ(after(SB_PAGEDOWN), 10);
+    EXPECT_EQ(after(SB_PAGEUP), 5);
+    EXPECT_EQ(after(SB_LINEUP), 4);
+    EXPECT_EQ(after(SB_THUMBTRACK, 9), 4);
+    EXPECT_EQ(after(SB_THUMBPOSITION, 7), 7);
+    EXPECT_EQ(after(SB_THUMBPOSITION, 700), 10);
+    EXPECT_EQ(after(SB_TOP), 0);
+    EXPECT_EQ(after(SB_BOTTOM), 10);
+    EXPECT_EQ(after(SB_ENDSCROLL), 10);
+    // Without a bar the message isn't the panel's.
+    SendMessageA(panel(), WM_VSCROLL, SB_TOP, 0);
+    EXPECT_EQ(Bar(1002).nPos, 10);
+    RebuildRecordList(panel(), true);
+    EXPECT_EQ(Bar(1002).nPos, 0);
+}
+
+TEST_F(PanelTest, CommandsAreRefusedWhileOneIsAtWork) {
+    Browse("UNTITLED");
+    const auto beeps = BeepsSoFar();
+    globals->menuBusy = 1;
+    Command(16);
+    EXPECT_EQ(globals->browseMode, 1);
+    if (beeps) {
+        EXPECT_EQ(*BeepsSoFar(), *beeps + 1);
+    }
+    globals->menuBusy = 0;
+    for (const int id : {2, 3}) Command(id); // nothing is selected
+    if (beeps) {
+        EXPECT_EQ(*BeepsSoFar(), *beeps + 3);
+    }
+    EXPECT_EQ(globals->menuBusy, 0);
+    EXPECT_TRUE(host().alerts().empty());
+}
+
+// The host plays the action within the call; one that refuses must not leave the panel locked.
+TEST_F(PanelTest, HandsRegisteringToTheHost) {
+    MakeRecords("G", {"a", "b"});
+    Browse("G");
+    SelectListRow(recordList(), 1);
+    std::string played;
+    host().SetTrace([&played](const std::string& line) {
+        if (line.find("PlayAction") != std::string::npos) played = line;
+    });
+    Command(1);
+    EXPECT_NE(played.find("VELQUORNE_INTERNAL_ACTION"), std::string::npos) << played;
+    EXPECT_EQ(globals->selectedRow, 1);
+    EXPECT_EQ(globals->commandPending, 0);
+    host().RefuseFrom(1);
+    Command(1);
+    host().RefuseNone();
+    EXPECT_EQ(globals->commandPending, 0);
+    played.clear();
+    globals->commandPending = 1001;
+    Command(1);
+    EXPECT_EQ(played, "") << "another command is pending";
+    globals->commandPending = 0;
+    host().SetTrace({});
+}
+
+TEST_F(PanelTest, DeletesTheSelectedRecord) {
+    MakeRecords("G", {"a", "b", "c"});
+    Browse("G");
+    SelectListRow(recordList(), 2);
+    host().AnswerNext(false);
+    Command(2);
+    ASSERT_EQ(host().alerts().size(), 1u);
+    EXPECT_EQ(host().alerts()[0].text, "Do you want to delete this object completely?\r\nREC_ID = [3]");
+    EXPECT_EQ(RecordNames(), (Names{"a", "b", "c"}));
+    host().AnswerNext(true);
+    Command(2);
+    EXPECT_EQ(RecordNames(), (Names{"a", "b"}));
+    EXPECT_EQ(selectedRecord(), 1) << "the row that is the last one now";
+    SelectListRow(recordList(), 0);
+    host().AnswerNext(true);
+    Command(2);
+    EXPECT_EQ(RecordNames(), Names{"b"});
+    EXPECT_EQ(selectedRecord(), 0);
+    host().AnswerNext(true);
+    Command(2);
+    EXPECT_EQ(RecordNames(), Names{});
+    EXPECT_EQ(selectedRecord(), -1);
+    EXPECT_EQ(GetRowCount(recordList()), 0);
+    EXPECT_EQ(Bar(1002).nMax, 0);
+}
+
+// A number is a place in the file: after another machine has deleted a record in front, it means another one.
+TEST_F(PanelTest, DeletesNoOtherRecordThanTheOneShown) {
+    MakeRecords("G", {"a", "b", "c"});
+    Browse("G");
+    SelectListRow(recordList(), 1);
+    int32_t number;
+    char group[kNameBytes];
+    ASSERT_EQ(GetRecordOfRow(1, group, &number), 1);
+    const MemoryHandle shown = globals->rihList; // another machine doesn't know of our list
+    globals->rihList = nullptr;
+    ASSERT_EQ(DeleteRecordAndData("G", 0), 0);
+    FreeHandle(globals->rihList);
+    globals->rihList = shown;
+    host().AnswerNext(true);
+    Command(2);
+    ASSERT_EQ(host().alerts().size(), 2u);
+    EXPECT_NE(host().alerts()[1].text.find("was changed by another"), std::string::npos);
+    EXPECT_EQ(RecordNames(), (Names{"b", "c"}));
+    EXPECT_EQ(GetRowCount(recordList()), 2) << "the list is built anew";
+    EXPECT_EQ(selectedRecord(), -1);
+}
+
+TEST_F(PanelTest, TellsThatTheGroupIsInUse) {
+    MakeRecords("G", {"a", "b"});
+    Browse("G");
+    SelectListRow(recordList(), 0);
+    const std::string path = std::string(globals->aidbfpath) + "\\VLQ.LCK";
+    const HANDLE other = CreateFileA(path.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_ALWAYS,
+                                     FILE_ATTRIBUTE_NORMAL, nullptr);
+    ASSERT_NE(other, INVALID_HANDLE_VALUE);
+    host().AnswerNext(true);
+    Command(2);
+    CloseHandle(other);
+    ASSERT_EQ(host().alerts().size(), 2u);
+    EXPECT_NE(host().alerts()[1].text.find("in use by another program"), std::string::npos);
+    EXPECT_EQ(RecordNames(), (Names{"a", "b"}));
+    EXPECT_EQ(GetRowCount(recordList()), 2);
+    EXPECT_EQ(selectedRecord(), 0);
+}
+
+TEST_F(PanelTest, TheComboChangesTheGroup) {
+    MakeRecords("\\F\\A", {"a", "b"});
+    MakeRecords("\\F\\B", {"c"});
+    Browse("\\F\\A");
+    EXPECT_EQ(GetRowCount(recordList()), 2);
+    SendMessageA(control(4), CB_SETCURSEL, 1, 0);
+    Command(4);
+    EXPECT_STREQ(globals->aidbfname, "\\F\\B");
+    EXPECT_EQ(GetRowCount(recordList()), 1);
+    EXPECT_EQ(SelectedFolderRow(), "\\F\\B");
+    SendMessageA(control(4), CB_SETCURSEL, 2, 0);
+    Command(4);
+    EXPECT_STREQ(globals->aidbfname, "Search Result");
+}
+
+TEST_F(PanelTest, TheOriginControlTakesTheCellUnderThePointer) {
+    Browse("UNTITLED");
+    PointAt(control(6), 18, 10);
+    Command(6);
+    EXPECT_EQ(globals->originMode, 7);
+    EXPECT_EQ(TextOf(6), "7");
+    PointAt(control(6), 7, 10);
+    Command(6);
+    EXPECT_EQ(globals->originMode, 7) << "between the cells";
+}
+
+// Presses without a button down: what a click of a pen looks like when it is over before it is polled.
+TEST_F(PanelTest, PressesOnTheFolderList) {
+    MakeRecords("\\F\\A", {"a", "b"});
+    MakeRecords("Z", {"c"});
+    Browse("Z");
+    ASSERT_EQ(FolderRows(), (Names{"Z", "\\F\\$$$\\$$$.$$$", "Search Result"}));
+    PointAt(folderList(), 10, 30); // the triangle
+    Command(1003);
+    EXPECT_EQ(FolderRows(), (Names{"Z", "\\F\\$$$\\$$$.$$$", "\\F\\A", "Search Result"}));
+    EXPECT_STREQ(globals->aidbfname, "Z");
+    EXPECT_EQ(SelectedFolderRow(), "Z") << "as the list finds it";
+    PointAt(folderList(), 50, 30);
+    Command(1003);
+    EXPECT_STREQ(globals->aidbfname, "\\F\\A Folder is Selected");
+    EXPECT_EQ(GetRowCount(recordList()), 2);
+    EXPECT_EQ(ComboEntries(), (Names{"A", "A Folder is Selected"}));
+    PointAt(folderList(), 50, 200);
+    Command(1003);
+    EXPECT_EQ(SelectedFolderRow(), "\\F\\$$$\\$$$.$$$") << "below the rows";
+    PointAt(folderList(), 50, 60);
+    globals->lastClickTicks = GetTickCount();
+    Command(1003);
+    EXPECT_STREQ(globals->aidbfname, "\\F\\A") << "another row: no second press";
+    EXPECT_TRUE(host().alerts().empty());
+}
+
+TEST_F(PanelTest, PressesOnTheRecordList) {
+    MakeRecords("G", {"a", "b"});
+    Browse("G");
+    PointAt(recordList(), 40, 10);
+    Command(1001);
+    EXPECT_EQ(selectedRecord(), 1);
+    PointAt(recordList(), 33, 10);
+    Command(1001);
+    EXPECT_EQ(selectedRecord(), 0) << "of two rows with an edge in common the first";
+    PointAt(recordList(), 100, 100);
+    Command(1001);
+    EXPECT_EQ(selectedRecord(), -1);
+    globals->commandPending = 1003;
+    PointAt(recordList(), 40, 10);
+    Command(1001);
+    EXPECT_EQ(selectedRecord(), -1);
+    globals->commandPending = 0;
+}
+
+// Every suite call of building the panel refused in turn: whatever is missing then, nothing is left over.
+TEST_F(PanelTest, EveryRefusalWhileItIsBuilt) {
+    MakeRecords("G", {"a"});
+    SelectGroup("G");
+    for (uint64_t n = 1;; ++n) {
+        host().RefuseCall(n);
+        plugin().Notify("AI Application Started Notifier");
+        Tick(); // takes what is missing as it is
+        const bool refused = host().refused();
+        host().RefuseNone();
+        host().ClearAlerts();
+        ShutDownPlugin();
+        ASSERT_TRUE(host().panels().empty()) << n;
+        ASSERT_EQ(plugin().StartUp(), kHostNoError);
+        std::strcpy(globals->aidbfpath, StorePathOf(rootOnDisk()).c_str());
+        SelectGroup("G");
+        if (!refused) break;
+    }
+}
+
+} // namespace
