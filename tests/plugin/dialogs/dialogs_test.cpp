@@ -1,0 +1,334 @@
+// Every dialog in both languages: what stands in it, and what it gives back.
+#include <algorithm>
+#include <cstring>
+#include <map>
+
+#include "plugin/dialogs/entry_dialog.h"
+#include "plugin/dialogs/folder_dialogs.h"
+#include "plugin/dialogs/path_dialog.h"
+#include "plugin/dialogs/placement_dialog.h"
+#include "plugin/dialogs/search_dialog.h"
+#include "plugin/store/record.h"
+#include "plugin/store/record_layout.h"
+#include "plugin/store/store_names.h"
+#include "tests/support/dialog_answers.h"
+#include "tests/support/panel_fixture.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using Names = std::vector<std::string>;
+
+class DialogsTest : public PanelFixture {
+protected:
+    void SetUp() override {
+        PanelFixture::SetUp();
+        globals->language = 1;
+        fs::create_directories(rootOnDisk() / "F" / "S");
+        fs::create_directories(rootOnDisk() / "P");
+        for (const char* group : {"G", "F/A", "F/B", "F/S/T"})
+            Touch(rootOnDisk() / (std::string(group) + ".AID"));
+    }
+    static void Touch(const fs::path& path) {
+        const std::string file = StorePathOf(path);
+        CloseHandle(CreateFileA(file.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                FILE_ATTRIBUTE_NORMAL, nullptr));
+    }
+    static void MakeCurrent(const char* name) {
+        SelectGroup("");
+        SelectGroup(name);
+        SplitGroupName(name, globals->selFolder, globals->selSubFolder, globals->selGroup);
+    }
+    static std::string Selected() {
+        return std::string(globals->selFolder) + "|" + globals->selSubFolder + "|" + globals->selGroup;
+    }
+    static RecordHeader& Header() { return *reinterpret_cast<RecordHeader*>(BlockBytes(globals->curRecord)); }
+
+    DialogAnswers answers_;
+};
+
+struct DialogLook {
+    void (*run)();
+    const char* title[2]; // Japanese, English
+    std::map<int, std::array<const char*, 2>> texts;
+};
+
+RECT PlaceIn(HWND dialog, HWND control) {
+    RECT place;
+    GetWindowRect(control, &place);
+    MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&place), 2);
+    return place;
+}
+
+// Nothing sticks out of the dialog, and nothing lies on anything else.
+void ExpectTidy(HWND dialog) {
+    RECT client, common;
+    GetClientRect(dialog, &client);
+    for (HWND one = GetWindow(dialog, GW_CHILD); one != nullptr; one = GetWindow(one, GW_HWNDNEXT)) {
+        const RECT place = PlaceIn(dialog, one);
+        EXPECT_FALSE(IsRectEmpty(&place)) << GetDlgCtrlID(one);
+        IntersectRect(&common, &client, &place);
+        EXPECT_EQ(std::memcmp(&common, &place, sizeof place), 0) << GetDlgCtrlID(one);
+        for (HWND other = GetWindow(one, GW_HWNDNEXT); other != nullptr;
+             other = GetWindow(other, GW_HWNDNEXT)) {
+            const RECT otherPlace = PlaceIn(dialog, other);
+            EXPECT_FALSE(IntersectRect(&common, &place, &otherPlace))
+                << GetDlgCtrlID(one) << " on " << GetDlgCtrlID(other);
+        }
+    }
+}
+
+void ExpectCentred(HWND dialog) {
+    RECT desktop, place;
+    GetWindowRect(GetDesktopWindow(), &desktop);
+    GetWindowRect(dialog, &place);
+    EXPECT_NEAR(place.left + place.right, desktop.left + desktop.right, 2);
+    EXPECT_NEAR(place.top + place.bottom, desktop.top + desktop.bottom, 2);
+    EXPECT_NE(GetWindowLongPtrA(dialog, GWL_EXSTYLE) & WS_EX_TOPMOST, 0);
+}
+
+const std::array<const char*, 2> kCancel = {"キャンセル", "Cancel"};
+const std::array<const char*, 2> kOk = {"OK", "OK"};
+const std::array<const char*, 2> kFolder = {"フォルダ：", "Folder:"};
+const std::array<const char*, 2> kGroup = {"グループ名：", "Group:"};
+
+const DialogLook kLooks[] = {
+    {[] { RunEntryDialog(); },
+     {"登録", "Velquorne Entry"},
+     {{1, {"登録", "Register"}},
+      {2, kCancel},
+      {5, {"名称：", "Name:"}},
+      {6, {"種類：", "Kind:"}},
+      {9, kFolder},
+      {13, {"グループ：", "Group:"}},
+      {15, {"コメント：", "Comment:"}},
+      {18, {"作成日: 04/01/02 00:01", "Created: 04/01/02 00:01"}},
+      {19, {"修正日: 05/12/31 23:59", "Modified: 05/12/31 23:59"}},
+      {7, {"表ソ", "表ソ"}}}},
+    {[] { RunFolderSetting(); },
+     {"フォルダの設定", "Folder Setting"},
+     {{1, kOk}, {2, kCancel}, {7, kFolder}}},
+    {[] { RunGroupSetting(); },
+     {"グループの設定", "Group Setting"},
+     {{1, kOk}, {2, kCancel}, {6, kGroup}, {7, kFolder}}},
+    {[] { RunNewFolder(); }, {"新規フォルダ", "New Folder"}, {{1, kOk}, {2, kCancel}, {7, kFolder}}},
+    {[] { RunNewGroup(); },
+     {"新規グループ", "New Group"},
+     {{1, kOk}, {2, kCancel}, {6, kGroup}, {7, kFolder}}},
+    {[] { ChooseDatabasePath(nullptr); },
+     {"ＤＢパスの設定", "Set DB Path"},
+     {{1, kOk}, {2, kCancel}, {7, {"...", "..."}}, {8, {"Ｃ", "C"}}}},
+    {[] { RunSearchDialog(); },
+     {"検索", "Search Velquorne"},
+     {{1, {"検索", "Search"}},
+      {2, {"絞込み", "Limit (focus on)"}},
+      {3, kCancel},
+      {4, {"名前", "Name"}},
+      {6, {"大文字小文字の区別", "Distinguish capital letters and small letters."}},
+      {7, {"全角半角の区別", "Distinguish full characters and half characters."}},
+      {8, {"ワード単位", "Word Unit"}}}},
+    {[] { RunPlacementDialog(); },
+     {"配置設定", "Placement Setting"},
+     {{1, {"設定", "Setting"}},
+      {2, kCancel},
+      {5, {"グリッド", "Snap to Grid"}},
+      {6, {"頂点フィット", "Snap to Anchor Point"}},
+      {7, {"交点フィット", "Snap to Intersection"}},
+      {8, {"パス線上フィット", "Snap to Path"}},
+      {11, {"グリッド間隔：", "Grid Spacing:"}}}},
+};
+
+} // namespace
+
+TEST_F(DialogsTest, LooksInBothLanguages) {
+    globals->curRecord = NewRecord();
+    Header().created = 86400 + 60;
+    Header().modified = (366 + 365) * 86400u - 60;
+    std::strcpy(Header().name, "表ソ"); // second bytes of 0x5C
+    for (int language = 0; language < 3; ++language) {
+        globals->language = language;
+        const size_t text = language == 0 ? 0 : 1;
+        for (const DialogLook& look : kLooks) {
+            answers_.Next([&](HWND dialog) {
+                SCOPED_TRACE(look.title[1]);
+                EXPECT_EQ(TextOf(dialog), look.title[text]);
+                for (const auto& [id, texts] : look.texts) {
+                    // Only one of the languages has field names of its own.
+                    const bool field = look.title[1] == std::string("Search Velquorne") && id == 4;
+                    EXPECT_EQ(TextOf(dialog, id), texts[field && language != 1 ? 0 : text]) << id;
+                }
+                ExpectTidy(dialog);
+                ExpectCentred(dialog);
+                // In the search dialog 2 is another button, but a closed dialog is a cancelled one.
+                SendMessageA(dialog, WM_CLOSE, 0, 0);
+                if (IsWindowVisible(dialog)) Press(dialog, IDCANCEL);
+            });
+            look.run();
+        }
+    }
+    EXPECT_EQ(globals->findMode, kFindGroup);
+    EXPECT_STREQ(globals->aidbfname, "");
+}
+
+TEST_F(DialogsTest, EntryListsFollowEachOther) {
+    globals->curRecord = NewRecord();
+    std::strcpy(globals->entryName, "\\F\\B");
+    answers_.Next([](HWND dialog) {
+        EXPECT_EQ(EntriesOf(dialog, 10), (Names{"None", "F", "P"}));
+        EXPECT_EQ(EntriesOf(dialog, 12), (Names{"None", "S"}));
+        EXPECT_EQ(EntriesOf(dialog, 14), (Names{"A", "B"}));
+        EXPECT_EQ(TextOf(dialog, 10) + TextOf(dialog, 12) + TextOf(dialog, 14), "FNoneB");
+        Choose(dialog, 14, "A");
+        SendMessageA(dialog, WM_COMMAND, MAKEWPARAM(10, CBN_SETFOCUS), 0); // only looked at
+        EXPECT_EQ(TextOf(dialog, 14), "A");
+        Choose(dialog, 12, "S");
+        EXPECT_EQ(EntriesOf(dialog, 14), Names{"T"});
+        Choose(dialog, 10, "P");
+        EXPECT_EQ(EntriesOf(dialog, 12), Names{"None"});
+        EXPECT_EQ(EntriesOf(dialog, 14), Names{"UNTITLED"});
+        Type(dialog, 7, "a" + std::string(70, '\x83')); // 62 bytes would end within a letter
+        Type(dialog, 8, "kind");
+        Type(dialog, 16, "two\r\nlines " + std::string(300, 'x'));
+        Press(dialog, 1);
+    });
+    EXPECT_TRUE(RunEntryDialog());
+    EXPECT_STREQ(globals->entryName, "\\P\\UNTITLED");
+    EXPECT_EQ(std::strlen(Header().name), 61u);
+    EXPECT_STREQ(Header().kind, "kind");
+    EXPECT_EQ(std::string(Header().comment), ("two\r\nlines " + std::string(300, 'x')).substr(0, 254));
+
+    std::strcpy(globals->entryName, "G");
+    answers_.Next([](HWND dialog) {
+        EXPECT_EQ(TextOf(dialog, 10) + TextOf(dialog, 12) + TextOf(dialog, 14), "NoneNoneG");
+        Type(dialog, 7, "changed");
+        Press(dialog, 2);
+    });
+    EXPECT_FALSE(RunEntryDialog());
+    EXPECT_STREQ(globals->entryName, "G");
+    EXPECT_EQ(std::strlen(Header().name), 61u);
+}
+
+TEST_F(DialogsTest, FolderDialogs) {
+    const auto answer = [&](const char* shown, const char* parent, const std::string& name) {
+        answers_.Next([=](HWND dialog) {
+            EXPECT_EQ(TextOf(dialog, 8) + "|" + TextOf(dialog, 5), shown);
+            Choose(dialog, 8, parent);
+            Type(dialog, 5, name);
+            Press(dialog, 1);
+        });
+    };
+    MakeCurrent("\\F\\S\\A Folder is Selected");
+    answer("F|S", "P", "New");
+    EXPECT_TRUE(RunFolderSetting());
+    EXPECT_EQ(Selected(), "P|New|A Folder is Selected");
+    MakeCurrent("\\F\\A");
+    answer("None|F", "None", "New");
+    EXPECT_TRUE(RunFolderSetting());
+    EXPECT_EQ(Selected(), "New||A");
+    answer("F|", "None", "表" + std::string(90, 'y'));
+    EXPECT_TRUE(RunNewFolder());
+    EXPECT_EQ(Selected(), "表" + std::string(76, 'y') + "||A");
+    answer("F|", "P", "");
+    EXPECT_TRUE(RunNewFolder());
+    EXPECT_EQ(Selected(), "P||A");
+}
+
+TEST_F(DialogsTest, GroupDialogs) {
+    MakeCurrent("\\F\\S\\T");
+    answers_.Next([](HWND dialog) {
+        EXPECT_EQ(TextOf(dialog, 8) + TextOf(dialog, 10) + TextOf(dialog, 5), "FST");
+        Choose(dialog, 10, "None");
+        Type(dialog, 5, "New");
+        Press(dialog, 1);
+    });
+    EXPECT_TRUE(RunGroupSetting());
+    EXPECT_EQ(Selected(), "F||New");
+    MakeCurrent("\\F\\S\\T");
+    answers_.Next([](HWND dialog) {
+        EXPECT_EQ(TextOf(dialog, 5), "");
+        Choose(dialog, 8, "None");
+        EXPECT_EQ(EntriesOf(dialog, 10), Names{"None"});
+        Type(dialog, 5, "New");
+        Press(dialog, 1);
+    });
+    EXPECT_TRUE(RunNewGroup());
+    EXPECT_STREQ(globals->aidbfname, "New");
+}
+
+TEST_F(DialogsTest, SearchSettings) {
+    globals->flCnvFnMode = 2;
+    std::strcpy(globals->flCnvFnStr, "表");
+    globals->flCnvWord = 1;
+    MakeCurrent("G");
+    answers_.Next([](HWND dialog) {
+        EXPECT_EQ(EntriesOf(dialog, 4), (Names{"Name", "Kind", "Comments"}));
+        EXPECT_EQ(TextOf(dialog, 4) + TextOf(dialog, 5), "Comments表");
+        EXPECT_EQ(IsDlgButtonChecked(dialog, 6) + IsDlgButtonChecked(dialog, 7) * 2 +
+                      IsDlgButtonChecked(dialog, 8) * 4,
+                  4u);
+        EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, 2)));
+        Check(dialog, 6, true);
+        Type(dialog, 5, "lost");
+        Press(dialog, 3);
+    });
+    EXPECT_FALSE(RunSearchDialog());
+    EXPECT_STREQ(globals->flCnvFnStr, "表");
+    EXPECT_EQ(globals->flCnvCase, 0);
+    answers_.Next([](HWND dialog) {
+        Choose(dialog, 4, "Kind");
+        Check(dialog, 7, true);
+        Type(dialog, 5, std::string(300, 'k'));
+        Press(dialog, 1);
+    });
+    EXPECT_TRUE(RunSearchDialog());
+    EXPECT_EQ(globals->flCnvFnMode, 1);
+    EXPECT_EQ(globals->flCnvKanji, 1);
+    EXPECT_EQ(std::strlen(globals->flCnvFnStr), 254u);
+    EXPECT_STREQ(globals->aidbfname, kSearchResult);
+    EXPECT_EQ(globals->findMode, kFindSearchResult);
+}
+
+TEST_F(DialogsTest, PlacementSettings) {
+    host().SetRulerUnit(workbench::RulerUnit::kMillimetre);
+    globals->flUseFcur = 0;
+    answers_.Next([](HWND dialog) {
+        EXPECT_EQ(TextOf(dialog, 9), "5 mm");
+        EXPECT_FALSE(IsDlgButtonChecked(dialog, 6));
+        Check(dialog, 5, false);
+        Check(dialog, 6, true);
+        Type(dialog, 9, "1 in");
+        Type(dialog, 10, "-5 mm");
+        Press(dialog, 1);
+    });
+    const double before = globals->flGrHeight;
+    EXPECT_TRUE(RunPlacementDialog());
+    EXPECT_EQ(globals->flUseGrid * 2 + globals->flUseFcur, 1);
+    EXPECT_EQ(globals->flGrWidth, 72);
+    EXPECT_EQ(globals->flGrHeight, before);
+}
+
+TEST_F(DialogsTest, RootsAreChosenAndRemembered) {
+    const std::string first = globals->aidbfpath, second = StorePathOf(rootOnDisk() / "P");
+    NoteRecentRoot();
+    BuildThePanel();
+    answers_.Next([&](HWND dialog) {
+        EXPECT_EQ(EntriesOf(dialog, 5), Names{first});
+        EXPECT_EQ(TextOf(dialog, 5), first);
+        Press(dialog, 8);
+        EXPECT_EQ(TextOf(dialog, 5), "");
+        Type(dialog, 5, second);
+        Press(dialog, 1);
+    });
+    EXPECT_EQ(ChooseDatabasePath(panel()), 0);
+    EXPECT_EQ(globals->aidbfpath, second);
+    EXPECT_STREQ(globals->aidbfname, "UNTITLED");
+    EXPECT_EQ(globals->hasFolders, kNotKnown);
+    for (const char* root : {"a", "b", "c", "a", "d", "e"}) {
+        std::strcpy(globals->aidbfpath, root);
+        NoteRecentRoot();
+    }
+    Names roots;
+    for (const auto& root : globals->aidbfpathEx) roots.emplace_back(root);
+    EXPECT_EQ(roots, (Names{"e", "d", "a", "c", "b"}));
+    std::strcpy(globals->aidbfpath, first.c_str());
+}
