@@ -103,6 +103,12 @@ void SetDocumentsFolder(const char* utf8Path) {
     ChosenFolder() = utf8Path != nullptr ? utf8Path : "";
 }
 
+ITEMIDLIST* NewItemList(const std::string& path) {
+    auto* list = static_cast<ITEMIDLIST*>(std::calloc(1, sizeof(ITEMIDLIST)));
+    if (list != nullptr && path.size() < MAX_PATH) std::memcpy(list->path, path.c_str(), path.size());
+    return list;
+}
+
 HRESULT SHGetSpecialFolderLocation(HWND /*owner*/, int folder, LPITEMIDLIST* list) try {
     *list = nullptr;
     if (folder != CSIDL_PERSONAL) return E_INVALIDARG;
@@ -110,11 +116,8 @@ HRESULT SHGetSpecialFolderLocation(HWND /*owner*/, int folder, LPITEMIDLIST* lis
     // On Windows the folder is always there.  If it can't be made, who uses it finds out.
     systemCalls->makeDirectory(documents.c_str(), 0777);
     const std::string path = StorePathOfUtf8(documents).path;
-    auto* result = static_cast<ITEMIDLIST*>(std::calloc(1, sizeof(ITEMIDLIST)));
-    if (result == nullptr) return E_OUTOFMEMORY;
-    if (path.size() < MAX_PATH) std::memcpy(result->path, path.c_str(), path.size());
-    *list = result;
-    return S_OK;
+    *list = NewItemList(path);
+    return *list != nullptr ? S_OK : E_OUTOFMEMORY;
 } catch (const std::bad_alloc&) {
     return E_OUTOFMEMORY;
 }

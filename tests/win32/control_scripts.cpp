@@ -185,7 +185,10 @@ public:
     void SayText() {
         char text[80];
         GetWindowTextA(control, text, sizeof text);
-        Say("text \"%s\"", text);
+        std::string shown;
+        for (const char* letter = text; *letter != '\0'; ++letter)
+            if (*letter != '\n') shown += *letter == '\r' ? '|' : *letter;
+        Say("text \"%s\"", shown.c_str());
     }
     void SaySelection() {
         DWORD start = 0, end = 0;

@@ -71,7 +71,7 @@ void ChooseComboItem(HWND combo, ComboData& data, int item, bool picked) {
 
 bool TakeComboInput(HWND combo, ComboData& data, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
-        case kSystemKeyDown:
+        case WM_SYSKEYDOWN:
             if (wParam != VK_UP && wParam != VK_DOWN) return false;
             Toggle(combo, data);
             return true;

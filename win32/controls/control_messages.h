@@ -6,7 +6,6 @@
 
 constexpr UINT kNextDialogControl = 0x0028; ///< WM_NEXTDLGCTL: wParam window or direction, lParam 1: window
 constexpr UINT kCut = 0x0300, kCopy = 0x0301, kPaste = 0x0302, kClear = 0x0303;
-constexpr UINT kSystemKeyDown = 0x0104, kSystemCharacter = 0x0106;
 
 constexpr UINT kButtonSetState = 0x00F3; ///< BM_SETSTATE: wParam whether it looks pressed
 constexpr UINT kButtonSetStyle = 0x00F4; ///< BM_SETSTYLE: wParam BS_..., lParam whether to repaint
@@ -23,5 +22,3 @@ constexpr WORD kHasDefaultId = 0x534B;
 
 constexpr DWORD kButtonTypeMask = 0x000F, kStaticTypeMask = 0x001F;
 constexpr DWORD kStaticNoPrefix = 0x0080;
-constexpr int kWheelStep = 120;                       ///< WHEEL_DELTA
-constexpr LRESULT kDoActivate = 1, kDontActivate = 3; ///< MA_ACTIVATE, MA_NOACTIVATE

@@ -176,7 +176,7 @@ bool TakeDialogKey(HWND dialog, const MSG& message) {
         case WM_CHAR:
             if ((CodeOf(message.hwnd, &message) & (DLGC_WANTCHARS | DLGC_WANTALLKEYS)) != 0) return false;
             return TakeMnemonic(dialog, message.hwnd, message.wParam);
-        case kSystemCharacter:
+        case WM_SYSCHAR:
             return TakeMnemonic(dialog, message.hwnd, message.wParam);
         default:
             return false;

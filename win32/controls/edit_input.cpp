@@ -201,7 +201,7 @@ void SelectWord(HWND window, EditData& data) {
 void Turn(HWND window, EditData& data, int delta) {
     constexpr int kLinesPerStep = 3;
     const int last = static_cast<int>(data.lines.size()) - static_cast<int>(VisibleLines(window, data));
-    const int wanted = static_cast<int>(data.firstLine) - delta / kWheelStep * kLinesPerStep;
+    const int wanted = static_cast<int>(data.firstLine) - delta / WHEEL_DELTA * kLinesPerStep;
     data.firstLine = static_cast<size_t>(std::clamp(wanted, 0, std::max(last, 0)));
     Redraw(window);
 }

@@ -193,14 +193,28 @@ void Release(HWND window, ListData& data, POINT point) {
 }
 
 void TakeKey(HWND window, const ListData& data, WPARAM key) {
+    if (key == VK_LEFT) Tell(window, data, kListLeft);
+    if (key == VK_RIGHT && data.selected >= 0) Tell(window, data, kListDoubleClicked);
     const int item = ItemOfKey(window, key);
     if (item < 0 || item == data.selected) return;
     SelectListItem(window, item);
     Tell(window, data, kListSelected);
 }
 
+// A combo box gives its popup the items' height itself.
+void SetFont(HWND window, ListData& data, HFONT font) {
+    data.font = font;
+    if (data.isPopup) return;
+    const WindowContext context(window);
+    const Selected selected(context.context(), font);
+    TEXTMETRICA metrics = {};
+    GetTextMetricsA(context.context(), &metrics);
+    SetListItemHeight(window, metrics.tmHeight + 1);
+}
+
 void Start(HWND window, ListData& data, const CREATESTRUCTA& creation) {
-    data.owner = static_cast<HWND>(creation.lpCreateParams);
+    data.owner =
+        creation.lpCreateParams != nullptr ? static_cast<HWND>(creation.lpCreateParams) : creation.hwndParent;
     data.isPopup = (creation.style & static_cast<LONG>(WS_CHILD)) == 0;
     data.scrollBar = CreateWindowExA(0, kScrollBarClass, "", WS_CHILD | SBS_VERT, 0, 0, 0, 0, window, nullptr,
                                      creation.hInstance, nullptr);
@@ -331,11 +345,11 @@ LRESULT CALLBACK ListProcedure(HWND window, UINT message, WPARAM wParam, LPARAM 
         case WM_ERASEBKGND:
             return 1;
         case WM_MOUSEACTIVATE:
-            return data->isPopup ? kDontActivate : kDoActivate;
+            return data->isPopup ? MA_NOACTIVATE : MA_ACTIVATE;
         case WM_GETDLGCODE:
             return DLGC_WANTARROWS | DLGC_WANTCHARS;
         case WM_SETFONT:
-            data->font = FontOf(wParam);
+            SetFont(window, *data, FontOf(wParam));
             return 0;
         case WM_SIZE:
             UpdateBar(window, *data);
@@ -356,7 +370,7 @@ LRESULT CALLBACK ListProcedure(HWND window, UINT message, WPARAM wParam, LPARAM 
             Release(window, *data, PointOf(lParam));
             return 0;
         case WM_MOUSEWHEEL:
-            ScrollTo(window, *data, data->top - 3 * HighPart(static_cast<LPARAM>(wParam)) / kWheelStep);
+            ScrollTo(window, *data, data->top - 3 * HighPart(static_cast<LPARAM>(wParam)) / WHEEL_DELTA);
             return 0;
         case WM_VSCROLL:
             ScrollByBar(window, *data, LOWORD(wParam), HIWORD(wParam));

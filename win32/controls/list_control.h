@@ -13,6 +13,7 @@
 constexpr int kListSelected = 1;      ///< LBN_SELCHANGE: by a click or a key
 constexpr int kListDoubleClicked = 2; ///< LBN_DBLCLK
 constexpr int kListCancelled = 3;     ///< LBN_SELCANCEL: a press outside of a popup
+constexpr int kListLeft = 6;          ///< the left arrow, in a dialog; the right one is a double click
 
 /// Asks the owner's control to draw an item; wParam ListItemDraw*.
 constexpr UINT kDrawListItem = WM_USER + 1;
