@@ -75,6 +75,7 @@ void HostWindows::Dispatch(const MSG& message) {
 }
 
 void HostWindows::Run() {
+    quit_ = false;
     MSG message;
     while (!quit_ && GetMessageA(&message, nullptr, 0, 0) > 0) Dispatch(message);
 }
