@@ -124,7 +124,7 @@ void FillPointerMessage(MSG& message, HWND window, UINT number, const Input& inp
 }
 
 void MakeNonClient(MSG& message, int code, POINT pointer) {
-    message.message += UINT{WM_NCMOUSEMOVE - WM_MOUSEMOVE};
+    message.message -= UINT{WM_MOUSEMOVE - WM_NCMOUSEMOVE};
     message.wParam = static_cast<WPARAM>(code);
     message.lParam = MAKELONG(pointer.x, pointer.y);
 }
