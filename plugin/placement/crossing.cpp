@@ -58,14 +58,16 @@ const HostPoint& Nearer(const HostPoint& first, const HostPoint& second, const H
     return Distance(second, pulled) < Distance(first, pulled) ? second : first;
 }
 
-bool CrossStraight(const Piece& a, const Piece& b, const HostPoint& pulled, HostPoint& crossing) {
+bool CrossStraight(const Piece& a, const Piece& b, const HostPoint& pulled, double tolerance,
+                   HostPoint& crossing) {
     const Line lineA = LineThrough(a.first.anchor, a.second.anchor);
     const Line lineB = LineThrough(b.first.anchor, b.second.anchor);
     if (!CrossLines(lineA, lineB, crossing)) return false;
-    return lineA.vertical || lineB.vertical || Distance(crossing, pulled) <= PullTolerance();
+    return lineA.vertical || lineB.vertical || Distance(crossing, pulled) <= tolerance;
 }
 
-bool CrossCircles(const Circle& a, const Circle& b, const HostPoint& pulled, HostPoint& crossing) {
+bool CrossCircles(const Circle& a, const Circle& b, const HostPoint& pulled, double tolerance,
+                  HostPoint& crossing) {
     const double distance = Distance(a.center, b.center);
     if (distance == 0.0) return false;
     // From a's centre along the line of centres to the chord that the crossings lie on.
@@ -77,7 +79,7 @@ bool CrossCircles(const Circle& a, const Circle& b, const HostPoint& pulled, Hos
         return {a.center.x + a.radius * std::cos(angle), a.center.y + a.radius * std::sin(angle)};
     };
     crossing = Nearer(onCircle(direction + spread), onCircle(direction - spread), pulled);
-    return NearOnEachAxis(crossing, pulled, PullTolerance());
+    return NearOnEachAxis(crossing, pulled, tolerance);
 }
 
 HostPoint Moved(const HostPoint& point, const HostPoint& by) {
@@ -85,7 +87,7 @@ HostPoint Moved(const HostPoint& point, const HostPoint& by) {
 }
 
 bool CrossLineAndCircle(const Piece& straight, const Circle& circle, const HostPoint& pulled,
-                        HostPoint& crossing) {
+                        double tolerance, HostPoint& crossing) {
     const HostPoint& center = circle.center;
     const double r = circle.radius;
     const HostPoint target = Moved(pulled, center);
@@ -107,7 +109,7 @@ bool CrossLineAndCircle(const Piece& straight, const Circle& circle, const HostP
         second.y = m * second.x + b;
     }
     const HostPoint nearest = Nearer(first, second, target);
-    if (!(Distance(nearest, target) <= PullTolerance())) return false;
+    if (!(Distance(nearest, target) <= tolerance)) return false;
     crossing = {nearest.x + center.x, nearest.y + center.y};
     return true;
 }
@@ -133,8 +135,7 @@ bool InBoxOf(const HostPoint& point, const HostPoint& a, const HostPoint& b) {
 
 /// The first crossing of a chord of `a` with one of `b`.
 bool CrossChains(std::span<const HostPoint> a, std::span<const HostPoint> b, const HostPoint& pulled,
-                 HostPoint& crossing) {
-    const double tolerance = PullTolerance();
+                 double tolerance, HostPoint& crossing) {
     for (size_t i = 1; i < a.size(); ++i) {
         const Line lineA = LineThrough(a[i - 1], a[i]);
         for (size_t j = 1; j < b.size(); ++j) {
@@ -148,41 +149,43 @@ bool CrossChains(std::span<const HostPoint> a, std::span<const HostPoint> b, con
     return false;
 }
 
-bool CrossCurves(const Piece& a, const Piece& b, const HostPoint& pulled, HostPoint& crossing) {
+bool CrossCurves(const Piece& a, const Piece& b, const HostPoint& pulled, double tolerance,
+                 HostPoint& crossing) {
     Circle circleA, circleB;
     if (CircleOf(a, circleA) && CircleOf(b, circleB)) {
-        return CrossCircles(circleA, circleB, pulled, crossing);
+        return CrossCircles(circleA, circleB, pulled, tolerance, crossing);
     }
     Chain chainA, chainB;
     FollowCurve(a, chainA);
     FollowCurve(b, chainB);
-    return CrossChains(chainA.points, chainB.points, pulled, crossing);
+    return CrossChains(chainA.points, chainB.points, pulled, tolerance, crossing);
 }
 
-bool CrossLineAndCurve(const Piece& straight, const Piece& curved, const HostPoint& pulled,
+bool CrossLineAndCurve(const Piece& straight, const Piece& curved, const HostPoint& pulled, double tolerance,
                        HostPoint& crossing) {
     Circle circle;
-    if (CircleOf(curved, circle)) return CrossLineAndCircle(straight, circle, pulled, crossing);
+    if (CircleOf(curved, circle)) return CrossLineAndCircle(straight, circle, pulled, tolerance, crossing);
     const HostPoint chord[] = {straight.first.anchor, straight.second.anchor};
     Chain chain;
     FollowCurve(curved, chain);
-    return CrossChains(chord, chain.points, pulled, crossing);
+    return CrossChains(chord, chain.points, pulled, tolerance, crossing);
 }
 
 } // namespace
 
-bool CrossPieces(const Piece& a, const Piece& b, const HostPoint& pulled, HostPoint& crossing) {
+bool CrossPieces(const Piece& a, const Piece& b, const HostPoint& pulled, double tolerance,
+                 HostPoint& crossing) {
     const bool straightA = IsStraight(a), straightB = IsStraight(b);
     HostPoint found;
     bool crossed;
     if (straightA && straightB) {
-        crossed = CrossStraight(a, b, pulled, found);
+        crossed = CrossStraight(a, b, pulled, tolerance, found);
     } else if (straightA) {
-        crossed = CrossLineAndCurve(a, b, pulled, found);
+        crossed = CrossLineAndCurve(a, b, pulled, tolerance, found);
     } else if (straightB) {
-        crossed = CrossLineAndCurve(b, a, pulled, found);
+        crossed = CrossLineAndCurve(b, a, pulled, tolerance, found);
     } else {
-        crossed = CrossCurves(a, b, pulled, found);
+        crossed = CrossCurves(a, b, pulled, tolerance, found);
     }
     if (!crossed) return false;
     found = {static_cast<float>(found.x), static_cast<float>(found.y)};

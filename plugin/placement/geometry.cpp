@@ -175,22 +175,21 @@ int32_t RoundHalfAway(double value) {
     return static_cast<int32_t>(rounded);
 }
 
-bool InBoundsWithTolerance(const HostPoint& point, const HostRect& rect) {
+bool InBoundsWithTolerance(const HostPoint& point, const HostRect& rect, double tolerance) {
     HostRect grown = rect;
-    const float inset = static_cast<float>(-PullTolerance());
+    const float inset = static_cast<float>(-tolerance);
     RealMathSuite().InsetRect(&grown, inset, inset);
     return RealMathSuite().PointInRect(&point, &grown) != 0;
 }
 
-bool NearAnchor(HostPoint& point, const HostPoint& anchor) {
-    if (!InBoxOf(point, anchor, anchor, PullTolerance())) return false;
+bool NearAnchor(HostPoint& point, const HostPoint& anchor, double tolerance) {
+    if (!InBoxOf(point, anchor, anchor, tolerance)) return false;
     point = anchor;
     return true;
 }
 
 bool NearSegment(HostPoint& point, const HostPathSegment& first, const HostPathSegment& second,
-                 int16_t curves) {
-    const double tolerance = PullTolerance();
+                 double tolerance, int16_t curves) {
     const bool straight = RealMathSuite().PointsEqual(&first.anchor, &first.out) &&
                           RealMathSuite().PointsEqual(&second.in, &second.anchor);
     return straight ? NearLine(point, first, second, tolerance)

@@ -21,7 +21,7 @@ void FillCurveTables();
 HostPoint CurvePoint(const HostPathSegment& first, const HostPathSegment& second, int step);
 
 /// Two screen pixels in art units at the zoom of the current view; 0 without a view.  Needs the host's
-/// suites, as do InBoundsWithTolerance, NearAnchor and NearSegment, which read it anew at each call.
+/// suites, as do InBoundsWithTolerance and NearSegment.
 double PullTolerance();
 
 double Distance(const HostPoint& a, const HostPoint& b);
@@ -33,16 +33,16 @@ double AbsOf(double value);
 /// Halves go away from zero.  Saturates at the ends of the result's range; not-a-number gives 0.
 int32_t RoundHalfAway(double value);
 
-/// Is the point in the rectangle grown by the pull tolerance on all sides, edges included?
-bool InBoundsWithTolerance(const HostPoint& point, const HostRect& rect);
+/// Is the point in the rectangle grown by the tolerance on all sides, edges included?
+bool InBoundsWithTolerance(const HostPoint& point, const HostRect& rect, double tolerance);
 
-/// Near means at most the pull tolerance away on each axis; the point becomes the anchor exactly.
-bool NearAnchor(HostPoint& point, const HostPoint& anchor);
+/// Near means at most the tolerance away on each axis; the point becomes the anchor exactly.
+bool NearAnchor(HostPoint& point, const HostPoint& anchor, double tolerance);
 
-/// Is the point within the pull tolerance of the piece?  `curves` 0 leaves out curved pieces other than
+/// Is the point within the tolerance of the piece?  `curves` 0 leaves out curved pieces other than
 /// arcs.
 bool NearSegment(HostPoint& point, const HostPathSegment& first, const HostPathSegment& second,
-                 int16_t curves);
+                 double tolerance, int16_t curves);
 
 /// Does the piece fit a circular arc?  On failure the centre and radius mean nothing.  Pieces whose
 /// tangents at the ends are both horizontal or both vertical are never arcs.

@@ -24,6 +24,7 @@ struct Search {
     SnapKind wanted;
     HostPoint& point;
     int16_t& kind;
+    double tolerance;
     Hit hitA, hitB;
     bool over;
 };
@@ -34,18 +35,18 @@ void Succeed(Search& search) {
 }
 
 void TestAnchor(Search& search, const HostPathSegment& segment) {
-    if (NearAnchor(search.point, segment.anchor)) Succeed(search);
+    if (NearAnchor(search.point, segment.anchor, search.tolerance)) Succeed(search);
 }
 
 /// Do the first hit and the piece behind it merely meet in their common anchor?
 bool IsNeighbour(Search& search, ArtHandle art, int32_t previousIndex, const Piece& piece) {
     return search.hitA.art == art && search.hitA.index == previousIndex &&
-           NearAnchor(search.point, piece.first.anchor);
+           NearAnchor(search.point, piece.first.anchor, search.tolerance);
 }
 
 /// `previousIndex` and `index` are the numbers of the piece's segments.
 void TestPiece(Search& search, ArtHandle art, int32_t previousIndex, int32_t index, const Piece& piece) {
-    if (!NearSegment(search.point, piece.first, piece.second, 1)) return;
+    if (!NearSegment(search.point, piece.first, piece.second, search.tolerance, 1)) return;
     if (search.wanted == kSnapPath) {
         Succeed(search);
     } else if (!search.hitA.art) {
@@ -54,7 +55,8 @@ void TestPiece(Search& search, ArtHandle art, int32_t previousIndex, int32_t ind
         // No third piece is looked at, whether these two cross or not.
         search.hitB = {art, index, piece};
         search.over = true;
-        if (CrossPieces(search.hitA.piece, search.hitB.piece, search.point, search.point)) Succeed(search);
+        if (CrossPieces(search.hitA.piece, search.hitB.piece, search.point, search.tolerance, search.point))
+            Succeed(search);
     }
 }
 
@@ -90,7 +92,7 @@ HostError TestPath(Search& search, ArtHandle path) {
     HostRect bounds{};
     int32_t count = 0;
     if (const HostError error = ArtSuite().GetArtBounds(path, &bounds)) return error;
-    if (!InBoundsWithTolerance(search.point, bounds)) return kHostNoError;
+    if (!InBoundsWithTolerance(search.point, bounds, search.tolerance)) return kHostNoError;
     if (const HostError error = PathSuite().GetPathSegmentCount(path, &count)) return error;
     if (count < 1) return kHostNoError;
     return search.wanted == kSnapAnchor ? TestAnchors(search, path, count) : TestPieces(search, path, count);
@@ -124,24 +126,24 @@ HostError TestEntry(Search& search, const IndexedPath& path, int32_t number) {
     return kHostNoError;
 }
 
-HostError SearchIndex(Search& search, SnapIndex& index, double tolerance) {
+HostError SearchIndex(Search& search, SnapIndex& index) {
     const IndexedPath* path = nullptr;
     bool inBounds = false;
     uint32_t entry = 0;
-    StartQuery(index, search.point, tolerance, 0);
+    StartQuery(index, search.point, search.tolerance, 0);
     while (!search.over && NextEntry(index, entry)) {
         const IndexedPath& owner = PathOfEntry(index, entry);
         if (&owner != path) {
             // A walk asks once, when it comes to the path: a move within the path changes nothing.
             path = &owner;
-            inBounds = InBoundsWithTolerance(search.point, path->bounds);
+            inBounds = InBoundsWithTolerance(search.point, path->bounds, search.tolerance);
         }
         if (!inBounds) continue;
         const HostPoint before = search.point;
         const int32_t number = static_cast<int32_t>(entry - path->firstEntry);
         if (const HostError error = TestEntry(search, *path, number)) return error;
         if (search.point.x != before.x || search.point.y != before.y) {
-            StartQuery(index, search.point, tolerance, entry + 1);
+            StartQuery(index, search.point, search.tolerance, entry + 1);
         }
     }
     return kHostNoError;
@@ -150,11 +152,10 @@ HostError SearchIndex(Search& search, SnapIndex& index, double tolerance) {
 HostError Snap(SnapKind wanted, HostPoint& point, int16_t& kind) {
     const double tolerance = PullTolerance();
     if (kind != kSnapNone || !(tolerance > 0.0)) return kHostNoError;
-    Search search{wanted, point, kind, {}, {}, false};
+    Search search{wanted, point, kind, tolerance, {}, {}, false};
     SnapIndex* index = globals->snapIndex;
     if (index && index->state == IndexState::kNotMade) MakeSnapIndex(*index);
-    return index && index->state == IndexState::kMade ? SearchIndex(search, *index, tolerance)
-                                                      : SearchDocument(search);
+    return index && index->state == IndexState::kMade ? SearchIndex(search, *index) : SearchDocument(search);
 }
 
 double SnapToSpacing(double coordinate, double spacing) {

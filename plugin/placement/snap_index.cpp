@@ -1,6 +1,7 @@
 #include "plugin/placement/snap_index.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <limits>
 #include <new>
@@ -94,6 +95,10 @@ IndexBox BoxOfPiece(const HostPathSegment& first, const HostPathSegment& second)
 
 // Reading the document
 
+uint32_t ShareOf(uint32_t whole, uint32_t part, uint32_t parts) {
+    return static_cast<uint32_t>(uint64_t{whole} * part / parts);
+}
+
 /// A path's entries, and leaves over them.
 void AddEntries(SnapIndex& index, const IndexedPath& path, const std::vector<HostPathSegment>& segments) {
     const size_t count = static_cast<size_t>(path.segmentCount);
@@ -102,9 +107,12 @@ void AddEntries(SnapIndex& index, const IndexedPath& path, const std::vector<Hos
         index.boxes.push_back(last && !path.closed ? BoxOf(ExtentOf(segments[i].anchor), 0.0)
                                                    : BoxOfPiece(segments[i], segments[last ? 0 : i + 1]));
     }
-    const uint32_t end = static_cast<uint32_t>(index.boxes.size());
-    for (uint32_t first = path.firstEntry; first < end; first += kLeafEntries) {
-        const uint32_t behind = std::min(first + kLeafEntries, end);
+    // Leaves of about the same size, which are smaller than full ones and a rest.
+    const uint32_t entries = static_cast<uint32_t>(count);
+    const uint32_t leaves = (entries + kLeafEntries - 1) / kLeafEntries;
+    for (uint32_t leaf = 0; leaf < leaves; ++leaf) {
+        const uint32_t first = path.firstEntry + ShareOf(entries, leaf, leaves);
+        const uint32_t behind = path.firstEntry + ShareOf(entries, leaf + 1, leaves);
         IndexBox box = index.boxes[first];
         for (uint32_t i = first + 1; i < behind; ++i) box = Union(box, index.boxes[i]);
         index.nodes.push_back({box, first, behind - 1, 0, 0});
@@ -142,22 +150,47 @@ HostError AddPaths(SnapIndex& index) {
 
 // The tree
 
+struct SortItem {
+    uint32_t key, node;
+};
+
+/// Unsigned numbers in the order of the floats: negative ones are turned round and lie below.
+uint32_t SortKey(float low, float high) {
+    const uint32_t bits = std::bit_cast<uint32_t>(low / 2 + high / 2);
+    return bits & 0x80000000 ? ~bits : bits | 0x80000000;
+}
+
+/// By key, least significant digit first, and stable; `other` is room for as many items.
+void RadixSort(std::vector<SortItem>& items, std::vector<SortItem>& other) {
+    constexpr uint32_t kDigitBits = 11, kDigits = 1 << kDigitBits;
+    for (uint32_t shift = 0; shift < 32; shift += kDigitBits) {
+        uint32_t starts[kDigits + 1] = {};
+        for (const SortItem& item : items) ++starts[(item.key >> shift & (kDigits - 1)) + 1];
+        for (uint32_t digit = 0; digit < kDigits; ++digit) starts[digit + 1] += starts[digit];
+        for (const SortItem& item : items) other[starts[item.key >> shift & (kDigits - 1)]++] = item;
+        items.swap(other);
+    }
+}
+
 /// Brings nodes that lie together together: strips by x, in each of them by y.
 void SortIntoStrips(std::vector<IndexNode>& nodes) {
-    const auto byX = [](const IndexNode& a, const IndexNode& b) {
-        return a.box.left / 2 + a.box.right / 2 < b.box.left / 2 + b.box.right / 2;
-    };
-    const auto byY = [](const IndexNode& a, const IndexNode& b) {
-        return a.box.bottom / 2 + a.box.top / 2 < b.box.bottom / 2 + b.box.top / 2;
-    };
+    const uint32_t count = static_cast<uint32_t>(nodes.size());
     const size_t parents = (nodes.size() + kNodeChildren - 1) / kNodeChildren;
     const size_t strips = static_cast<size_t>(std::ceil(std::sqrt(static_cast<double>(parents))));
     const size_t length = (parents + strips - 1) / strips * kNodeChildren;
-    std::sort(nodes.begin(), nodes.end(), byX);
-    for (size_t first = 0; first < nodes.size(); first += length) {
-        const size_t behind = std::min(first + length, nodes.size());
-        std::sort(nodes.data() + first, nodes.data() + behind, byY);
-    }
+    std::vector<SortItem> items(count), other(count);
+    std::vector<uint32_t> stripOf(count);
+    for (uint32_t i = 0; i < count; ++i) items[i] = {SortKey(nodes[i].box.left, nodes[i].box.right), i};
+    RadixSort(items, other);
+    for (size_t i = 0; i < count; ++i) stripOf[items[i].node] = static_cast<uint32_t>(i / length);
+    for (uint32_t i = 0; i < count; ++i) items[i] = {SortKey(nodes[i].box.bottom, nodes[i].box.top), i};
+    RadixSort(items, other);
+    for (SortItem& item : items) item.key = stripOf[item.node]; // a stable sort keeps the order by y
+    RadixSort(items, other);
+    std::vector<IndexNode> sorted;
+    sorted.reserve(nodes.size() + nodes.size() / (kNodeChildren - 1) + 16); // and the levels above
+    for (const SortItem& item : items) sorted.push_back(nodes[item.node]);
+    nodes.swap(sorted);
 }
 
 IndexNode ParentOf(const std::vector<IndexNode>& nodes, size_t first, size_t behind) {
@@ -175,7 +208,6 @@ IndexNode ParentOf(const std::vector<IndexNode>& nodes, size_t first, size_t beh
 void BuildTree(std::vector<IndexNode>& nodes) {
     if (nodes.empty()) return;
     SortIntoStrips(nodes);
-    nodes.reserve(nodes.size() + nodes.size() / (kNodeChildren - 1) + 16);
     for (size_t level = 0, end = nodes.size(); end - level > 1; level = end, end = nodes.size()) {
         for (size_t first = level; first < end; first += kNodeChildren) {
             nodes.push_back(ParentOf(nodes, first, std::min(first + kNodeChildren, end)));

@@ -117,29 +117,29 @@ TEST_F(GeometryTest, RoundsHalvesAwayFromZero) {
 TEST_F(GeometryTest, RectangleGrowsByTheToleranceOnAllSides) {
     const HostRect rect{0, 10, 20, 0};
     for (const HostPoint inside : {HostPoint{-2, 5}, {22, 5}, {10, -2}, {10, 12}, {10, 5}}) {
-        EXPECT_TRUE(InBoundsWithTolerance(inside, rect));
+        EXPECT_TRUE(InBoundsWithTolerance(inside, rect, PullTolerance()));
     }
     for (const HostPoint outside : {HostPoint{-2.01, 5}, {22.01, 5}, {10, -2.01}, {10, 12.01}}) {
-        EXPECT_FALSE(InBoundsWithTolerance(outside, rect));
+        EXPECT_FALSE(InBoundsWithTolerance(outside, rect, PullTolerance()));
     }
     // As a 32-bit float, 2/3 is a little more than 2/3.
     SetZoom(3);
-    EXPECT_TRUE(InBoundsWithTolerance({-0.66666668, 5}, rect));
+    EXPECT_TRUE(InBoundsWithTolerance({-0.66666668, 5}, rect, PullTolerance()));
     EXPECT_GT(0.66666668, PullTolerance());
 }
 
 TEST_F(GeometryTest, NearAnchorIncludesItsLimitAndMovesExactly) {
     HostPoint point{12, -2};
-    EXPECT_TRUE(NearAnchor(point, {10, 0}));
+    EXPECT_TRUE(NearAnchor(point, {10, 0}, PullTolerance()));
     EXPECT_EQ(point.x, 10);
     EXPECT_EQ(point.y, 0);
     // No way through a 32-bit float here.
     point = {0, 0};
-    EXPECT_TRUE(NearAnchor(point, {0.1, 0.1}));
+    EXPECT_TRUE(NearAnchor(point, {0.1, 0.1}, PullTolerance()));
     EXPECT_EQ(point.x, 0.1);
     for (const HostPoint start : {HostPoint{12.001, 0}, {7.999, 0}, {10, 2.001}, {10, -2.001}}) {
         point = start;
-        EXPECT_FALSE(NearAnchor(point, {10, 0}));
+        EXPECT_FALSE(NearAnchor(point, {10, 0}, PullTolerance()));
         EXPECT_EQ(point.x, start.x);
         EXPECT_EQ(point.y, start.y);
     }
@@ -354,19 +354,19 @@ TEST_F(GeometryTest, NearSegmentTellsStraightFromCurved) {
     // A handle off its anchor makes the piece a curve, even where it runs straight.
     Piece piece = LineOf(0, 0, 100, 0);
     HostPoint point{50, 1};
-    EXPECT_TRUE(NearSegment(point, piece.first, piece.second, 0));
+    EXPECT_TRUE(NearSegment(point, piece.first, piece.second, PullTolerance(), 0));
     EXPECT_EQ(point.y, 0);
     piece.first.out = {30, 0};
     point = {50, 1};
-    EXPECT_FALSE(NearSegment(point, piece.first, piece.second, 0));
-    EXPECT_TRUE(NearSegment(point, piece.first, piece.second, 1));
+    EXPECT_FALSE(NearSegment(point, piece.first, piece.second, PullTolerance(), 0));
+    EXPECT_TRUE(NearSegment(point, piece.first, piece.second, PullTolerance(), 1));
     EXPECT_EQ(point.y, 0);
     // The tolerance follows the zoom.
     SetZoom(4);
     point = {50, 1};
-    EXPECT_FALSE(NearSegment(point, piece.first, piece.second, 1));
+    EXPECT_FALSE(NearSegment(point, piece.first, piece.second, PullTolerance(), 1));
     point = {50, 0.4};
-    EXPECT_TRUE(NearSegment(point, piece.first, piece.second, 1));
+    EXPECT_TRUE(NearSegment(point, piece.first, piece.second, PullTolerance(), 1));
 }
 
 } // namespace
