@@ -1,51 +1,16 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <fstream>
-#include <sstream>
+#include <random>
 #include <string>
+#include <vector>
 
 #include "control_scripts.h"
+#include "script_places.h"
 #include "win32/headless/headless_display.h"
 #include "win32/object_counts.h"
 
 namespace {
-
-void PumpMessages() {
-    MSG message;
-    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
-        TranslateMessage(&message);
-        DispatchMessageA(&message);
-    }
-}
-
-void WaitWithMessages(unsigned milliseconds) {
-    const DWORD start = GetTickCount();
-    PumpMessages();
-    while (GetTickCount() - start < milliseconds) {
-        Sleep(5);
-        PumpMessages();
-    }
-}
-
-void HoldKey(int key, bool down) {
-    InputKey(key, down);
-    PumpMessages();
-}
-
-// One part of the file of logs, which the real controls wrote when they ran the same scripts.
-std::string ExpectedLog(const std::string& name) {
-    const std::string source = __FILE__;
-    std::ifstream file(source.substr(0, source.rfind('/') + 1) + "control_logs.txt");
-    std::stringstream all;
-    all << file.rdbuf();
-    const std::string text = all.str();
-    const std::string title = "=== " + name + "\n";
-    const size_t start = text.find(title);
-    if (start == std::string::npos) return "no such log";
-    const size_t end = text.find("=== ", start + title.size());
-    return text.substr(start + title.size(), end - start - title.size());
-}
 
 struct ControlCase {
     const char* name;
@@ -58,7 +23,7 @@ class ControlsTest : public testing::TestWithParam<ControlCase> {};
 TEST_P(ControlsTest, TellsItsParentWhatARealOneTells) {
     const HeadlessDisplay display(640, 480);
     const ObjectCounts before = CountObjects();
-    EXPECT_EQ(GetParam().script({"", HoldKey, WaitWithMessages}), ExpectedLog(GetParam().name));
+    EXPECT_EQ(GetParam().script(kScriptPlace), ExpectedLog(GetParam().name));
     EXPECT_TRUE(CountObjects() == before);
 }
 
@@ -70,5 +35,140 @@ INSTANTIATE_TEST_SUITE_P(, ControlsTest,
                                          ControlCase{"drop", DropDownScript},
                                          ControlCase{"bar", ScrollBarScript}),
                          [](const auto& info) { return std::string(info.param.name); });
+
+// ---- Edits against a list of characters -------------------------------------------------------------------
+
+/// The simplest edit there is: characters in a list, two places between them, a clipboard.
+struct EditModel {
+    std::vector<std::string> characters;
+    size_t anchor = 0, caret = 0;
+    std::vector<std::string> clipboard;
+    size_t limit;
+
+    size_t From() const { return std::min(anchor, caret); }
+    size_t To() const { return std::max(anchor, caret); }
+    size_t BytesBefore(size_t place) const {
+        size_t bytes = 0;
+        for (size_t i = 0; i < place; ++i) bytes += characters[i].size();
+        return bytes;
+    }
+    void Erase() {
+        characters.erase(characters.begin() + static_cast<int>(From()),
+                         characters.begin() + static_cast<int>(To()));
+        anchor = caret = From();
+    }
+    void Put(const std::vector<std::string>& more) {
+        Erase();
+        for (const std::string& character : more) {
+            if (BytesBefore(characters.size()) + character.size() > limit) break;
+            characters.insert(characters.begin() + static_cast<int>(caret++), character);
+        }
+        anchor = caret;
+    }
+    void MoveTo(size_t place, bool extend) {
+        caret = place;
+        if (!extend) anchor = place;
+    }
+    void Copy() {
+        if (anchor != caret)
+            clipboard.assign(characters.begin() + static_cast<int>(From()),
+                             characters.begin() + static_cast<int>(To()));
+    }
+    std::string Text() const {
+        std::string text;
+        for (const std::string& character : characters) text += character;
+        return text;
+    }
+};
+
+class EditHands {
+public:
+    EditHands(HWND edit, EditModel& model) : edit_(edit), model_(model) {}
+
+    void Do(unsigned action, const std::string& character, bool shift) {
+        const size_t last = model_.characters.size(), caret = model_.caret;
+        switch (action) {
+            case 0:
+                Key(VK_LEFT, shift), model_.MoveTo(caret > 0 ? caret - 1 : 0, shift);
+                break;
+            case 1:
+                Key(VK_RIGHT, shift), model_.MoveTo(std::min(caret + 1, last), shift);
+                break;
+            case 2:
+                Key(VK_HOME, shift), model_.MoveTo(0, shift);
+                break;
+            case 3:
+                Key(VK_END, shift), model_.MoveTo(last, shift);
+                break;
+            case 4:
+                Letter(VK_BACK), EraseBeside(caret > 0 ? caret - 1 : 0);
+                break;
+            case 5:
+                Key(VK_DELETE, false), EraseBeside(std::min(caret + 1, last));
+                break;
+            case 6:
+                Letter(1), model_.anchor = 0, model_.caret = last;
+                break;
+            case 7:
+                Letter(3), model_.Copy();
+                break;
+            case 8:
+                Letter(24), model_.Copy(), model_.Erase();
+                break;
+            case 9:
+                Letter(22), Paste();
+                break;
+            default:
+                for (const char byte : character) Letter(static_cast<BYTE>(byte));
+                model_.Put({character});
+                break;
+        }
+    }
+
+private:
+    void Key(int key, bool shift) {
+        if (shift) kScriptPlace.holdKey(VK_SHIFT, true);
+        SendMessageA(edit_, WM_KEYDOWN, static_cast<WPARAM>(key), 1);
+        if (shift) kScriptPlace.holdKey(VK_SHIFT, false);
+    }
+    void Letter(unsigned byte) { SendMessageA(edit_, WM_CHAR, byte, 1); }
+    void EraseBeside(size_t place) {
+        if (model_.anchor == model_.caret) model_.caret = place;
+        model_.Erase();
+    }
+    void Paste() {
+        if (!model_.clipboard.empty()) model_.Put(model_.clipboard);
+    }
+
+    HWND edit_;
+    EditModel& model_;
+};
+
+// Double-byte characters whose second byte is a backslash, a letter or a lead byte too.
+TEST(EditTest, KeysNeverTearACharacter) {
+    const HeadlessDisplay display(320, 200);
+    const HWND edit = CreateWindowExA(0, "EDIT", "", WS_POPUP | WS_VISIBLE | ES_AUTOHSCROLL, 10, 10, 60, 20,
+                                      nullptr, nullptr, nullptr, nullptr);
+    SetFocus(edit);
+    SendMessageA(edit, EM_LIMITTEXT, 40, 0);
+    EditModel model;
+    model.limit = 40;
+    EditHands hands(edit, model);
+    const std::vector<std::string> characters = {"a",        " ",        "\x83\x5C", "\x83\x41",
+                                                 "\x82\xA0", "\x89\x81", "\xB1"};
+    std::mt19937 random(5);
+    for (int step = 0; step < 4000; ++step) {
+        const unsigned action = random() % 18;
+        hands.Do(action, characters[random() % characters.size()], random() % 2 != 0);
+        DWORD from = 0, to = 0;
+        SendMessageA(edit, EM_GETSEL, reinterpret_cast<WPARAM>(&from), reinterpret_cast<LPARAM>(&to));
+        char text[64];
+        GetWindowTextA(edit, text, sizeof text);
+        ASSERT_EQ(text, model.Text()) << step << " action " << action;
+        ASSERT_EQ(from, model.BytesBefore(model.From())) << step << " action " << action;
+        ASSERT_EQ(to, model.BytesBefore(model.To())) << step << " action " << action;
+    }
+    DestroyWindow(edit);
+}
 
 } // namespace

@@ -116,14 +116,15 @@ void SayState(HWND dialog) {
 }
 
 void SayPlaces(HWND dialog) {
-    RECT client = {}, item = {}, units = {0, 0, 200, 150}, itemUnits = {10, 20, 90, 32};
+    RECT client = {}, item = {}, units = {0, 0, 200, 150}, place = {10, 20, 80, 12};
     GetClientRect(dialog, &client);
     MapDialogRect(dialog, &units);
-    MapDialogRect(dialog, &itemUnits);
+    MapDialogRect(dialog, &place); // left and top, width and height
     GetWindowRect(GetDlgItem(dialog, kOne), &item);
     MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&item), 2);
     Say("client as units %d, item's place %d", client.right == units.right && client.bottom == units.bottom,
-        item.left == itemUnits.left && item.top == itemUnits.top && item.bottom == itemUnits.bottom);
+        item.left == place.left && item.top == place.top && item.right - item.left == place.right &&
+            item.bottom - item.top == place.bottom);
 }
 
 // One step at each tick; the key that a step holds goes up at the next.

@@ -103,6 +103,8 @@ LRESULT CALLBACK DialogProcedure(HWND window, UINT message, WPARAM wParam, LPARA
     if (message == WM_NCDESTROY && data != nullptr) {
         SetWindowLongPtrA(window, kDataOffset, 0);
         data->window = nullptr;
+        // Its loop may be waiting for a message, and there will be none.
+        if (!data->hasEnded) PostMessageA(nullptr, WM_NULL, 0, 0);
         data = nullptr;
     }
     return data != nullptr ? DefaultAnswer(*data, message, wParam, lParam)

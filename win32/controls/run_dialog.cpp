@@ -165,6 +165,8 @@ BOOL EndDialog(HWND dialog, INT_PTR result) {
     EnableOwner(*data);
     // Hidden, so that the owner is the active window already while the rest of the procedure runs.
     ShowWindow(dialog, SW_HIDE);
+    // Wakes its loop, where this call came from outside of it.
+    PostMessageA(dialog, WM_NULL, 0, 0);
     return TRUE;
 }
 
