@@ -33,6 +33,7 @@ struct Commands {
     ExportOptions exporting;
     CheckOptions check;
     RepairOptions repair;
+    OpenOptions open;
     Action action;
 };
 
@@ -275,6 +276,27 @@ void AddRepair(CLI::App& app, Commands& commands) {
     command->footer("What is changed or taken out is kept in the database's folder .velquorne-repair-TIME.");
 }
 
+void AddOpen(CLI::App& app, Commands& commands) {
+    OpenOptions& o = commands.open;
+    CLI::App* command =
+        AddCommand(app, commands, "open", "show a drawing and the database's panel in a window",
+                   [&o] { return RunOpen(o); });
+    command->add_option("file", o.file, "a drawing; without it a new page")->type_name("DOC.svg");
+    command
+        ->add_option("--db", o.database,
+                     "the database's folder, made if it is missing; without it the one of the last time")
+        ->type_name("DIR");
+    command->add_option("--language", o.language, "of the panel, for this time: en, ja or ko")
+        ->check(CLI::IsMember({"en", "ja", "ko"}));
+    command->add_option("--theme", o.theme, "light or dark")->check(CLI::IsMember({"light", "dark"}));
+    CLI::Option* play = command->add_option("--play", o.play, "no screen: do what this file of hands says")
+                            ->type_name("FILE");
+    command->add_option("--pictures", o.pictures, "where the pictures of --play go")
+        ->type_name("DIR")
+        ->needs(play);
+    command->footer("Settings that are changed in the panel are kept for the next time, but not by --play.");
+}
+
 } // namespace
 
 int RunCommandLine(int argc, char** argv) {
@@ -302,6 +324,7 @@ int RunCommandLine(int argc, char** argv) {
     AddExport(app, commands);
     AddCheck(app, commands);
     AddRepair(app, commands);
+    AddOpen(app, commands);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

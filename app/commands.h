@@ -118,6 +118,15 @@ struct RepairOptions {
 };
 int RunRepair(const RepairOptions& options);
 
+struct OpenOptions {
+    std::string file, database;
+    std::string language; ///< en, ja or ko; empty: as the preferences say
+    std::string theme;    ///< light or dark
+    std::string play;     ///< a file of hands; empty: on the screen
+    std::string pictures;
+};
+int RunOpen(const OpenOptions& options);
+
 /// A line on standard error, with the program's name in front.
 void Complain(const std::string& sentence);
 

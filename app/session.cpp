@@ -30,7 +30,7 @@ std::string PrivateDocuments() {
 
 } // namespace
 
-Session::Session() : plugin_(host_, PluginMain) {
+Session::Session(SettingsAtEnd settings) : plugin_(host_, PluginMain), settings_(settings) {
     host_.SetPainter(&painter_);
     host_.SetPictureFiles(&pictures_);
     host_.SetFontList(&fonts_);
@@ -42,12 +42,16 @@ Session::Session() : plugin_(host_, PluginMain) {
     if (started_) preferences_ = PreferencesText();
 }
 
+void Session::ShutDown() {
+    if (!started_) return;
+    // A command's database, order and search are its own, not what the next one begins with.
+    if (settings_ == SettingsAtEnd::kAsAtBegin) TakePreferences(preferences_);
+    plugin_.ShutDown();
+    started_ = false;
+}
+
 Session::~Session() {
-    if (started_) {
-        // A command's database, order and search are its own, not what the next one begins with.
-        TakePreferences(preferences_);
-        plugin_.ShutDown();
-    }
+    ShutDown();
     host_.Close();
     host_.CheckBalance(true);
     for (const std::string& fault : host_.faults())

@@ -17,16 +17,22 @@ public:
     const workbench::FontEntry& At(size_t index) override { return workbench::TextFonts().At(index); }
 };
 
+/// What becomes of the settings that change while the plug-in is up.
+enum class SettingsAtEnd { kAsAtBegin, kAsTheyAre };
+
 class Session {
 public:
-    Session(); ///< brings the plug-in up through its entry; ok() tells
-    /// Takes it down, with the preferences that it came up with; what the host found wrong goes to standard
-    /// error.
+    /// Brings the plug-in up through its entry; ok() tells.
+    explicit Session(SettingsAtEnd settings = SettingsAtEnd::kAsAtBegin);
+    /// ShutDown, unless that was called; what the host found wrong goes to standard error.
     ~Session();
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
     bool ok() const { return started_; }
+
+    /// Takes the plug-in down, while the windows that it has in the host's frame still stand.
+    void ShutDown();
 
     /// Makes a folder the database root.  False, and a sentence in *error, if its path can't be stored, is
     /// too long, or there is no such folder and `create` is not set.
@@ -53,6 +59,7 @@ private:
     workbench::PluginModule plugin_;
     std::string preferences_; ///< as they stood when the plug-in was up
     bool started_ = false;
+    SettingsAtEnd settings_;
 };
 
 /// Holds the host's suites, as the plug-in's own callbacks do.

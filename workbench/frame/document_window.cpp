@@ -27,7 +27,7 @@ void ShowScrollNumbers(HWND bar, const ScrollNumbers& numbers) {
 
 } // namespace
 
-std::string DocumentTitle(const Document& document) {
+std::string DocumentTitle(const Document& document, const std::string& fileName) {
     const double hundredths = std::round(document.view().zoom * 10000);
     std::string percent = std::to_string(static_cast<long long>(hundredths) / 100);
     if (const int rest = static_cast<int>(std::fmod(hundredths, 100)); rest != 0) {
@@ -35,7 +35,8 @@ std::string DocumentTitle(const Document& document) {
         if (rest % 10 != 0) percent += std::to_string(rest % 10);
     }
     const UndoHistory* history = document.history();
-    return document.title + " @ " + percent + "%" + (history && !history->saved() ? "*" : "");
+    return (fileName.empty() ? document.title : fileName) + " @ " + percent + "%" +
+           (history && !history->saved() ? "*" : "");
 }
 
 HWND DocumentWindow::Make(DocumentWindow* self, HWND owner, const RECT& place) {
@@ -77,7 +78,7 @@ void DocumentWindow::Refresh() {
 
 void DocumentWindow::ShowTitle() {
     const Document* document = host_.front();
-    std::string title = document ? WindowText(DocumentTitle(*document)) : "";
+    std::string title = document ? WindowText(DocumentTitle(*document, fileName)) : "";
     if (title == title_) return;
     SetWindowTextA(window_, title.c_str());
     title_ = std::move(title);

@@ -10,8 +10,9 @@
 
 namespace workbench {
 
-/// "drawing.svg @ 66.67%", with a star behind it for changes that aren't saved.
-std::string DocumentTitle(const Document& document);
+/// "drawing.svg @ 66.67%", with a star behind it for changes that aren't saved.  A document without a file
+/// has its own title.
+std::string DocumentTitle(const Document& document, const std::string& fileName);
 
 /// A window over its owner, titled by DocumentTitle; without a front document it is hidden and has no title,
 /// so that nobody takes it for a document's.
@@ -29,6 +30,8 @@ public:
     void Refresh();    ///< the document's art may have changed
     void ShowTitle();  ///< its name, zoom or star may have changed
     RECT Grip() const; ///< in the window's client coordinates
+
+    std::string fileName; ///< of the front document, without its folder; empty if it has none
 
     std::function<void()> closeAsked, raised;
 

@@ -36,7 +36,10 @@ public:
     Renderer(cairo_t* context, const Document& document, PictureImages& pictures)
         : context_(context), document_(document), pictures_(pictures) {}
 
+    std::function<void()> beforeMember; ///< called for each member of what is drawn
+
     void Draw(const Art& art) {
+        if (depth_ == 1 && beforeMember) beforeMember();
         if (art.hidden) return;
         if (const Art* styled = StyledArtOf(art)) {
             Renderer inner(context_, document_, pictures_, depth_ + 1, patternDepth_);
@@ -455,10 +458,23 @@ void DrawArt(cairo_t* context, const Document& document, const Art& art) {
 }
 
 void DrawDocument(cairo_t* context, const Document& document) {
+    DrawDocument(context, document, nullptr);
+}
+
+void DrawDocument(cairo_t* context, const Document& document,
+                  const std::function<void(size_t done, size_t of)>& progress) {
     PictureImages pictures;
+    size_t done = 0, all = 0;
+    for (size_t i = 0; i < document.LayerCount(); ++i) {
+        const Layer& layer = document.LayerAt(i);
+        if (layer.visible && layer.root) all += layer.root->childCount;
+    }
     for (size_t i = document.LayerCount(); i-- > 0;) {
         const Layer& layer = document.LayerAt(i);
-        if (layer.visible && layer.root) Renderer(context, document, pictures).Draw(*layer.root);
+        if (!layer.visible || !layer.root) continue;
+        Renderer renderer(context, document, pictures);
+        if (progress) renderer.beforeMember = [&] { progress(done++, all); };
+        renderer.Draw(*layer.root);
     }
 }
 

@@ -3,6 +3,8 @@
 
 #include <cairo.h>
 
+#include <functional>
+
 #include "workbench/document/document.h"
 
 namespace workbench {
@@ -13,6 +15,11 @@ void DrawArt(cairo_t* context, const Document& document, const Art& art);
 
 /// Draws all visible layers, the lowest first.
 void DrawDocument(cairo_t* context, const Document& document);
+
+/// The same, member by member: each time before one is drawn, `progress` gets how many are done, and of how
+/// many.
+void DrawDocument(cairo_t* context, const Document& document,
+                  const std::function<void(size_t done, size_t of)>& progress);
 
 /// The Cairo form of a matrix; an all-zero one for a matrix with values that are not finite.
 cairo_matrix_t CairoMatrix(const HostMatrix& matrix);
