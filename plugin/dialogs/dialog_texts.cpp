@@ -59,7 +59,8 @@ void CentreDialog(HWND dialog) {
     GetWindowRect(dialog, &window);
     const int x = (desktop.left + desktop.right - (window.right - window.left)) / 2;
     const int y = (desktop.top + desktop.bottom - (window.bottom - window.top)) / 2;
-    SetWindowPos(dialog, HWND_TOPMOST, x, y, 0, 0, SWP_NOSIZE);
+    // Activated before its lists are filled, it would send notifications of the one that gets the focus.
+    SetWindowPos(dialog, HWND_TOPMOST, x, y, 0, 0, SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
 void ReadText(HWND dialog, int control, char* text, size_t most) {

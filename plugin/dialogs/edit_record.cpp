@@ -51,6 +51,7 @@ void TellUnreadable(const Edit& edit) {
 StoreResult Store(const Edit& edit, int32_t* newNumber) {
     const StoreLock lock(kStoreExclusive);
     if (!lock.held()) return StoreResult::kTrouble;
+    if (globals->curRecord == nullptr) return StoreResult::kAnother;
     RecordHeader now;
     if (!ReadStoredHeader(edit.group, edit.number, now) || std::memcmp(&now, &edit.stored, sizeof now) != 0)
         return StoreResult::kAnother;
@@ -86,7 +87,7 @@ int32_t EditRecord(HWND panel, const char* groupName, int32_t recordNumber) {
     }
     const int32_t row = FindRihItem(edit.group, static_cast<uint32_t>(edit.number));
     CopyText(globals->entryName, sizeof globals->entryName, edit.group);
-    if (!RunEntryDialog() || globals->curRecord == nullptr) return 0;
+    if (!RunEntryDialog()) return 0;
     int32_t number = edit.number;
     const StoreResult result = Store(edit, &number);
     if (result == StoreResult::kAnother) TellRecordIsAnother();

@@ -118,23 +118,26 @@ TEST_F(EditRecordTest, IntoAnotherGroup) {
 }
 
 TEST_F(EditRecordTest, NotWhatItWas) {
-    for (const char* folder : {"None", "F"}) {
+    const fs::path file = rootOnDisk() / "G.AID";
+    const auto copy = [](const fs::path& from, const fs::path& to) {
+        fs::copy_file(from, to, fs::copy_options::overwrite_existing);
+    };
+    copy(file, folder().path() / "before");
+    ASSERT_EQ(DeleteRecord("G", 0), 0);
+    copy(file, folder().path() / "after");
+    for (const char* place : {"None", "F"}) {
         host().ClearAlerts();
-        const Names other = NamesIn("\\F\\H");
-        answers_.Next([=](HWND dialog) {
-            Choose(dialog, 10, folder);
+        copy(folder().path() / "before", file);
+        answers_.Next([=, this](HWND dialog) {
+            EXPECT_EQ(TextOf(dialog, 7), "a");
+            Choose(dialog, 10, place);
             Type(dialog, 7, "mine");
-            EXPECT_EQ(DeleteRecord("G", 0), 0); // another machine, while the dialog stands
+            copy(folder().path() / "after", file); // another machine, while the dialog stands
             Press(dialog, 1);
         });
-        const Names after = [&] {
-            Names names = NamesIn("G");
-            names.erase(names.begin());
-            return names;
-        }();
         EXPECT_EQ(EditRecord(panel(), "G", 0), 0);
-        EXPECT_EQ(NamesIn("G"), after);
-        EXPECT_EQ(NamesIn("\\F\\H"), other);
+        EXPECT_EQ(NamesIn("G"), (Names{"b", "c"}));
+        EXPECT_EQ(NamesIn("\\F\\H"), Names{"x"});
         ASSERT_EQ(host().alerts().size(), 1u);
         EXPECT_NE(host().alerts()[0].text.find("by another program"), std::string::npos);
     }
