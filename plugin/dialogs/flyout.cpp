@@ -14,6 +14,7 @@
 #include "plugin/host/suites.h"
 #include "plugin/panel/panel_commands.h"
 #include "plugin/panel/panel_controls.h"
+#include "plugin/panel/panel_layout.h"
 #include "plugin/store/record_index.h"
 #include "plugin/store/store_names.h"
 
@@ -90,6 +91,8 @@ void SetView(int32_t entry) {
     MarkOneOfThree(kShowSmallIcons, entry);
     if (!globals->panelRef || entry == globals->toolMode) return;
     globals->toolMode = static_cast<int16_t>(entry);
+    // A list of rows is longer than a grid of cells: without this its end could not be scrolled to.
+    if (const HWND panel = PanelWindow()) UpdateScrollRange(panel, kRecordList, false);
     RepaintRecordList();
 }
 

@@ -6,11 +6,16 @@
 #include "plugin/store/record_index.h"
 #include "plugin/store/record_layout.h"
 #include "workbench/frame/popup_menu.h"
+#include "workbench/suites/text_encoding.h"
 
 namespace fs = std::filesystem;
 
 HWND TopDialog() {
     return GetActiveWindow();
+}
+
+std::string Utf8(const char* cp932) {
+    return workbench::DecodeText(cp932, kEncodingCp932).value_or("");
 }
 
 void Tour::SetUp() {

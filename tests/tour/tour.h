@@ -69,4 +69,6 @@ private:
     int made_ = 0; ///< records
 };
 
+std::string Utf8(const char* cp932); ///< as the host holds texts
+
 HWND TopDialog(); ///< the dialog that takes the input now, or null
