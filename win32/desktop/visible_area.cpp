@@ -16,6 +16,14 @@ void SubtractSiblingsAbove(Region& area, const Window& window) {
     }
 }
 
+void SubtractChildren(Region& area, const Window& window) {
+    Region children;
+    for (const Window* child : window.children)
+        if ((child->style & WS_VISIBLE) != 0) children.Add(Region(FrameOnScreen(*child)));
+    children.Intersect(ClientOnScreen(window)); // they never cover the frame
+    area.Subtract(children);
+}
+
 // The desktop has no procedure that would paint it later.
 void PaintDesktop(const Region& onScreen) {
     const Region visible = [&] {
@@ -53,9 +61,7 @@ Window* FindToPaintIn(Window& window) {
 Region VisibleArea(const Window& window, Part part) {
     if (!IsShown(window)) return {};
     Region area(part == Part::Client ? ClientOnScreen(window) : FrameOnScreen(window));
-    if ((window.style & WS_CLIPCHILDREN) != 0)
-        for (const Window* child : window.children)
-            if ((child->style & WS_VISIBLE) != 0) area.Subtract(FrameOnScreen(*child));
+    if ((window.style & WS_CLIPCHILDREN) != 0) SubtractChildren(area, window);
     for (const Window* at = &window; at->parent != nullptr; at = at->parent) {
         if (RespectsSiblings(*at)) SubtractSiblingsAbove(area, *at);
         area.Intersect(ClientOnScreen(*at->parent));
@@ -95,7 +101,9 @@ void InvalidateArea(Window& window, const Region& onScreen, const Invalidation& 
         window.invalid.Add(own);
     }
     if ((window.style & WS_CLIPCHILDREN) != 0 && !how.allChildren) return;
-    for (Window* child : window.children) InvalidateArea(*child, area, how);
+    // Who draws over its children draws over their frames as well.
+    const Invalidation inside = {.erase = how.erase, .frames = true, .allChildren = how.allChildren};
+    for (Window* child : window.children) InvalidateArea(*child, area, inside);
 }
 
 void InvalidateUncovered(Window& window, const Region& onScreen) {

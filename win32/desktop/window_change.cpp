@@ -22,8 +22,9 @@ public:
           frame_(FrameOnScreen(window)),
           client_(ClientOnScreen(window)) {}
 
-    void Finish(Window& window) {
-        RefreshHeldContexts();
+    // Sends nothing, so all windows are still there.
+    void Finish() const {
+        Window& window = *WindowIfAny(handle_);
         const Region now = ShownArea(window);
         Region kept = KeptPixels(window, now);
         const int dx = FrameOnScreen(window).left - frame_.left;
@@ -35,26 +36,24 @@ public:
         Region uncovered = shown_;
         uncovered.Subtract(now);
         InvalidateUncovered(*window.parent, uncovered);
-        // An order below others doesn't show in the window's own area alone.
-        if (sized_) InvalidateFrame(window);
     }
 
 private:
     // The area, where it is now, whose pixels were the window's before as well.
-    Region KeptPixels(const Window& window, const Region& now) {
+    Region KeptPixels(const Window& window, const Region& now) const {
         const RECT frame = FrameOnScreen(window);
         const RECT client = ClientOnScreen(window);
         const auto width = [](const RECT& box) { return box.right - box.left; };
         const auto height = [](const RECT& box) { return box.bottom - box.top; };
         const bool wider = width(frame) != width(frame_);
         const bool higher = height(frame) != height(frame_);
-        sized_ = wider || higher;
+        const bool sized = wider || higher;
         const UINT style = window.windowClass->style;
         if ((wider && (style & CS_HREDRAW) != 0) || (higher && (style & CS_VREDRAW) != 0)) return {};
         Region kept = shown_;
-        if (sized_) kept.Intersect(client_); // the frame is drawn anew
+        if (sized) kept.Intersect(client_); // the frame is drawn anew
         kept.Move(frame.left - frame_.left, frame.top - frame_.top);
-        if (sized_) kept.Intersect(client);
+        if (sized) kept.Intersect(client);
         kept.Intersect(now);
         return kept;
     }
@@ -62,7 +61,24 @@ private:
     HWND handle_;
     Region shown_;
     RECT frame_, client_;
-    bool sized_ = false;
+};
+
+// A window and those that come to the front with it.
+class VisibleChanges {
+public:
+    explicit VisibleChanges(const Window& window) { Add(window); }
+    void Finish() const {
+        RefreshHeldContexts();
+        for (const VisibleChange& each : changes_) each.Finish();
+    }
+
+private:
+    void Add(const Window& window) {
+        changes_.emplace_back(window);
+        if (!IsTopLevel(window)) return;
+        for (const Window* owned : OwnedWindows(window)) Add(*owned);
+    }
+    std::vector<VisibleChange> changes_;
 };
 
 bool SameRect(const RECT& first, const RECT& second) {
@@ -92,7 +108,7 @@ UINT ApplyChange(Window& window, HWND behind, const RECT& place, UINT flags) {
     if (old.left == place.left && old.top == place.top) flags |= SWP_NOMOVE;
     if (old.right - old.left == place.right - place.left && old.bottom - old.top == place.bottom - place.top)
         flags |= SWP_NOSIZE;
-    if (visible == ((window.style & WS_VISIBLE) != 0)) flags &= ~(SWP_SHOWWINDOW | SWP_HIDEWINDOW);
+    if (visible == ((window.style & WS_VISIBLE) != 0)) flags &= ~UINT{SWP_SHOWWINDOW | SWP_HIDEWINDOW};
     const RECT now = ClientOnScreen(window);
     if (now.left == client.left && now.top == client.top) flags |= kClientPlaceKept;
     if (SameRect(Moved(now, client.left - now.left, client.top - now.top), client)) flags |= kClientSizeKept;
@@ -134,21 +150,16 @@ UINT ShowFlags(const Window& window, int command) {
 } // namespace
 
 void BringToTop(Window& window) {
-    VisibleChange change(window);
-    if (PlaceInOrder(window, HWND_TOP)) {
-        change.Finish(window);
-        for (Window* owned : OwnedWindows(window)) InvalidateUncovered(*owned, ShownArea(*owned));
-    }
+    const VisibleChanges changes(window);
+    if (PlaceInOrder(window, HWND_TOP)) changes.Finish();
 }
 
 BOOL SetWindowPos(HWND handle, HWND behind, int x, int y, int width, int height, UINT flags) {
     Window* window = WindowOf(handle);
     if (window == nullptr || window->parent == nullptr) return FALSE;
-    VisibleChange change(*window);
+    const VisibleChanges changes(*window);
     flags = ApplyChange(*window, behind, NewPlace(*window, x, y, width, height, flags), flags);
-    change.Finish(*window);
-    if ((flags & SWP_NOZORDER) == 0)
-        for (Window* owned : OwnedWindows(*window)) InvalidateUncovered(*owned, ShownArea(*owned));
+    changes.Finish();
     if ((flags & SWP_HIDEWINDOW) != 0) EndCaptureOf(*window);
     if ((flags & (SWP_NOACTIVATE | SWP_HIDEWINDOW)) == 0 && IsTopLevel(*window) &&
         (window->style & WS_VISIBLE) != 0)
