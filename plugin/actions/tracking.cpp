@@ -91,23 +91,23 @@ bool IsDown(SHORT keyState) {
 /// Pulls the point; where nothing pulls it stays as it was.
 int16_t Snap(HostPoint& point) {
     const HostPoint raw = point;
-    int16_t kind = 0;
+    int16_t kind = kSnapNone;
     if (globals->flUseFcur) SnapToAnchor(point, kind);
-    if (globals->flUseFcrs && kind == 0) SnapToIntersection(point, kind);
-    if (globals->flUseFops && kind == 0) SnapToPath(point, kind);
-    if (globals->flUseGrid && kind == 0) {
+    if (globals->flUseFcrs && kind == kSnapNone) SnapToIntersection(point, kind);
+    if (globals->flUseFops && kind == kSnapNone) SnapToPath(point, kind);
+    if (globals->flUseGrid && kind == kSnapNone) {
         SnapToGrid(point);
-        kind = 1;
+        kind = kSnapGrid;
     }
     // A search that found nothing may have moved it.
-    if (kind == 0) point = raw;
+    if (kind == kSnapNone) point = raw;
     return kind;
 }
 
 void ShowSnap(int16_t kind) {
     if (kind == globals->snapKind) return;
     globals->snapKind = kind;
-    const HCURSOR cursor = globals->cursors[kFirstSnapCursor + (kind > 1 ? kind - 1 : 0)];
+    const HCURSOR cursor = globals->cursors[kFirstSnapCursor + (kind > kSnapGrid ? kind - kSnapGrid : 0)];
     if (cursor) SetCursor(cursor);
 }
 
@@ -152,7 +152,7 @@ void TrackMove(Tracking& tracking, POINT pixel) {
 }
 
 void FollowPointer(Tracking& tracking) {
-    const DragSnapping snapping;
+    const Snapping snapping;
     for (;;) {
         const POINT pixel = PointerPixel(tracking.window);
         if (std::abs(pixel.x - tracking.lastPixel.x) > kIgnoredPixels ||

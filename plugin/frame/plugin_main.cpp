@@ -9,7 +9,7 @@
 #include "plugin/frame/timer.h"
 #include "plugin/host/alerts.h"
 #include "plugin/host/suite_table.h"
-#include "plugin/placement/action_handler.h"
+#include "plugin/actions/action_handler.h"
 
 namespace {
 

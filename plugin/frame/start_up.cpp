@@ -10,7 +10,7 @@
 #include "plugin/panel/list_table.h"
 #include "plugin/panel/panel_build.h"
 #include "plugin/panel/panel_layout.h"
-#include "plugin/placement/action_handler.h"
+#include "plugin/actions/action_handler.h"
 #include "plugin/placement/geometry.h"
 
 namespace {

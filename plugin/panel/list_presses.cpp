@@ -12,6 +12,7 @@
 #include "plugin/panel/panel_commands.h"
 #include "plugin/panel/panel_controls.h"
 #include "plugin/panel/panel_lists.h"
+#include "plugin/placement/action_names.h"
 #include "plugin/store/store_names.h"
 
 namespace {

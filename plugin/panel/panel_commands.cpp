@@ -18,7 +18,7 @@
 #include "plugin/panel/panel_controls.h"
 #include "plugin/panel/panel_layout.h"
 #include "plugin/panel/panel_lists.h"
-#include "plugin/placement/action_handler.h"
+#include "plugin/placement/action_names.h"
 #include "plugin/store/record.h"
 #include "plugin/store/record_index.h"
 #include "plugin/store/store_names.h"

@@ -5,9 +5,6 @@
 
 #include <cstdint>
 
-constexpr int kPlaceCommand = 1001; ///< values of `commandPending`
-constexpr int kRegisterCommand = 1003;
-
 /// The action of a control, by its id; nothing for an id that has none.  Refused with a beep while another
 /// command is at work (`menuBusy`).
 void HandlePanelCommand(HWND panel, int control);

@@ -16,6 +16,10 @@ constexpr uint32_t kLeafEntries = 8;
 constexpr size_t kNodeChildren = 16;
 constexpr size_t kMostEntries = 0x7FFFFFFF;
 
+// Entries of a large document.  Memory that is set aside and never touched costs next to nothing, and moving
+// what has grown costs more than all else.
+constexpr size_t kRoom = 1 << 20;
+
 // Boxes
 
 constexpr double kLargestCoordinate = 1e37; // what is beyond, or no number, has a box without limits
@@ -138,6 +142,8 @@ HostError AddPath(SnapIndex& index, ArtHandle art, std::vector<HostPathSegment>&
 }
 
 HostError AddPaths(SnapIndex& index) {
+    index.boxes.reserve(kRoom);
+    index.nodes.reserve(kRoom / 4);
     std::vector<HostPathSegment> segments;
     VisiblePaths walk{};
     for (;;) {

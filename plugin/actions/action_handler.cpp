@@ -1,10 +1,14 @@
-#include "plugin/placement/action_handler.h"
+#include "plugin/actions/action_handler.h"
 
 #include <cstring>
 
+#include "plugin/actions/place_action.h"
+#include "plugin/actions/register_selection.h"
+#include "plugin/actions/tracking.h"
 #include "plugin/frame/globals.h"
 #include "plugin/host/host_string.h"
 #include "plugin/host/suites.h"
+#include "plugin/placement/action_names.h"
 
 namespace {
 
@@ -19,11 +23,8 @@ struct ParameterRow {
 
 // The centre, width and height of what is placed, in points, and its rotation in radians.
 constexpr ParameterRow kPlaceParameters[] = {
-    {0x706C6378, "X-coordinate", "X 座標"}, // 'plcx'
-    {0x706C6379, "Y-coordinate", "Y 座標"}, // 'plcy'
-    {0x73636C77, "Width", "横幅"},          // 'sclw'
-    {0x73636C68, "Height", "高さ"},         // 'sclh'
-    {0x616E676C, "Angle", "角度"},          // 'angl'
+    {kPlaceX, "X-coordinate", "X 座標"}, {kPlaceY, "Y-coordinate", "Y 座標"}, {kPlaceWidth, "Width", "横幅"},
+    {kPlaceHeight, "Height", "高さ"},    {kPlaceAngle, "Angle", "角度"},
 };
 
 /// The host's block of parameter types, given back at the end of the scope.
@@ -76,6 +77,12 @@ HostError RegisterPlaceActions(const HostMessage* message) {
 HostError HandleDoAction(HostMessage* message) {
     // An action's message continues behind the head.
     const auto* action = reinterpret_cast<const HostActionMessage*>(message);
-    if (action->typeWord != kPlaceWord) globals->commandPending = 0;
+    if (action->typeWord == kPlaceWord) {
+        PlaceFromAction(action->parameters);
+        return kHostNoError;
+    }
+    if (globals->commandPending == kPlaceCommand) TrackPlacement();
+    if (globals->commandPending == kRegisterCommand) RegisterSelection();
+    globals->commandPending = 0;
     return kHostNoError;
 }
