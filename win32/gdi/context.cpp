@@ -3,18 +3,9 @@
 #include "win32/gdi/screen_context.h"
 #include "win32/last_error.h"
 
+Screen theScreen;
+
 namespace {
-
-struct Screen {
-    Surface surface;
-    RECT changed = {};
-    unsigned version = 0;
-};
-
-Screen& TheScreen() {
-    static Screen screen;
-    return screen;
-}
 
 // The bitmap that every context of memory begins with, as big as can be known of.
 Bitmap* FirstBitmap() {
@@ -55,7 +46,7 @@ HGDIOBJ ExchangeBitmap(Context& context, Bitmap* bitmap) {
 } // namespace
 
 Context::Context(bool onScreen) : GdiObject(kKind), screen(onScreen) {
-    surface = &TheScreen().surface;
+    surface = &theScreen.surface;
 }
 
 Context::~Context() {
@@ -90,19 +81,17 @@ void Context::FindClip() {
         }
     }
     lastHit_ = {};
-    screenVersion_ = TheScreen().version;
+    screenVersion_ = theScreen.version;
     clipKnown_ = true;
 }
 
 std::span<const RECT> Context::Clip() {
-    if (!clipKnown_ || (screen && screenVersion_ != TheScreen().version)) FindClip();
+    if (!ClipIsKnown()) FindClip();
     return clip_;
 }
 
-bool Context::MayDraw(int x, int y) {
-    const std::span<const RECT> clip = Clip();
-    if (Contains(lastHit_, x, y)) return true;
-    for (const RECT& allowed : clip) {
+bool Context::FindHit(int x, int y) {
+    for (const RECT& allowed : Clip()) {
         if (!Contains(allowed, x, y)) continue;
         lastHit_ = allowed;
         return true;
@@ -110,9 +99,8 @@ bool Context::MayDraw(int x, int y) {
     return false;
 }
 
-void Context::Touch(const RECT& rectangle) const {
-    if (!screen) return;
-    RECT& changed = TheScreen().changed;
+void Context::AddToChanges(const RECT& rectangle) {
+    RECT& changed = theScreen.changed;
     if (IsEmpty(changed)) {
         changed = rectangle;
     } else {
@@ -124,7 +112,7 @@ void Context::Touch(const RECT& rectangle) const {
 // ---- The screen's contexts ------------------------------------------------------------------------------
 
 void ResizeScreen(int width, int height) {
-    Screen& screen = TheScreen();
+    Screen& screen = theScreen;
     screen.surface.width = std::max(width, 0);
     screen.surface.height = std::max(height, 0);
     const size_t count =
@@ -135,7 +123,7 @@ void ResizeScreen(int width, int height) {
 }
 
 FrameBuffer ScreenPixels() {
-    const Surface& surface = TheScreen().surface;
+    const Surface& surface = theScreen.surface;
     return {surface.width, surface.height, surface.pixels.data()};
 }
 
@@ -169,7 +157,7 @@ void SetScreenContextRegion(HDC handle, int originX, int originY, cairo_region_t
 }
 
 bool TakeScreenChanges(RECT& changed) {
-    changed = std::exchange(TheScreen().changed, RECT{});
+    changed = std::exchange(theScreen.changed, RECT{});
     return !IsEmpty(changed);
 }
 
@@ -203,9 +191,9 @@ int GetDeviceCaps(HDC handle, int index) {
         case LOGPIXELSY:
             return 96;
         case HORZRES:
-            return TheScreen().surface.width;
+            return theScreen.surface.width;
         case VERTRES:
-            return TheScreen().surface.height;
+            return theScreen.surface.height;
         case BITSPIXEL:
             return 32;
         default:

@@ -11,6 +11,14 @@
 
 #include "win32/gdi/gdi_objects.h"
 
+/// The desktop's frame buffer.
+struct Screen {
+    Surface surface;
+    RECT changed = {};    ///< around all that was drawn since this was last asked for
+    unsigned version = 0; ///< another one for each size
+};
+extern Screen theScreen;
+
 /// What SaveDC keeps.  The objects are counted as selected by it.
 struct ContextState {
     Brush* brush = nullptr;
@@ -34,9 +42,11 @@ struct Context : GdiObject {
     /// Where it may draw, in the surface's coordinates; the rectangles don't overlap.
     std::span<const RECT> Clip();
     /// Whether a pixel of the surface may be drawn.  Quick for one near the last.
-    bool MayDraw(int x, int y);
+    bool MayDraw(int x, int y) { return (ClipIsKnown() && Contains(lastHit_, x, y)) || FindHit(x, y); }
     /// Something inside of this rectangle of the surface was drawn.
-    void Touch(const RECT& rectangle) const;
+    void Touch(const RECT& rectangle) const {
+        if (screen && !IsWithin(rectangle, theScreen.changed)) AddToChanges(rectangle);
+    }
 
     void SelectDefaults();
     void ForgetClip() { clipKnown_ = false; }
@@ -49,7 +59,10 @@ struct Context : GdiObject {
     std::vector<ContextState> saved;
 
 private:
+    bool ClipIsKnown() const { return clipKnown_ && (!screen || screenVersion_ == theScreen.version); }
     void FindClip();
+    bool FindHit(int x, int y);
+    static void AddToChanges(const RECT& rectangle);
 
     bool clipKnown_ = false;
     unsigned screenVersion_ = 0;

@@ -28,6 +28,10 @@ inline bool IsEmpty(const RECT& rectangle) {
 inline bool Contains(const RECT& rectangle, int x, int y) {
     return x >= rectangle.left && x < rectangle.right && y >= rectangle.top && y < rectangle.bottom;
 }
+inline bool IsWithin(const RECT& inner, const RECT& outer) {
+    return inner.left >= outer.left && inner.top >= outer.top && inner.right <= outer.right &&
+           inner.bottom <= outer.bottom;
+}
 inline RECT Common(const RECT& a, const RECT& b) {
     return {std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right),
             std::min(a.bottom, b.bottom)};
