@@ -7,6 +7,7 @@
 
 #include "control_scripts.h"
 #include "script_places.h"
+#include "win32/controls/edit_text.h"
 #include "win32/headless/headless_display.h"
 #include "win32/object_counts.h"
 
@@ -35,6 +36,51 @@ INSTANTIATE_TEST_SUITE_P(, ControlsTest,
                                          ControlCase{"drop", DropDownScript},
                                          ControlCase{"bar", ScrollBarScript}),
                          [](const auto& info) { return std::string(info.param.name); });
+
+// ---- Lines
+// --------------------------------------------------------------------------------------------------
+
+/// Every byte is as wide as any other.
+class EvenFit : public TextFit {
+public:
+    explicit EvenFit(size_t width) : width_(width) {}
+    size_t BytesThatFit(std::string_view text) const override { return WholePlace(text, width_); }
+
+private:
+    size_t width_;
+};
+
+// What is left of a line without the blanks at its end.
+std::string WithoutBlanks(const std::string& line) {
+    size_t end = 0;
+    for (size_t place = 0; place < line.size(); place = NextPlace(line, place))
+        if (line[place] != ' ' && line.compare(place, 2, "\x81\x40") != 0) end = NextPlace(line, place);
+    return line.substr(0, end);
+}
+
+TEST(EditTest, WrappedLinesHoldAllOfTheTextAndFit) {
+    const std::vector<std::string> characters = {"a", "b", " ", "\x83\x5C", "\x81\x40", "\r\n"};
+    std::mt19937 random(3);
+    for (int round = 0; round < 3000; ++round) {
+        std::string text;
+        for (unsigned i = random() % 40; i > 0; --i) text += characters[random() % characters.size()];
+        const size_t width = 1 + random() % 12;
+        const EvenFit fit(width);
+        size_t next = 0;
+        for (const EditLine& line : BreakLines(text, &fit)) {
+            if (line.start != next) {
+                ASSERT_EQ(text.substr(next, 2), "\r\n");
+                ASSERT_EQ(line.start, next + 2);
+            }
+            ASSERT_EQ(WholePlace(text, line.start), line.start);
+            next = line.end;
+            // A character that is too wide for any line has one of its own.
+            const std::string shown = WithoutBlanks(text.substr(line.start, line.end - line.start));
+            ASSERT_TRUE(shown.size() <= width || NextPlace(shown, 0) == shown.size()) << text;
+        }
+        ASSERT_EQ(next, text.size());
+    }
+}
 
 // ---- Edits against a list of characters -------------------------------------------------------------------
 

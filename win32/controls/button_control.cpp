@@ -138,6 +138,7 @@ void SetChecked(HWND window, ButtonData& data, bool checked) {
 void Press(HWND window, ButtonData& data) {
     SetCapture(window);
     SetFocus(window);
+    if (DataOf<ButtonData>(window) != &data) return; // gone, by what others do as they lose the focus
     data.pressing = true;
     SendMessageA(window, kButtonSetState, TRUE, 0);
 }
@@ -152,6 +153,7 @@ void EndPress(HWND window, ButtonData& data, bool inside) {
         return;
     }
     SendMessageA(window, kButtonSetState, FALSE, 0);
+    if (DataOf<ButtonData>(window) != &data) return;
     if (inside && TypeOf(window) == BS_AUTOCHECKBOX) SetChecked(window, data, !data.checked);
     ReleaseCapture();
     if (inside) NotifyParent(window, BN_CLICKED);

@@ -10,9 +10,9 @@ namespace {
 
 constexpr int kListId = 1000, kEditId = 1001;
 
-ListData& ListOf(const ComboData& data) {
-    static ListData none;
-    auto* list = DataOf<ListData>(data.list);
+const ListData& ListOf(const ComboData& data) {
+    static const ListData none;
+    const auto* list = DataOf<ListData>(data.list);
     return list != nullptr ? *list : none;
 }
 
@@ -57,7 +57,7 @@ void Start(HWND window, ComboData& data, const CREATESTRUCTA& creation) {
     }
     MeasureByFont(window, data);
     if (IsOwnerDrawn(window)) {
-        ListOf(data).ownerDrawn = true;
+        DrawListByOwner(data.list);
         data.fieldHeight = AskForHeight(window, -1, data.fieldHeight);
         SetListItemHeight(data.list, AskForHeight(window, 0, ListOf(data).itemHeight));
     }
@@ -151,7 +151,7 @@ bool AnswerListMessage(HWND window, ComboData& data, UINT message, WPARAM wParam
             answer = DeleteItem(window, data, wParam);
             return true;
         case CB_RESETCONTENT:
-            ClearList(data.list);
+            SetListItems(data.list, {});
             data.settled = -1;
             ShowComboItem(window, data, -1);
             answer = 0;
@@ -262,10 +262,15 @@ void TakeEditCommand(HWND window, ComboData& data, int code) {
 }
 
 void TakeCommand(HWND window, ComboData& data, int code, HWND from) {
-    if (from == data.edit) TakeEditCommand(window, data, code);
+    if (from == data.edit) {
+        TakeEditCommand(window, data, code);
+        return;
+    }
     if (from != data.list) return;
-    if (code == kListSelected) ChooseComboItem(window, data, SelectionOf(data), true);
-    if (code == kListCancelled) CloseCombo(window, data, false);
+    if (code == kListSelected)
+        ChooseComboItem(window, data, SelectionOf(data), true);
+    else if (code == kListCancelled)
+        CloseCombo(window, data, false);
 }
 
 LRESULT DialogCode(const ComboData& data, const MSG* message) {

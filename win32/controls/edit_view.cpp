@@ -89,6 +89,11 @@ RECT TextRectangle(HWND window) {
     InflateRect(&place, -border - kMargin, -border - gap);
     place.right = std::max(place.right, place.left);
     place.bottom = std::max(place.bottom, place.top);
+    if (IsMultiline(window)) return place;
+    // One line stands in the middle.
+    const auto* data = DataOf<EditData>(window);
+    const int spare = place.bottom - place.top - (data != nullptr ? LineHeight(window, *data) : 0);
+    place.top += std::max(spare / 2, 0);
     return place;
 }
 

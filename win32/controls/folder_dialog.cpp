@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "win32/codepage_932.h"
@@ -94,10 +95,9 @@ void ShowFolder(HWND dialog, const std::string& folder) {
     }
     BrowsingOf(dialog)->folder = folder;
     const HWND list = GetDlgItem(dialog, kFolderDialogList);
-    ClearList(list);
-    int count = 0;
-    if (HasParent(folder)) InsertListItem(list, count++, kParentFolder);
-    for (const std::string& name : FoldersIn(folder)) InsertListItem(list, count++, name.c_str());
+    std::vector<std::string> names = FoldersIn(folder);
+    if (HasParent(folder)) names.insert(names.begin(), kParentFolder);
+    SetListItems(list, std::move(names));
     ShowPickedPath(dialog);
 }
 

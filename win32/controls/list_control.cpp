@@ -1,6 +1,7 @@
 #include "win32/controls/list_control.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "win32/codepage_932.h"
 #include "win32/controls/control_classes.h"
@@ -44,6 +45,8 @@ int ItemAt(HWND window, const ListData& data, POINT point) {
 }
 
 void UpdateBar(HWND window, ListData& data) {
+    // A popup is put in order when it opens.
+    if (data.isPopup && !IsWindowVisible(window)) return;
     const RECT client = ClientRectangle(window);
     const int visible = VisibleItems(window, data), width = GetSystemMetrics(SM_CXVSCROLL);
     data.top = std::clamp(data.top, 0, LastTop(window, data));
@@ -231,6 +234,11 @@ HWND NewList(HWND owner, HWND parent, bool popup, int id) {
                            reinterpret_cast<HINSTANCE>(GetWindowLongPtrA(owner, GWLP_HINSTANCE)), owner);
 }
 
+void DrawListByOwner(HWND list) {
+    auto* data = DataOf<ListData>(list);
+    if (data != nullptr) data->ownerDrawn = true;
+}
+
 void InsertListItem(HWND list, int at, const char* text) {
     auto* data = DataOf<ListData>(list);
     if (data == nullptr) return;
@@ -250,10 +258,10 @@ void DeleteListItem(HWND list, int at) {
     UpdateBar(list, *data);
 }
 
-void ClearList(HWND list) {
+void SetListItems(HWND list, std::vector<std::string> items) {
     auto* data = DataOf<ListData>(list);
     if (data == nullptr) return;
-    data->items.clear();
+    data->items = std::move(items);
     data->selected = -1;
     data->top = 0;
     UpdateBar(list, *data);

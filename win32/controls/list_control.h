@@ -43,9 +43,12 @@ struct ListData {
 /// Creates it hidden, as a popup or a child, with `owner` in its data.
 HWND NewList(HWND owner, HWND parent, bool popup, int id);
 
+/// Its items are the owner's to draw, by kDrawListItem.
+void DrawListByOwner(HWND list);
+
+void SetListItems(HWND list, std::vector<std::string> items); ///< none is selected then
 void InsertListItem(HWND list, int at, const char* text);
 void DeleteListItem(HWND list, int at);
-void ClearList(HWND list);
 void SelectListItem(HWND list, int item); ///< and scrolls to it
 void SetListItemHeight(HWND list, int height);
 
