@@ -18,6 +18,7 @@ size_t CountTopmost(const std::vector<Window*>& order) {
 }
 
 void SetTopmost(Window& window, bool topmost) {
+    if (!IsTopLevel(window)) return;
     if (topmost) {
         window.extendedStyle |= WS_EX_TOPMOST;
     } else {
@@ -59,12 +60,16 @@ bool PlaceInOrder(Window& window, HWND behind) {
     const std::vector<Window*> before = order;
     const DWORD styleBefore = window.extendedStyle;
     if (behind == HWND_NOTOPMOST && !IsTopmost(window)) return false;
-    if (behind == HWND_TOPMOST && !IsTopmost(window)) SetTopmost(window, true);
-    if (behind == HWND_NOTOPMOST || (behind == HWND_BOTTOM && IsTopmost(window))) SetTopmost(window, false);
+    const Window* owner = WindowIfAny(window.owner);
+    if (behind == HWND_TOPMOST || (owner != nullptr && IsTopmost(*owner))) {
+        SetTopmost(window, true);
+    } else if (behind == HWND_NOTOPMOST || behind == HWND_BOTTOM) {
+        SetTopmost(window, false);
+    }
     std::erase(order, &window);
     size_t place = WantedPlace(order, window, behind);
     if (IsTopLevel(window)) {
-        // Owned windows of a window that has just become topmost may still stand among the others.
+        // Owned windows change with their owner and may still stand among the others.
         std::stable_partition(order.begin(), order.end(), [](auto* each) { return IsTopmost(*each); });
         const size_t topmost = CountTopmost(order);
         place = IsTopmost(window) ? std::min(place, topmost) : std::max(place, topmost);
