@@ -199,6 +199,7 @@ bool TakeInputMessage(MSG& message) {
     while (!inputs.empty()) {
         const Input input = inputs.front();
         inputs.pop_front();
+        Hands().polled = false;
         if (MakeMessage(input, message)) return true;
     }
     return false;
@@ -220,7 +221,8 @@ void ForgetInput() {
 
 SHORT GetKeyState(int key) {
     if (key < 0 || key > 255) return 0;
-    return static_cast<SHORT>((taken.down[key] ? 0x8000 : 0) | (taken.toggled[key] ? 1 : 0));
+    const bool down = Hands().polled ? Hands().down[key] : taken.down[key];
+    return static_cast<SHORT>((down ? 0x8000 : 0) | (taken.toggled[key] ? 1 : 0));
 }
 
 UINT GetDoubleClickTime() {

@@ -18,6 +18,7 @@ SHORT GetAsyncKeyState(int key) {
     HandState& hands = Hands();
     const bool pressed = hands.pressedSinceAsked[key];
     hands.pressedSinceAsked[key] = false;
+    hands.polled = true;
     return static_cast<SHORT>((hands.down[key] ? 0x8000 : 0) | (pressed ? 1 : 0));
 }
 

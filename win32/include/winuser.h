@@ -469,7 +469,9 @@ BOOL KillTimer(HWND window, UINT_PTR timer);
 /// As the hands are now, not as they were when the message at work was posted; each call gives input a chance
 /// to come in (win32/display.h).  Bit 15: down; bit 0: pressed since the last question.
 SHORT GetAsyncKeyState(int key);
-SHORT GetKeyState(int key); ///< as of the last input message taken
+/// As of the last input message taken.  Deviation: in a loop that asks GetAsyncKeyState and takes no messages,
+/// as the hands are now, so that a key that goes down in the midst of a drag counts.
+SHORT GetKeyState(int key);
 BOOL GetCursorPos(POINT* point);
 BOOL SetCursorPos(int x, int y);
 HCURSOR SetCursor(HCURSOR cursor);
