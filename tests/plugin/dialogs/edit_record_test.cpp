@@ -12,6 +12,7 @@
 #include "plugin/store/store_names.h"
 #include "tests/support/dialog_answers.h"
 #include "tests/support/panel_fixture.h"
+#include "tests/support/store_fixture.h"
 
 namespace {
 
@@ -119,20 +120,17 @@ TEST_F(EditRecordTest, IntoAnotherGroup) {
 
 TEST_F(EditRecordTest, NotWhatItWas) {
     const fs::path file = rootOnDisk() / "G.AID";
-    const auto copy = [](const fs::path& from, const fs::path& to) {
-        fs::copy_file(from, to, fs::copy_options::overwrite_existing);
-    };
-    copy(file, folder().path() / "before");
+    const Bytes before = BytesOfFile(file);
     ASSERT_EQ(DeleteRecord("G", 0), 0);
-    copy(file, folder().path() / "after");
+    const Bytes after = BytesOfFile(file);
     for (const char* place : {"None", "F"}) {
         host().ClearAlerts();
-        copy(folder().path() / "before", file);
-        answers_.Next([=, this](HWND dialog) {
+        WriteFileBytes(file, before);
+        answers_.Next([=](HWND dialog) {
             EXPECT_EQ(TextOf(dialog, 7), "a");
             Choose(dialog, 10, place);
             Type(dialog, 7, "mine");
-            copy(folder().path() / "after", file); // another machine, while the dialog stands
+            WriteFileBytes(file, after); // another machine, while the dialog stands
             Press(dialog, 1);
         });
         EXPECT_EQ(EditRecord(panel(), "G", 0), 0);
