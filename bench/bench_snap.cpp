@@ -185,7 +185,7 @@ bool Same(const std::vector<HostPoint>& few, const std::vector<HostPoint>& all, 
 
 /// Arguments: paths, side of the page, reach of a piece in points.
 void SnapMoves(benchmark::State& state) {
-    constexpr size_t kStride = 10; // walks are slow
+    constexpr size_t kStride = 40; // walks are slow
     for (auto _ : state) {
         const Drag drag(static_cast<int>(state.range(0)), static_cast<double>(state.range(1)),
                         static_cast<double>(state.range(2)));

@@ -37,15 +37,15 @@ struct Extent {
 };
 
 Extent ExtentOf(const HostPoint& point) {
-    return {point.x, point.y, point.x, point.y, AbsOf(point.x) + AbsOf(point.y)};
+    return {point.x, point.y, point.x, point.y, std::fabs(point.x) + std::fabs(point.y)};
 }
 
 void Include(Extent& extent, const HostPoint& point) {
-    extent.left = MinOf(extent.left, point.x);
-    extent.right = MaxOf(extent.right, point.x);
-    extent.bottom = MinOf(extent.bottom, point.y);
-    extent.top = MaxOf(extent.top, point.y);
-    extent.magnitude += AbsOf(point.x) + AbsOf(point.y);
+    extent.left = std::min(extent.left, point.x);
+    extent.right = std::max(extent.right, point.x);
+    extent.bottom = std::min(extent.bottom, point.y);
+    extent.top = std::max(extent.top, point.y);
+    extent.magnitude += std::fabs(point.x) + std::fabs(point.y);
 }
 
 IndexBox BoxOf(const Extent& extent, double reach) {
@@ -64,16 +64,22 @@ IndexBox Union(const IndexBox& a, const IndexBox& b) {
             std::max(a.top, b.top)};
 }
 
+bool Same(const HostPoint& a, const HostPoint& b) {
+    return a.x == b.x && a.y == b.y;
+}
+
 /// Does the shorter arc between the two directions from a centre, given along an axis and across it, pass the
 /// axis on its positive side?  For arcs up to 105 degrees, one end of which is then well out on that side.
 bool PassesAxis(double alongA, double acrossA, double alongB, double acrossB, double radius) {
-    return acrossA * acrossB <= 0.0 && MaxOf(alongA, alongB) > radius / 2.0;
+    return acrossA * acrossB <= 0.0 && std::max(alongA, alongB) > radius / 2.0;
 }
 
 /// A piece whose ends fit a circle may be searched as its arc, which its control points needn't surround:
 /// handles may point backward.  Returns how far beyond the extent a point on the arc may lie, by what the
 /// searches allow a circle to be off.
 double IncludeArc(Extent& extent, const HostPathSegment& first, const HostPathSegment& second) {
+    // A handle on its anchor makes no arc.
+    if (Same(first.out, first.anchor) || Same(second.in, second.anchor)) return 0.0;
     HostPoint c;
     double r;
     if (!CircleThroughEnds(first, second, c, r)) return 0.0;

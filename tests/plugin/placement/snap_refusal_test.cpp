@@ -92,11 +92,11 @@ TEST_F(SnapRefusalTest, EveryCallOfASearchMayBeRefused) {
     for (const Search search : kSearches) {
         for (const bool indexed : {false, true}) {
             SnapIndex made;
-            if (indexed) ASSERT_TRUE(MakeSnapIndex(made));
+            ASSERT_TRUE(!indexed || MakeSnapIndex(made));
             globals->snapIndex = indexed ? &made : nullptr;
             const Result good = Run(search, kBesideCrossing);
             const uint64_t calls = CallsOf(search, kBesideCrossing);
-            ASSERT_GT(calls, 10u);
+            ASSERT_GT(calls, 5u);
             for (uint64_t n = 1; n <= calls; ++n) {
                 host().RefuseCall(n);
                 const Result result = Run(search, kBesideCrossing);
