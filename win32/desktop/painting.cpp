@@ -127,6 +127,9 @@ HDC BeginPaint(HWND handle, PAINTSTRUCT* paint) {
     const bool erase = window->eraseInvalid && !part.IsEmpty();
     window->invalid.Clear();
     window->eraseInvalid = false;
+    Region onScreen = part;
+    onScreen.Move(origin.left, origin.top);
+    if ((window->style & WS_CLIPCHILDREN) == 0) InvalidateChildrenUnder(*window, onScreen);
     paint->rcPaint = part.Box();
     paint->hdc = HoldContext(window, Part::Client, &part);
     if (erase) {

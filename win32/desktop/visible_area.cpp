@@ -111,6 +111,20 @@ void InvalidateUncovered(Window& window, const Region& onScreen) {
     InvalidateArea(window, onScreen, {.erase = true, .frames = true, .allChildren = true});
 }
 
+void InvalidateChildrenUnder(Window& window, const Region& painted) {
+    if (painted.IsEmpty()) return;
+    for (Window* child : window.children) {
+        const RECT client = ClientOnScreen(*child);
+        Region known = child->invalid;
+        known.Move(client.left, client.top);
+        Region lost = painted;
+        lost.Subtract(known);
+        known.Intersect(painted);
+        InvalidateUncovered(*child, lost);
+        InvalidateChildrenUnder(*child, known);
+    }
+}
+
 void InvalidateFrame(Window& window) {
     const RECT frame = FrameOnScreen(window);
     const RECT client = ClientOnScreen(window);
