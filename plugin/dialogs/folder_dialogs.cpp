@@ -22,11 +22,6 @@ enum PlaceControl : int { kTake = 1, kCancel = 2, kName = 5, kFolder = 8, kSubFo
 constexpr PlaceLists kLists = {kFolder, kSubFolder, 0};
 constexpr size_t kMostPartBytes = 78;
 
-void EndWith(HWND dialog, int control, void (*take)(HWND dialog)) {
-    if (control == kTake) take(dialog);
-    if (control == kTake || control == kCancel) EndDialog(dialog, control);
-}
-
 void ReadName(HWND dialog, char* part) {
     ReadText(dialog, kName, part, kMostPartBytes);
 }
@@ -61,6 +56,11 @@ void ShowPlace(HWND dialog) {
     FillSubFolderList(dialog, kLists, false);
 }
 
+void ShowGroup(HWND dialog) {
+    ShowPlace(dialog);
+    SetDlgItemTextA(dialog, kName, globals->selGroup);
+}
+
 void TakeGroup(HWND dialog) {
     ReadFolderOfList(dialog, kFolder, globals->selFolder);
     ReadFolderOfList(dialog, kSubFolder, globals->selSubFolder);
@@ -83,52 +83,54 @@ void TakeNewGroup(HWND dialog) {
         JoinGroupName(folder, subFolder, group, globals->aidbfname);
 }
 
-INT_PTR CALLBACK FolderSettingProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
-    if (message == WM_INITDIALOG) {
-        CentreDialog(dialog);
-        ShowFolder(dialog);
-    } else if (message == WM_COMMAND) {
-        EndWith(dialog, LOWORD(wParam), TakeFolder);
+/// What tells the four dialogs apart.
+struct PlaceDialog {
+    void (*show)(HWND dialog);
+    void (*take)(HWND dialog);
+    bool hasSubFolders;
+};
+
+// The name is what the user came for, so it has the focus.
+void Open(HWND dialog, const PlaceDialog& kind) {
+    CentreDialog(dialog);
+    kind.show(dialog);
+    SendDlgItemMessageA(dialog, kName, EM_SETSEL, 0, -1);
+    SetFocus(GetDlgItem(dialog, kName));
+}
+
+void OnCommand(HWND dialog, int control, const PlaceDialog& kind) {
+    if (control == kFolder && kind.hasSubFolders) FillSubFolderList(dialog, kLists, true);
+    if (control == kTake) kind.take(dialog);
+    if (control == kTake || control == kCancel) EndDialog(dialog, control);
+}
+
+INT_PTR Handle(HWND dialog, UINT message, WPARAM wParam, const PlaceDialog& kind) {
+    switch (message) {
+        case WM_INITDIALOG:
+            Open(dialog, kind);
+            return FALSE; // the focus is set
+        case WM_COMMAND:
+            OnCommand(dialog, LOWORD(wParam), kind);
+            return TRUE;
+        default:
+            return FALSE;
     }
-    return message == WM_INITDIALOG || message == WM_COMMAND ? TRUE : FALSE;
+}
+
+INT_PTR CALLBACK FolderSettingProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
+    return Handle(dialog, message, wParam, {ShowFolder, TakeFolder, false});
 }
 
 INT_PTR CALLBACK NewFolderProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
-    if (message == WM_INITDIALOG) {
-        CentreDialog(dialog);
-        ShowParents(dialog);
-    } else if (message == WM_COMMAND) {
-        EndWith(dialog, LOWORD(wParam), TakeFolder);
-    }
-    return message == WM_INITDIALOG || message == WM_COMMAND ? TRUE : FALSE;
-}
-
-void OnGroupCommand(HWND dialog, int control, void (*take)(HWND dialog)) {
-    if (control == kFolder)
-        FillSubFolderList(dialog, kLists, true);
-    else
-        EndWith(dialog, control, take);
+    return Handle(dialog, message, wParam, {ShowParents, TakeFolder, false});
 }
 
 INT_PTR CALLBACK GroupSettingProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
-    if (message == WM_INITDIALOG) {
-        CentreDialog(dialog);
-        ShowPlace(dialog);
-        SetDlgItemTextA(dialog, kName, globals->selGroup);
-    } else if (message == WM_COMMAND) {
-        OnGroupCommand(dialog, LOWORD(wParam), TakeGroup);
-    }
-    return message == WM_INITDIALOG || message == WM_COMMAND ? TRUE : FALSE;
+    return Handle(dialog, message, wParam, {ShowGroup, TakeGroup, true});
 }
 
 INT_PTR CALLBACK NewGroupProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
-    if (message == WM_INITDIALOG) {
-        CentreDialog(dialog);
-        ShowPlace(dialog);
-    } else if (message == WM_COMMAND) {
-        OnGroupCommand(dialog, LOWORD(wParam), TakeNewGroup);
-    }
-    return message == WM_INITDIALOG || message == WM_COMMAND ? TRUE : FALSE;
+    return Handle(dialog, message, wParam, {ShowPlace, TakeNewGroup, true});
 }
 
 } // namespace

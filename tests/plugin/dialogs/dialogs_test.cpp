@@ -214,6 +214,7 @@ TEST_F(DialogsTest, FolderDialogs) {
     const auto answer = [&](const char* shown, const char* parent, const std::string& name) {
         answers_.Next([=](HWND dialog) {
             EXPECT_EQ(TextOf(dialog, 8) + "|" + TextOf(dialog, 5), shown);
+            EXPECT_EQ(GetFocus(), GetDlgItem(dialog, 5));
             Choose(dialog, 8, parent);
             Type(dialog, 5, name);
             Press(dialog, 1);
