@@ -4,9 +4,9 @@
 
 #include <algorithm>
 #include <cstring>
+#include <deque>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "win32/codepage_932.h"
 #include "win32/controls/control_classes.h"
@@ -56,8 +56,8 @@ bool IsFolder(const std::string& path) {
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
-std::vector<std::string> FoldersIn(const std::string& folder) {
-    std::vector<std::string> names;
+std::deque<std::string> FoldersIn(const std::string& folder) {
+    std::deque<std::string> names;
     WIN32_FIND_DATAA entry;
     const HANDLE search = FindFirstFileA(Inside(folder, "*").c_str(), &entry);
     if (search == INVALID_HANDLE_VALUE) return names;
@@ -95,7 +95,7 @@ void ShowFolder(HWND dialog, const std::string& folder) {
     }
     BrowsingOf(dialog)->folder = folder;
     const HWND list = GetDlgItem(dialog, kFolderDialogList);
-    std::vector<std::string> names = FoldersIn(folder);
+    std::deque<std::string> names = FoldersIn(folder);
     if (HasParent(folder)) names.insert(names.begin(), kParentFolder);
     SetListItems(list, std::move(names));
     ShowPickedPath(dialog);

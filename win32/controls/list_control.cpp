@@ -258,7 +258,7 @@ void DeleteListItem(HWND list, int at) {
     UpdateBar(list, *data);
 }
 
-void SetListItems(HWND list, std::vector<std::string> items) {
+void SetListItems(HWND list, std::deque<std::string> items) {
     auto* data = DataOf<ListData>(list);
     if (data == nullptr) return;
     data->items = std::move(items);

@@ -7,8 +7,8 @@
 
 #include <windows.h>
 
+#include <deque>
 #include <string>
-#include <vector>
 
 constexpr int kListSelected = 1;      ///< LBN_SELCHANGE: by a click or a key
 constexpr int kListDoubleClicked = 2; ///< LBN_DBLCLK
@@ -28,7 +28,7 @@ struct ListData {
     HWND owner = nullptr; ///< gets WM_COMMAND, WM_CTLCOLORLISTBOX and, if ownerDrawn, kDrawListItem
     HWND scrollBar = nullptr;
     HFONT font = nullptr;
-    std::vector<std::string> items; ///< cp932
+    std::deque<std::string> items; ///< cp932; programs empty a list from its front
     int selected = -1;
     int top = 0; ///< the first item that is shown
     int itemHeight = 16;
@@ -46,7 +46,7 @@ HWND NewList(HWND owner, HWND parent, bool popup, int id);
 /// Its items are the owner's to draw, by kDrawListItem.
 void DrawListByOwner(HWND list);
 
-void SetListItems(HWND list, std::vector<std::string> items); ///< none is selected then
+void SetListItems(HWND list, std::deque<std::string> items); ///< none is selected then
 void InsertListItem(HWND list, int at, const char* text);
 void DeleteListItem(HWND list, int at);
 void SelectListItem(HWND list, int item); ///< and scrolls to it
