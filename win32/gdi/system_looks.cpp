@@ -3,6 +3,7 @@
 
 #include "win32/gdi/gdi_objects.h"
 #include "win32/gdi/screen_context.h"
+#include "win32/window_frame.h"
 
 namespace {
 
@@ -59,7 +60,7 @@ int GetSystemMetrics(int index) {
         case SM_CYHSCROLL:
             return 17;
         case SM_CYCAPTION:
-            return 19;
+            return kCaptionHeight;
         case SM_CXICON:
         case SM_CYICON:
             return 32;
