@@ -131,6 +131,7 @@ HPEN CreatePen(int style, int width, COLORREF color);
 HFONT CreateFontA(int height, int width, int escapement, int orientation, int weight, DWORD italic,
                   DWORD underline, DWORD strikeOut, DWORD charSet, DWORD outPrecision, DWORD clipPrecision,
                   DWORD quality, DWORD pitchAndFamily, LPCSTR face);
+/// Black.  Deviation: always of 32 bits, also for a context of memory that has no bitmap of its own yet.
 HBITMAP CreateCompatibleBitmap(HDC context, int width, int height);
 HGDIOBJ GetStockObject(int index);                 ///< never deleted, DeleteObject of one gives TRUE
 HGDIOBJ SelectObject(HDC context, HGDIOBJ object); ///< the one of its kind that was selected before
@@ -159,7 +160,8 @@ BOOL Rectangle(HDC context, int left, int top, int right, int bottom); ///< brus
 COLORREF SetPixel(HDC context, int x, int y, COLORREF color);
 COLORREF GetPixel(HDC context, int x, int y); ///< CLR_INVALID outside of the clipping
 BOOL PatBlt(HDC context, int x, int y, int width, int height, DWORD operation);
-/// SRCCOPY alone.  The two contexts may overlap in the frame buffer.
+/// SRCCOPY alone, extents of 0 and more.  The two contexts may overlap in the frame buffer; what would come from
+/// outside of the source's pixels is left as it is.
 BOOL BitBlt(HDC context, int x, int y, int width, int height, HDC source, int sourceX, int sourceY,
             DWORD operation);
 /// The whole of a bitmap's rows: `firstLine` 0, `lines` its height.  The lines drawn.
