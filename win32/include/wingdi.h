@@ -160,8 +160,8 @@ BOOL Rectangle(HDC context, int left, int top, int right, int bottom); ///< brus
 COLORREF SetPixel(HDC context, int x, int y, COLORREF color);
 COLORREF GetPixel(HDC context, int x, int y); ///< CLR_INVALID outside of the clipping
 BOOL PatBlt(HDC context, int x, int y, int width, int height, DWORD operation);
-/// SRCCOPY alone, extents of 0 and more.  The two contexts may overlap in the frame buffer; what would come from
-/// outside of the source's pixels is left as it is.
+/// SRCCOPY alone, extents of 0 and more.  The two contexts may overlap in the frame buffer; what would come
+/// from outside of the source's pixels is left as it is.
 BOOL BitBlt(HDC context, int x, int y, int width, int height, HDC source, int sourceX, int sourceY,
             DWORD operation);
 /// The whole of a bitmap's rows: `firstLine` 0, `lines` its height.  The lines drawn.
