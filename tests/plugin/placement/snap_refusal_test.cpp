@@ -53,24 +53,25 @@ struct Result {
 
 class SnapRefusalTest : public PluginFixture {
 protected:
-    /// Two layers, groups in groups, and two crossing lines at (20, 10) at the end of the walk, one of them
-    /// between an arc and a curve.
+    /// A hidden layer, groups in groups, and at the end of the walk two lines that cross at (20, 10).
     void SetUp() override {
         PluginFixture::SetUp();
         workbench::Art* group = document().AppendArt(kArtGroup, document().LayerAt(0).root);
         workbench::Art* inner = document().AppendArt(kArtCompoundPath, group);
-        Add(inner, {{{60, 60}, {60, 60}, {60, 65}, 0}, {{70, 70}, {65, 70}, {70, 70}, 0}});
+        Add(inner, {{{60, 60}, {60, 60}, {60, 65}, 0}, {{70, 70}, {65, 70}, {70, 70}, 0}}, true);
         document().InsertLayer(0, "hidden").visible = false;
-        Add(group, {{{0, 10}, {0, 10}, {0, 10}, 1}, {{40, 10}, {40, 10}, {40, 10}, 1}});
-        Add(group, {{{20, 0}, {20, 0}, {20, 0}, 1},
-                    {{20, 40}, {20, 40}, {30, 45}, 1},
-                    {{50, 20}, {45, 40}, {50, 20}, 1}});
+        Add(group, {{{0, 10}, {0, 10}, {0, 10}, 1}, {{40, 10}, {40, 10}, {40, 10}, 1}}, false);
+        Add(group,
+            {{{20, 0}, {20, 0}, {20, 0}, 1},
+             {{20, 40}, {20, 40}, {30, 45}, 1},
+             {{50, 20}, {45, 40}, {50, 20}, 1}},
+            true);
     }
 
-    void Add(workbench::Art* parent, std::vector<HostPathSegment> segments) {
+    void Add(workbench::Art* parent, std::vector<HostPathSegment> segments, bool closed) {
         workbench::PathData& path = *document().AppendArt(kArtPath, parent)->path();
         path.segments = std::move(segments);
-        path.closed = true;
+        path.closed = closed;
     }
 
     uint64_t CallsOf(Search search, HostPoint point) {
