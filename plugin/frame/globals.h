@@ -151,6 +151,7 @@ struct Globals {
     HICON panelIcons[kPanelIcons]; ///< by icon number, the dark set 10 higher
     int32_t listCount;
     ListEntry lists[kListEntries];
+    MemoryHandle thumbnails; ///< pictures scaled before (plugin/panel/thumbnail_memo.h)
     MenuItemHandle aboutMenuItem, panelMenuItem;
     TimerHandle timerRef;
     int16_t timerBusy; ///< flag

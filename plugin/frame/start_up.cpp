@@ -86,6 +86,7 @@ void EndPanel() {
     if (globals->flyoutRef) PanelFlyoutMenuSuite().DestroyFlyout(globals->flyoutRef);
     globals->flyoutRef = nullptr;
     FreeListTable();
+    FreeHandle(globals->thumbnails);
 }
 
 } // namespace

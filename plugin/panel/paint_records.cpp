@@ -1,17 +1,22 @@
 #include "plugin/panel/paint_records.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <span>
 
 #include "plugin/frame/globals.h"
 #include "plugin/panel/list_paint.h"
 #include "plugin/panel/list_table.h"
 #include "plugin/panel/text_cut.h"
 #include "plugin/panel/thumbnail.h"
+#include "plugin/panel/thumbnail_memo.h"
 #include "plugin/store/clock_1904.h"
 #include "plugin/store/cp932.h"
+#include "plugin/store/lzss.h"
 #include "plugin/store/record.h"
 #include "plugin/store/record_index.h"
 #include "plugin/store/record_layout.h"
+#include "plugin/store/swap_words.h"
 
 namespace {
 
@@ -21,11 +26,23 @@ struct RecordFace {
     char kind[kRecordNameBytes] = "";
     char comment[kRecordCommentBytes] = "";
     SYSTEMTIME date{};
-    const uint8_t* preview = nullptr; ///< in the record that was read
+    bool hasPreview = false;
+    std::span<const uint8_t> preview{}; ///< packed, in the record that was read
 };
 
-/// Reads the record of a row.  `record` serves all rows of a paint: a read leaves nothing of the one before
-/// it, and a block of its size costs more than the read.
+constexpr uint32_t kMostPackedPreview = MostPackedBytes(kPreviewBytes);
+
+/// The packed preview of a record in file order, as far as a preview read delivers it.
+std::span<const uint8_t> PackedPreviewOf(const RecordStart& start) {
+    const uint32_t size = SwapLong(start.header.size);
+    if (size < kSmallestRecordBytes) return {};
+    const uint32_t bytes =
+        std::min({SwapLong(start.packedPreview), size - kSmallestRecordBytes, kMostPackedPreview});
+    return {reinterpret_cast<const uint8_t*>(&start) + kPreviewOffset, bytes};
+}
+
+/// Reads the record of a row, unconverted.  `record` serves all rows of a paint: a block of its size costs
+/// more than the read.
 RecordFace ReadFace(int32_t row, MemoryHandle& record) {
     RecordFace face;
     char group[kNameBytes];
@@ -33,15 +50,22 @@ RecordFace ReadFace(int32_t row, MemoryHandle& record) {
     if (GetRecordOfRow(row, group, &number) == 0) return face;
     if (!record) record = NewRecord();
     if (!record) return face;
-    AidbReadRecord(group, number, &record, kReadPreview, true);
-    const auto* start = reinterpret_cast<const RecordStart*>(BlockBytes(record));
-    if (start->header.size == 0) return face;
-    CopyText(face.name, sizeof face.name, start->header.name);
-    CopyText(face.kind, sizeof face.kind, start->header.kind);
-    CopyText(face.comment, sizeof face.comment, start->header.comment);
-    TimeFrom1904Seconds(start->header.created, &face.date);
-    face.preview = BlockBytes(record) + kPreviewOffset;
+    AidbReadRecord(group, number, &record, kReadPreview, false);
+    const auto& start = *reinterpret_cast<const RecordStart*>(BlockBytes(record));
+    if (start.header.size == 0) return face;
+    CopyText(face.name, sizeof face.name, start.header.name);
+    CopyText(face.kind, sizeof face.kind, start.header.kind);
+    CopyText(face.comment, sizeof face.comment, start.header.comment);
+    TimeFrom1904Seconds(SwapLong(start.header.created), &face.date);
+    face.hasPreview = true;
+    face.preview = PackedPreviewOf(start);
     return face;
+}
+
+void ShowPicture(HDC context, const RECT& box, const RecordFace& face) {
+    if (!face.hasPreview) return;
+    const uint32_t* pixels = ThumbnailOf(face.preview, box.right - box.left);
+    if (pixels) DrawThumbnail(context, box, pixels);
 }
 
 // Columns of the list form, in pixels from the right end of the thumbnail's box.
@@ -99,7 +123,7 @@ void PaintLine(ListPaint& paint, const RECT& cell, const RecordFace& face, bool 
     FillStock(paint.context(), box, BLACK_BRUSH);
     InflateRect(&box, -1, -1);
     FillStock(paint.context(), box, WHITE_BRUSH);
-    if (face.preview) DrawThumbnail(paint.context(), box, face.preview);
+    ShowPicture(paint.context(), box, face);
     WriteLine(paint.context(), box, face, selected);
 }
 
@@ -107,7 +131,7 @@ void PaintCell(ListPaint& paint, const RECT& cell, const RecordFace& face, bool 
     RECT box = {cell.left + 1, cell.top + 1, cell.right, cell.bottom};
     FillStock(paint.context(), box, WHITE_BRUSH);
     InflateRect(&box, -1, -1);
-    if (face.preview) DrawThumbnail(paint.context(), box, face.preview);
+    ShowPicture(paint.context(), box, face);
     InflateRect(&box, 2, 2);
     FrameRect(paint.context(), &box, paint.sortGrey());
     if (!selected) return;

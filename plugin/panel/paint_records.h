@@ -6,7 +6,7 @@
 #include <cstdint>
 
 /// Paints the background and all rows in sight.  Every record that shows is read from the store, header and
-/// preview; nothing is kept.
+/// preview; nothing of it is kept but how its picture looks small (thumbnail_memo.h).
 void PaintRecordList(HDC context, HWND control);
 
 /// Paints one row; nothing if it is out of sight.

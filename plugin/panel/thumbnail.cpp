@@ -1,8 +1,6 @@
 #include "plugin/panel/thumbnail.h"
 
-#include <algorithm>
 #include <array>
-#include <cstring>
 
 namespace {
 
@@ -75,15 +73,11 @@ void ScalePreview(const uint8_t* preview, int width, int height, uint32_t* out) 
     }
 }
 
-void DrawThumbnail(HDC context, const RECT& box, const uint8_t* preview) {
-    const int width = std::min<int>(box.right - box.left, kLargestThumbnail);
-    const int height = std::min<int>(box.bottom - box.top, kLargestThumbnail);
-    if (width <= 0 || height <= 0) return;
-    std::array<uint32_t, kLargestThumbnail * kLargestThumbnail> pixels;
-    ScalePreview(preview, width, height, pixels.data());
+void DrawThumbnail(HDC context, const RECT& box, const uint32_t* pixels) {
+    const int width = box.right - box.left, height = box.bottom - box.top;
     BITMAPINFO information{};
     information.bmiHeader = {sizeof(BITMAPINFOHEADER), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
     // White pixels are drawn on white.
     SetDIBitsToDevice(context, box.left, box.top, static_cast<DWORD>(width), static_cast<DWORD>(height), 0, 0,
-                      0, static_cast<UINT>(height), pixels.data(), &information, DIB_RGB_COLORS);
+                      0, static_cast<UINT>(height), pixels, &information, DIB_RGB_COLORS);
 }

@@ -14,5 +14,5 @@ constexpr int kLargestThumbnail = 64; ///< pixels each way
 ///             has them
 void ScalePreview(const uint8_t* preview, int width, int height, uint32_t* out);
 
-/// Draws a preview into a box that is white and stays so where the picture is white.
-void DrawThumbnail(HDC context, const RECT& box, const uint8_t* preview);
+/// Draws such rows into a box that is white and stays so where the picture is white.
+void DrawThumbnail(HDC context, const RECT& box, const uint32_t* pixels);
