@@ -76,7 +76,7 @@ public:
     TemporaryFolder folder;
     std::mt19937_64 random;
     ModelStore store;
-    Model model = {{"Alpha", {}}, {"Beta", {}}};
+    Model model = {{"Alpha", {}}, {"Beta", {}}, {"Gamma", {}}};
     uint64_t nextId = 0;
 };
 

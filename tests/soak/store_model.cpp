@@ -8,6 +8,8 @@
 #include "plugin/objects/object_stream.h"
 #include "plugin/store/data_directories.h"
 #include "plugin/store/linked_files.h"
+#include "plugin/store/place_moves.h"
+#include "plugin/store/places.h"
 #include "plugin/store/record.h"
 #include "plugin/store/record_layout.h"
 #include "plugin/store/record_moves.h"
@@ -19,7 +21,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const char* const kGroups[] = {"Alpha", "Beta"};
+const char* const kGroups[] = {"Alpha", "Beta", "Gamma"}; // the last gets no records but whole groups
+constexpr size_t kTargetOfGroups = 2;
 constexpr size_t kMostRecords = 7;          ///< in a group, so that operations stay short
 constexpr char kFileName[] = "picture.png"; // the same for all, so that pooled names collide
 
@@ -152,19 +155,21 @@ bool ModelStore::Recover() {
 }
 
 std::string Step::text() const {
-    const char* const names[] = {"append", "rewrite", "delete", "move", "pool"};
+    const char* const names[] = {"append", "rewrite", "delete", "move", "pool", "move group"};
     return std::string(names[static_cast<int>(action)]) + " " + group + " " + std::to_string(number) + " " +
            record.id + " " + newGroup;
 }
 
 Step RandomStep(const Model& model, std::mt19937_64& random, uint64_t& nextId) {
     Step step;
-    const size_t side = random() % 2;
+    const bool targetIsFree = model.at(kGroups[kTargetOfGroups]).empty();
+    const size_t side = random() % (targetIsFree ? kTargetOfGroups : kTargetOfGroups + 1);
     step.group = kGroups[side];
-    step.newGroup = kGroups[1 - side];
+    step.newGroup = kGroups[side == 0 ? 1 : 0];
     const std::vector<ModelRecord>& records = model.at(step.group);
     const uint64_t chance = random() % 10;
-    if (records.size() < 2 || (chance < 3 && records.size() < kMostRecords)) {
+    const bool takesRecords = side != kTargetOfGroups;
+    if (takesRecords && (records.size() < 2 || (chance < 3 && records.size() < kMostRecords))) {
         step.action = Action::kAppend;
         step.record.id = "r" + std::to_string(nextId++);
         step.record.edition = "first";
@@ -181,6 +186,10 @@ Step RandomStep(const Model& model, std::mt19937_64& random, uint64_t& nextId) {
         step.action = Action::kPool;
     } else {
         step.action = chance < 9 && !full ? Action::kMove : Action::kDelete;
+    }
+    if (chance == 9 && takesRecords && targetIsFree) {
+        step.action = Action::kMoveGroup;
+        step.newGroup = kGroups[kTargetOfGroups];
     }
     return step;
 }
@@ -201,6 +210,9 @@ bool Run(ModelStore& store, const Step& step) {
             return MoveRecordToGroup(group, step.number, step.newGroup.c_str(), &newNumber) == 0;
         case Action::kPool:
             return Pool(step);
+        case Action::kMoveGroup: // an empty group stands there, which the move wouldn't replace
+            return DeleteGroupAndData(step.newGroup.c_str()) == 0 &&
+                   MoveGroup(group, step.newGroup.c_str()) == 0;
     }
     return false;
 }
@@ -225,6 +237,9 @@ std::vector<std::string> OutcomesOf(Step step, const Model& before) {
             records.erase(records.begin() + step.number);
             break;
         case Action::kPool:
+            break;
+        case Action::kMoveGroup:
+            after[step.newGroup].swap(records);
             break;
     }
     outcomes.push_back(TextOf(after));

@@ -48,7 +48,7 @@ private:
     std::unique_ptr<Globals> globals_ = std::make_unique<Globals>();
 };
 
-enum class Action { kAppend, kRewrite, kDelete, kMove, kPool };
+enum class Action { kAppend, kRewrite, kDelete, kMove, kPool, kMoveGroup };
 
 /// One operation, and the databases that may come of it.
 struct Step {
