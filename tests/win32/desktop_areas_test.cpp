@@ -226,7 +226,7 @@ COLORREF ExpectedIn(HWND parent, POINT point) {
 TEST_P(DesktopAreas, WhatIsPaintedAddsUpToTheWholePicture) {
     for (int round = 0; round < 60; ++round) {
         for (int change = Below(4); change >= 0; --change) ChangeSomething(WS_CLIPSIBLINGS);
-        if (Below(4) == 0) UpdateWindow(AnyWindow());
+        if (Below(4) == 0 && !windows_.empty()) UpdateWindow(AnyWindow());
         MSG message;
         while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageA(&message);
         for (int x = 0; x < kWidth; ++x)

@@ -232,7 +232,6 @@ TEST_F(DesktopMessages, ALoopThatPollsSeesEachStepOfTheHands) {
         if (seen.empty() || seen.back() != point.x) seen.push_back(point.x);
     }
     EXPECT_THAT(seen, ElementsAre(80, 82, 84, 86, 88));
-    EXPECT_LT(GetKeyState(VK_LBUTTON), 0); // its release hasn't been taken from the queue
     Sleep(50);
     Sleep(50);
     EXPECT_EQ(GetAsyncKeyState(VK_CONTROL), 1); // up, but pressed since it was last asked for

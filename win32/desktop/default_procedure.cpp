@@ -5,11 +5,9 @@
 #include "win32/codepage_932.h"
 #include "win32/desktop/frame_painting.h"
 #include "win32/desktop/visible_area.h"
+#include "win32/desktop/window_change.h"
 
 namespace {
-
-constexpr UINT kClientSizeKept = 0x0800; // what WM_WINDOWPOSCHANGED tells about the client area
-constexpr UINT kClientPlaceKept = 0x1000;
 
 LRESULT TakeText(Window& window, LPARAM text) {
     // A number instead of a text is a resource, which concerns a control's own procedure.

@@ -179,11 +179,12 @@ BOOL UpdateWindow(HWND handle) {
     if (window == nullptr) return FALSE;
     if (!IsShown(*window)) return TRUE;
     // A parent that draws over its children would otherwise wipe out, later, what is painted now.
-    const RECT frame = FrameOnScreen(*window);
     for (Window* at = window->parent; at != nullptr; at = at->parent) {
         if ((at->style & WS_CLIPCHILDREN) != 0) continue;
         const RECT origin = ClientOnScreen(*at);
-        at->invalid.Subtract(Moved(frame, -origin.left, -origin.top));
+        Region shown = ShownArea(*window);
+        shown.Move(-origin.left, -origin.top);
+        at->invalid.Subtract(shown);
     }
     PaintWithChildren(handle);
     return TRUE;

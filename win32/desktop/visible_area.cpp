@@ -120,6 +120,7 @@ void InvalidateChildrenUnder(Window& window, const Region& painted) {
         Region lost = painted;
         lost.Subtract(known);
         known.Intersect(painted);
+        if (!known.IsEmpty()) child->eraseInvalid = true;
         InvalidateUncovered(*child, lost);
         InvalidateChildrenUnder(*child, known);
     }

@@ -27,7 +27,7 @@ void InvalidateArea(Window& window, const Region& onScreen, const Invalidation& 
 /// What has been uncovered or moved: frames, backgrounds and children.
 void InvalidateUncovered(Window& window, const Region& onScreen);
 /// A window without WS_CLIPCHILDREN paints over its children, also over those that have come there since it
-/// became invalid; they are painted once more.
+/// became invalid; they are painted once more, background and all.
 void InvalidateChildrenUnder(Window& window, const Region& painted);
 /// The frame alone, if the window has one.
 void InvalidateFrame(Window& window);

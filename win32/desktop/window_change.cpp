@@ -8,9 +8,6 @@
 
 namespace {
 
-// Not for programs: what WM_WINDOWPOSCHANGED tells about the client area.
-constexpr UINT kClientSizeKept = 0x0800;
-constexpr UINT kClientPlaceKept = 0x1000;
 constexpr UINT kNothingChanged = SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER;
 
 // What can be seen of a window before it changes; afterwards it tells what must be painted.
