@@ -39,15 +39,15 @@ std::string DocumentTitle(const Document& document, const std::string& fileName)
            (history && !history->saved() ? "*" : "");
 }
 
-HWND DocumentWindow::Make(DocumentWindow* self, HWND owner, const RECT& place) {
+HWND DocumentWindow::Make(HWND owner, const RECT& place) {
     RegisterFrameClass(kClass, Procedure);
     return CreateWindowExA(0, kClass, "", WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN, place.left,
                            place.top, place.right - place.left, place.bottom - place.top, owner, nullptr,
-                           nullptr, self);
+                           nullptr, nullptr);
 }
 
 DocumentWindow::DocumentWindow(Host& host, HWND owner, const RECT& place, const CanvasPictures& pictures)
-    : host_(host), window_(Make(this, owner, place)), canvas_(host, window_, pictures) {
+    : host_(host), window_(Make(owner, place)), canvas_(host, window_, pictures) {
     verticalBar_ = CreateWindowExA(0, "SCROLLBAR", "", WS_CHILD | WS_VISIBLE | SBS_VERT, 0, 0, 0, 0, window_,
                                    nullptr, nullptr, nullptr);
     horizontalBar_ = CreateWindowExA(0, "SCROLLBAR", "", WS_CHILD | WS_VISIBLE | SBS_HORZ, 0, 0, 0, 0,
@@ -56,6 +56,8 @@ DocumentWindow::DocumentWindow(Host& host, HWND owner, const RECT& place, const 
         ShowNumbers();
         ShowTitle();
     };
+    // Messages before this find no canvas yet.
+    SetWindowLongPtrA(window_, GWLP_USERDATA, reinterpret_cast<INT_PTR>(this));
     Layout();
 }
 
@@ -177,7 +179,7 @@ LRESULT DocumentWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
             Paint();
             return 0;
         case WM_SIZE:
-            if (verticalBar_) Layout();
+            Layout();
             return 0;
         case WM_ACTIVATE:
             if (LOWORD(wParam) != WA_INACTIVE) {
@@ -225,7 +227,6 @@ LRESULT DocumentWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
 LRESULT CALLBACK DocumentWindow::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     DocumentWindow* self = ObjectOf<DocumentWindow>(window, message, lParam);
     if (!self) return DefWindowProcA(window, message, wParam, lParam);
-    self->window_ = window;
     return self->Handle(message, wParam, lParam);
 }
 

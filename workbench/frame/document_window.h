@@ -37,7 +37,7 @@ public:
 
 private:
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-    static HWND Make(DocumentWindow* self, HWND owner, const RECT& place);
+    static HWND Make(HWND owner, const RECT& place);
     LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam);
     void Layout();
     void ShowNumbers(); ///< the scroll bars'

@@ -80,9 +80,9 @@ TEST(ViewGeometry, ZoomsUpAndDownMeetAtOneHundredPercent) {
 }
 
 struct Box {
-    Art* art;
-    int left, bottom, right, top;
-    bool filled, selectable;
+    Art* art = nullptr;
+    int left = 0, bottom = 0, right = 0, top = 0;
+    bool filled = false, selectable = false;
 };
 
 /// Layers of rectangles with whole numbers, some filled and some only outlined, some out of reach; the lowest
@@ -97,7 +97,10 @@ std::vector<Box> FillWithBoxes(Document& document, std::mt19937& dice) {
         for (int i = roll(0, 12); i > 0; --i) {
             Art* holder = roll(0, 3) == 0 ? document.PrependArt(kArtGroup, layer.root) : nullptr;
             Art* art = document.PrependArt(kArtPath, holder ? holder : layer.root);
-            Box box{.art = holder ? holder : art, .left = roll(0, 180), .bottom = roll(0, 180)};
+            Box box;
+            box.art = holder ? holder : art;
+            box.left = roll(0, 180);
+            box.bottom = roll(0, 180);
             box.right = box.left + roll(10, 80);
             box.top = box.bottom + roll(10, 80);
             box.filled = roll(0, 2) != 0;
