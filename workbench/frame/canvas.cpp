@@ -230,7 +230,9 @@ void Canvas::Wheel(WPARAM wParam, LPARAM lParam) {
     if ((LOWORD(wParam) & MK_CONTROL) != 0) {
         POINT point{static_cast<SHORT>(LOWORD(lParam)), static_cast<SHORT>(HIWORD(lParam))};
         ScreenToClient(window_, &point);
-        ZoomAboutPixel(NextZoom(document->view().zoom, steps > 0), point);
+        double zoom = document->view().zoom;
+        for (int i = 0; i < std::abs(steps); ++i) zoom = NextZoom(zoom, steps > 0);
+        ZoomAboutPixel(zoom, point);
     } else if ((LOWORD(wParam) & MK_SHIFT) != 0) {
         ScrollBy(-steps * kWheelStep, 0);
     } else {

@@ -182,12 +182,13 @@ TEST_F(WorkspaceTest, HandsSelectDeleteAndUndo) {
 }
 
 TEST_F(WorkspaceTest, ABandLeavesNoPixelBehindAndNothingIsDrawnAnewForIt) {
+    const POINT from = OnScreen(40, 300), to = OnScreen(90, 200);
+    hands().Click(from.x, from.y); // the document's window is the active one from now on
     Play();
     const auto pixels = [&] {
         const FrameBuffer screen = DesktopPixels();
         return std::vector<uint32_t>(screen.pixels, screen.pixels + screen.width * screen.height);
     };
-    const POINT from = OnScreen(40, 300), to = OnScreen(90, 200);
     const std::vector<uint32_t> before = pixels();
     const int drawn = pictures_;
     std::vector<uint32_t> during;
