@@ -2,7 +2,6 @@
 
 #include <cstring>
 
-#include "plugin/frame/start_up.h"
 #include "plugin/host/suite_table.h"
 #include "tests/support/plugin_fixture.h"
 #include "tests/support/recording_basic.h"
@@ -17,6 +16,7 @@ protected:
     PluginMainTest() {
         RedirectDocuments(documents.path());
         ForgetPreferences();
+        host.SetPlugin({self, nullptr, {}});
     }
     void TearDown() override {
         if (slot) {
@@ -90,11 +90,10 @@ TEST_F(PluginMainTest, StartUpGivesTheHostABlockOfDefaults) {
 TEST_F(PluginMainTest, DefaultsCoverTheWholeBlock) {
     StartUpPlugin();
     std::vector<uint8_t> first(sizeof(Globals)), second(sizeof(Globals));
+    SetDefaults(self);
     std::memcpy(first.data(), globals, sizeof(Globals));
     std::memset(static_cast<void*>(globals), 0xA5, sizeof(Globals));
-    HostMessage message{};
-    message.self = self;
-    EXPECT_EQ(StartUp(&message), kHostNoError);
+    SetDefaults(self);
     std::memcpy(second.data(), globals, sizeof(Globals));
     EXPECT_EQ(first, second);
 }
@@ -130,7 +129,8 @@ class QuietCallTest : public PluginMainTest, public ::testing::WithParamInterfac
 TEST_P(QuietCallTest, HoldsTheSuitesOnceAndGivesZero) {
     for (const bool started : {false, true}) {
         if (started) StartUpPlugin();
-        EXPECT_EQ(Send(GetParam().caller, GetParam().selector), kHostNoError);
+        // The longest of the messages: some of these callers' handlers look behind the head.
+        EXPECT_EQ(SendAny(GetParam().caller, GetParam().selector, HostActionMessage{}), kHostNoError);
         EXPECT_EQ(recording.acquired.size(), kSuiteCount);
         EXPECT_EQ(recording.released.size(), kSuiteCount);
         EXPECT_TRUE(host.alerts().empty());
@@ -161,11 +161,33 @@ TEST_F(PluginMainTest, TimerAndNotifierNoteTheBasicInterface) {
     EXPECT_EQ(Notify(HOST_SELECTOR_NOTIFY, "AI Selection Changed Notifier"), kHostNoError);
     EXPECT_EQ(Notify(HOST_SELECTOR_GO, "AI Application Started Notifier"), kHostNoError);
     EXPECT_EQ(globals->hostBasic, nullptr);
-    EXPECT_EQ(Notify(HOST_SELECTOR_NOTIFY, "AI Application Started Notifier"), kHostNoError);
+    // This host has no windows and refuses the panel.
+    EXPECT_EQ(Notify(HOST_SELECTOR_NOTIFY, "AI Application Started Notifier"), kHostRefused);
+    EXPECT_EQ(globals->panelRef, nullptr);
     EXPECT_EQ(globals->hostBasic, recording.basic());
     globals->hostBasic = nullptr;
     EXPECT_EQ(SendAny(HOST_CALLER_TIMER, HOST_SELECTOR_GO, HostTimerMessage{}), kHostNoError);
     EXPECT_EQ(globals->hostBasic, recording.basic());
+}
+
+// A start-up that fails half-way can be shut down, and the settings of the last run outlive it.
+TEST_F(PluginMainTest, EveryRefusalAtStartUp) {
+    StartUpPlugin();
+    globals->toolMode = 3;
+    ASSERT_EQ(Send(HOST_CALLER_INTERFACE, HOST_SELECTOR_SHUTDOWN), kHostNoError);
+    for (uint64_t n = 1;; ++n) {
+        host.DropPluginObjects();
+        host.RefuseCall(n);
+        Send(HOST_CALLER_INTERFACE, HOST_SELECTOR_STARTUP);
+        const bool refused = host.refused();
+        host.RefuseNone();
+        ASSERT_EQ(Send(HOST_CALLER_INTERFACE, HOST_SELECTOR_SHUTDOWN), kHostNoError) << n;
+        host.DropPluginObjects();
+        StartUpPlugin();
+        ASSERT_EQ(globals->toolMode, 3) << n;
+        ASSERT_EQ(Send(HOST_CALLER_INTERFACE, HOST_SELECTOR_SHUTDOWN), kHostNoError);
+        if (!refused) break;
+    }
 }
 
 TEST_F(PluginMainTest, AccessCallsTouchNoSuite) {

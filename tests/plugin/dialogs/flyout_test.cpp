@@ -1,0 +1,156 @@
+// The flyout's entries, marks and picks, and the texts of the tool tips.
+
+#include "plugin/dialogs/flyout.h"
+
+#include <cstring>
+#include <set>
+
+#include "plugin/dialogs/tool_tip.h"
+#include "plugin/panel/panel_controls.h"
+#include "plugin/store/store_names.h"
+#include "tests/support/beeps.h"
+#include "tests/support/panel_fixture.h"
+
+namespace {
+
+class FlyoutTest : public PanelFixture {
+protected:
+    const std::vector<workbench::FlyoutItem>& Items() { return host().panels().front()->flyout->items; }
+    std::set<int> Marked() {
+        std::set<int> marked;
+        for (const auto& item : Items()) {
+            if (item.marked) marked.insert(item.number);
+        }
+        return marked;
+    }
+    void Pick(int entry) { OnFlyoutCommand(globals->panelRef, entry); }
+};
+
+TEST_F(FlyoutTest, HasItsEntriesInTheRunningLanguage) {
+    BuildThePanel();
+    ASSERT_EQ(Items().size(), 21u);
+    const std::set<int> separators = {4, 8, 10, 13, 16, 18};
+    for (int number = 1; number <= 21; ++number) {
+        EXPECT_EQ(Items()[static_cast<size_t>(number - 1)].number, number);
+        EXPECT_EQ(Items()[static_cast<size_t>(number - 1)].separator, separators.contains(number));
+    }
+    EXPECT_EQ(Items()[0].text,
+              "\xE3\x82\xA2\xE3\x82\xA4\xE3\x82\xB3\xE3\x83\xB3\xE8\xA1\xA8\xE7\xA4\xBA"
+              "32*32"); // UTF-8
+    ShutDownPlugin();
+    ReleaseSuites();
+    ASSERT_EQ(plugin().StartUp(), kHostNoError);
+    HoldSuites();
+    globals->language = 2;
+    BuildThePanel();
+    EXPECT_EQ(Items()[1].text,
+              "Show Icon 64\xC3\x97"
+              "64");
+    EXPECT_EQ(Items()[20].text, "Layer option");
+}
+
+TEST_F(FlyoutTest, MarksFollowViewSortAndLayers) {
+    globals->toolMode = 2;
+    globals->layerOption = 1;
+    BuildThePanel();
+    EXPECT_EQ(Marked(), (std::set<int>{2, 5, 21}));
+    Pick(3);
+    EXPECT_EQ(globals->toolMode, 3);
+    Pick(7);
+    EXPECT_EQ(globals->sortMode, 2) << "also for a group that has no list";
+    Pick(21);
+    EXPECT_EQ(globals->layerOption, 0);
+    EXPECT_EQ(Marked(), (std::set<int>{3, 7}));
+    const auto beeps = BeepsSoFar();
+    globals->menuBusy = 1;
+    Pick(1);
+    globals->menuBusy = 0;
+    EXPECT_EQ(globals->toolMode, 3);
+    if (beeps) {
+        EXPECT_EQ(*BeepsSoFar(), *beeps + 1);
+    }
+    for (const int none : {-1, 0, 4, 18, 22, 1 << 30}) Pick(none);
+    EXPECT_EQ(Marked(), (std::set<int>{3, 7}));
+}
+
+TEST_F(FlyoutTest, CommandsNeedAPanel) {
+    const uint64_t calls = host().callCount();
+    for (const int entry : {9, 11, 12, 14, 15, 17, 19, 20}) OnFlyoutCommand(nullptr, entry);
+    EXPECT_EQ(host().callCount(), calls);
+}
+
+struct TipCase {
+    const char* current;
+    int control;
+    const char* english;
+    const char* japanese;
+};
+
+TEST_F(FlyoutTest, TipsTellWhatAButtonDoes) {
+    constexpr TipCase kCases[] = {
+        {"G", 1, "New", "新規"},
+        {"G", 2, "Delete", "削除"},
+        {"G", 3, "Setting", "設定"},
+        {"G", 6, "Placement origin", "配置基準位置"},
+        {"G", 12, "New Group", "新規グループ"},
+        {"G", 15, "Search", "検索"},
+        {"G", 16, "Hide Folder List", "フォルダリストを隠す"},
+        {"G", 11, "New Folder", "新規フォルダ"},
+        {"\\F\\G", 11, "New Folder", "新規フォルダ"},
+        {"\\F\\S\\G", 11, "New", "新規"},
+        {"Search Result", 11, "New Folder", "新規フォルダ"},
+        {"G", 13, "Delete Group", "グループ削除"},
+        {"G", 14, "Group Setting", "グループの設定"},
+        {"\\F\\A Folder is Selected", 13, "Delete Folder", "フォルダ削除"},
+        {"\\F\\A Folder is Selected", 14, "Folder Setting", "フォルダの設定"},
+        {"A Folder is Selected", 13, "Delete", "削除"},
+        {"A Folder is Selected", 14, "Setting", "設定"},
+        {"Search Result", 13, "Delete", "削除"},
+        {"Search Result", 14, "Setting", "設定"},
+        {"G", 4, "", ""},
+        {"G", 1001, "", ""},
+    };
+    for (const TipCase& tip : kCases) {
+        SelectGroup(tip.current);
+        globals->language = 1;
+        EXPECT_STREQ(ToolTipOfControl(tip.control), tip.english) << tip.current << " " << tip.control;
+        globals->language = 0;
+        EXPECT_STREQ(ToolTipOfControl(tip.control), tip.japanese) << tip.current << " " << tip.control;
+    }
+    globals->browseMode = 0;
+    EXPECT_STREQ(ToolTipOfControl(16), "フォルダリストを表示");
+    char text[kToolTipBytes];
+    MakeTipOfName("two\r\nlines\t.", text);
+    EXPECT_STREQ(text, "two  lines .");
+}
+
+// The tip covers pixels of the screen and gives them back; a hidden panel and a name that is no more hide it.
+TEST_F(FlyoutTest, TheTipAppearsUnderTheButtonAndGoes) {
+    globals->language = 1;
+    BuildThePanel();
+    POINT point = {5, 5};
+    ClientToScreen(control(kSearchButton), &point);
+    SetCursorPos(point.x, point.y);
+    Tick();
+    EXPECT_STREQ(globals->toolTip.text, "Search");
+    EXPECT_NE(globals->toolTip.savedContext, nullptr);
+    RECT button;
+    GetWindowRect(control(kSearchButton), &button);
+    EXPECT_EQ(globals->toolTip.point.x, (button.left + button.right) / 2);
+    EXPECT_EQ(globals->toolTip.point.y, button.bottom + 10);
+    EXPECT_EQ(globals->toolTip.savedArea.bottom - globals->toolTip.savedArea.top, 18);
+    SetCursorPos(1, 1);
+    Tick();
+    EXPECT_STREQ(globals->toolTip.text, "");
+    EXPECT_EQ(globals->toolTip.savedContext, nullptr);
+    SetCursorPos(point.x, point.y);
+    Tick();
+    EXPECT_STREQ(globals->toolTip.text, "Search");
+    frame().Show(false);
+    host().panels().front()->shown = false;
+    Tick();
+    EXPECT_EQ(globals->toolTip.savedContext, nullptr);
+    SetCursorPos(1, 1);
+}
+
+} // namespace
