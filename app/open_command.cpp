@@ -14,6 +14,7 @@
 #include "app/hands_player.h"
 #include "app/session.h"
 #include "plugin/frame/globals.h"
+#include "win32/screen/screen_display.h"
 #include "workbench/frame/frame_looks.h"
 #include "workbench/frame/workspace.h"
 #include "workbench/render/view_picture.h"
@@ -21,6 +22,7 @@
 namespace {
 
 constexpr int kHeadlessWidth = 1280, kHeadlessHeight = 800;
+constexpr int kScreenWidth = 1400, kScreenHeight = 900; ///< cut to the screen's size
 
 std::unique_ptr<workbench::Document> OpenAndReport(const std::string& path, std::string* losses,
                                                    std::string* error) {
@@ -148,6 +150,23 @@ int PlayHands(const OpenOptions& options) {
 
 int RunOpen(const OpenOptions& options) {
     if (!options.play.empty()) return PlayHands(options);
-    Complain("there is no screen: neither DISPLAY nor WAYLAND_DISPLAY is set");
-    return kRefusedOrDiffers;
+    const auto isSet = [](const char* name) {
+        const char* value = std::getenv(name);
+        return value && *value;
+    };
+    if (!isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY")) {
+        Complain("there is no screen: neither DISPLAY nor WAYLAND_DISPLAY is set");
+        return kRefusedOrDiffers;
+    }
+    std::string error;
+    const auto display = ScreenDisplay::Open(
+        {.title = "Velquorne", .width = kScreenWidth, .height = kScreenHeight, .scale = 0}, error);
+    if (!display) {
+        Complain("the screen can't be used: " + error);
+        return kRefusedOrDiffers;
+    }
+    const SIZE size{GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
+    return ShowWorkspace(options, size, [&](workbench::Host&, workbench::Workspace& workspace) {
+        display->closeWanted = [&workspace] { PostMessageA(workspace.windows().window(), WM_CLOSE, 0, 0); };
+    });
 }

@@ -15,6 +15,7 @@ constexpr int kReach = 3;         ///< pixels around the pointer in which art is
 constexpr int kDragThreshold = 3; ///< pixels before a press becomes a band
 constexpr int kWheelStep = 48;
 constexpr int kHandleReach = 2;
+constexpr LONG kSmallestWithCorners = 24; ///< pixels
 
 bool IsDown(int key) {
     return (GetKeyState(key) & 0x8000) != 0;
@@ -109,6 +110,8 @@ void Canvas::PaintSelection(HDC context, Document& document) {
         if (!document.Bounds(*art, &bounds)) continue;
         const RECT frame = PixelsOf(document.view(), bounds);
         FrameColor(context, frame, color);
+        // On what is small the corners would hide more than they show.
+        if (std::min(frame.right - frame.left, frame.bottom - frame.top) < kSmallestWithCorners) continue;
         for (const LONG x : {frame.left, frame.right - 1}) {
             for (const LONG y : {frame.top, frame.bottom - 1}) {
                 FillColor(context,

@@ -16,7 +16,7 @@ namespace {
 constexpr char kHelpGroup[] = "About";
 constexpr LONG kMargin = 12;
 constexpr LONG kLayersWidth = 220, kLayersHeight = 150;
-constexpr LONG kPanelRoom = 400; ///< kept free on the right, for panels
+constexpr LONG kPanelRoom = 452; ///< kept free on the right, for panels
 
 RECT DocumentPlace(SIZE size) {
     return {kMargin, kBarHeight + kMargin, std::max(size.cx - kPanelRoom, kMargin + 200),
