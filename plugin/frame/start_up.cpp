@@ -1,5 +1,6 @@
 #include "plugin/frame/start_up.h"
 
+#include "plugin/actions/action_handler.h"
 #include "plugin/dialogs/dialog_texts.h"
 #include "plugin/dialogs/tool_tip.h"
 #include "plugin/frame/globals.h"
@@ -10,7 +11,6 @@
 #include "plugin/panel/list_table.h"
 #include "plugin/panel/panel_build.h"
 #include "plugin/panel/panel_layout.h"
-#include "plugin/actions/action_handler.h"
 #include "plugin/placement/geometry.h"
 
 namespace {
