@@ -143,7 +143,8 @@ typedef struct AIPlacedSuite {
 /* AI Transform Art Suite, version 3. */
 typedef struct AITransformArtSuite {
     /* Moves, turns or scales art with all its members.  `lineScale` is the factor for line widths, `flags`
-       are bits of the host: what of the art goes with it; 0x6F is all of it, 1 the art without its paint. */
+       are bits of the host: what of the art goes with it; 0x6F and 0x7F are all of it, 1 the art without its
+       paint. */
     HostError (*TransformArt)(ArtHandle art, const HostMatrix* matrix, double lineScale, uint32_t flags);
 } AITransformArtSuite;
 

@@ -100,13 +100,13 @@ void WriteLine(HDC context, const RECT& box, const RecordFace& face, bool select
     char date[64];
     std::snprintf(date, sizeof date, "%2.2d/%2.2d/%2.2d %2.2d:%2.2d", face.date.wYear % 100, face.date.wMonth,
                   face.date.wDay, face.date.wHour, face.date.wMinute);
-    const auto write = [&](int at, const char* text, int limit, COLORREF textColor) {
+    const auto writeText = [&](int at, const char* text, int limit, COLORREF textColor) {
         WriteText(context, box.right + at, y, text, limit, textColor);
     };
-    write(kNameAt, face.name, kNameLimit, color);
-    write(kKindAt, face.kind, kKindLimit, color);
-    write(kDateAt, date, kNoLimit, dateColor);
-    write(kCommentAt, face.comment, kCommentLimit, dateColor);
+    writeText(kNameAt, face.name, kNameLimit, color);
+    writeText(kKindAt, face.kind, kKindLimit, color);
+    writeText(kDateAt, date, kNoLimit, dateColor);
+    writeText(kCommentAt, face.comment, kCommentLimit, dateColor);
 }
 
 void FillStock(HDC context, const RECT& rectangle, int brush) {

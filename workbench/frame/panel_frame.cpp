@@ -25,6 +25,11 @@ LRESULT CALLBACK BodyProcedure(HWND window, UINT message, WPARAM wParam, LPARAM 
     return DefWindowProcA(window, message, wParam, lParam);
 }
 
+BOOL CALLBACK InvalidateChild(HWND child, LPARAM) {
+    InvalidateRect(child, nullptr, TRUE);
+    return TRUE;
+}
+
 int Pixels(double size) {
     return static_cast<int>(std::clamp(size, 1.0, 10000.0));
 }
@@ -70,7 +75,10 @@ void PanelFrame::Resize(HostSize size) {
     if (body())
         SetWindowPos(body_, nullptr, kBorder, kBarHeight, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
     if (panel_.onSize) panel_.onSize(panel_.handle);
-    if (body()) InvalidateRect(body_, nullptr, TRUE);
+    if (!body()) return;
+    InvalidateRect(body_, nullptr, TRUE);
+    // Controls that moved over one another have kept each other's pixels.
+    EnumChildWindows(body_, InvalidateChild, 0);
 }
 
 RECT PanelFrame::FlyoutButton() const {

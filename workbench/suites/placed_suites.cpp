@@ -92,17 +92,19 @@ HostError SetPlaceOptions(SuiteCall&, Of<PlacedData> placed, int32_t method, int
 // AI Transform Art Suite
 
 constexpr uint32_t kTransformAll = 0x6F;
+constexpr uint32_t kTransformAction = 0x7F; ///< the same, as actions ask for it
 constexpr uint32_t kTransformArtAlone = 1; ///< without gradients and patterns
 
 HostError TransformArt(SuiteCall& call, Art& art, const HostMatrix& matrix, double lineScale,
                        uint32_t flags) {
-    if (flags != kTransformAll && flags != kTransformArtAlone)
+    const bool all = flags == kTransformAll || flags == kTransformAction;
+    if (!all && flags != kTransformArtAlone)
         return call.Fault(kHostBadParameter, "a transform of parts of the art");
     if (!IsFiniteMatrix(matrix) || !std::isfinite(lineScale)) return kHostBadParameter;
     const Layer* layer = call.document().LayerOf(art);
     if (!layer) return call.Fault(kHostBadPlace, "art that is no part of the tree");
     if (!Document::CanChange(layer)) return kHostBadPlace;
-    call.document().Transform(art, matrix, lineScale, flags == kTransformAll);
+    call.document().Transform(art, matrix, lineScale, all);
     return kHostNoError;
 }
 
