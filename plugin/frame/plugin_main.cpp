@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "plugin/actions/action_handler.h"
 #include "plugin/dialogs/about_dialog.h"
 #include "plugin/frame/globals.h"
 #include "plugin/frame/menus.h"
@@ -9,7 +10,6 @@
 #include "plugin/frame/timer.h"
 #include "plugin/host/alerts.h"
 #include "plugin/host/suite_table.h"
-#include "plugin/actions/action_handler.h"
 
 namespace {
 

@@ -19,7 +19,7 @@ using HFONT = struct HFONT__*;
 using COLORREF = DWORD; ///< 0x00BBGGRR
 
 #define RGB(red, green, blue) \
-    ((COLORREF)(((BYTE)(red) | ((WORD)((BYTE)(green)) << 8)) | (((DWORD)(BYTE)(blue)) << 16)))
+    ((COLORREF)((DWORD)(BYTE)(red) | (DWORD)(BYTE)(green) << 8 | (DWORD)(BYTE)(blue) << 16))
 #define GetRValue(color) ((BYTE)(color))
 #define GetGValue(color) ((BYTE)(((WORD)(color)) >> 8))
 #define GetBValue(color) ((BYTE)((color) >> 16))

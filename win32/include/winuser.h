@@ -228,7 +228,7 @@ struct SCROLLINFO {
 #define WM_NCRBUTTONUP 0x00A5
 #define WM_KEYDOWN 0x0100
 #define WM_KEYUP 0x0101
-#define WM_CHAR 0x0102 ///< a byte of cp932: two of them for a double-byte character
+#define WM_CHAR 0x0102       ///< a byte of cp932: two of them for a double-byte character
 #define WM_SYSKEYDOWN 0x0104 ///< with Alt down, or without a focus
 #define WM_SYSKEYUP 0x0105
 #define WM_SYSCHAR 0x0106 ///< by TranslateMessage: letters and digits with Alt
@@ -469,8 +469,8 @@ BOOL KillTimer(HWND window, UINT_PTR timer);
 /// As the hands are now, not as they were when the message at work was posted; each call gives input a chance
 /// to come in (win32/display.h).  Bit 15: down; bit 0: pressed since the last question.
 SHORT GetAsyncKeyState(int key);
-/// As of the last input message taken.  Deviation: in a loop that asks GetAsyncKeyState and takes no messages,
-/// as the hands are now, so that a key that goes down in the midst of a drag counts.
+/// As of the last input message taken.  Deviation: in a loop that asks GetAsyncKeyState and takes no
+/// messages, as the hands are now, so that a key that goes down in the midst of a drag counts.
 SHORT GetKeyState(int key);
 BOOL GetCursorPos(POINT* point);
 BOOL SetCursorPos(int x, int y);
