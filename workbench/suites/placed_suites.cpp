@@ -93,7 +93,7 @@ HostError SetPlaceOptions(SuiteCall&, Of<PlacedData> placed, int32_t method, int
 
 constexpr uint32_t kTransformAll = 0x6F;
 constexpr uint32_t kTransformAction = 0x7F; ///< the same, as actions ask for it
-constexpr uint32_t kTransformArtAlone = 1; ///< without gradients and patterns
+constexpr uint32_t kTransformArtAlone = 1;  ///< without gradients and patterns
 
 HostError TransformArt(SuiteCall& call, Art& art, const HostMatrix& matrix, double lineScale,
                        uint32_t flags) {
