@@ -10,6 +10,7 @@
 #include "plugin/frame/globals.h"
 #include "plugin/host/alerts.h"
 #include "plugin/host/suites.h"
+#include "plugin/panel/current_place.h"
 #include "plugin/panel/list_table.h"
 #include "plugin/panel/panel_controls.h"
 #include "plugin/rebuild/load_art.h"
@@ -70,10 +71,8 @@ void TellNothingSelected() {
 }
 
 int32_t SelectedRecordRow() {
-    void* window = nullptr;
-    if (!globals->panelRef || PanelSuite().GetPlatformWindow(globals->panelRef, &window) || !window)
-        return -1;
-    return GetSelectedRow(GetDlgItem(static_cast<HWND>(window), kRecordList));
+    const HWND panel = PanelWindow();
+    return panel ? GetSelectedRow(GetDlgItem(panel, kRecordList)) : -1;
 }
 
 } // namespace

@@ -10,6 +10,7 @@
 #include "plugin/dialogs/store_messages.h"
 #include "plugin/frame/globals.h"
 #include "plugin/host/suites.h"
+#include "plugin/panel/current_place.h"
 #include "plugin/panel/panel_lists.h"
 #include "plugin/store/linked_files.h"
 #include "plugin/store/record.h"
@@ -47,12 +48,6 @@ bool TreeHasSelectedArt(ArtHandle root) {
     return found;
 }
 
-HWND PanelWindow() {
-    void* window = nullptr;
-    if (!globals->panelRef || PanelSuite().GetPlatformWindow(globals->panelRef, &window)) return nullptr;
-    return static_cast<HWND>(window);
-}
-
 /// Makes the record's group the current one; the record stays in `curRecord`.
 void ShowGroup(HWND panel, const char* group) {
     const MemoryHandle record = globals->curRecord;
@@ -66,7 +61,7 @@ void ShowGroup(HWND panel, const char* group) {
     }
     RebuildGroupCombo(panel);
     RebuildRecordList(panel, true);
-    SplitGroupName(globals->aidbfname, globals->selFolder, globals->selSubFolder, globals->selGroup);
+    SplitCurrentName();
 }
 
 /// The record and the files beside it, as one change of the store.

@@ -5,6 +5,7 @@
 #include "plugin/dialogs/entry_dialog.h"
 #include "plugin/dialogs/store_messages.h"
 #include "plugin/frame/globals.h"
+#include "plugin/panel/current_place.h"
 #include "plugin/panel/panel_controls.h"
 #include "plugin/panel/panel_lists.h"
 #include "plugin/store/cp932.h"
@@ -69,7 +70,7 @@ StoreResult Store(const Edit& edit, int32_t* newNumber) {
 void ShowMoved(HWND panel, int32_t number) {
     const int32_t row = FindRihItem(globals->entryName, static_cast<uint32_t>(number));
     if (globals->findMode == kFindGroup) {
-        SplitGroupName(globals->aidbfname, globals->selFolder, globals->selSubFolder, globals->selGroup);
+        SplitCurrentName();
         RebuildFolderList(panel);
         RebuildGroupCombo(panel);
         RebuildRecordList(panel, true);

@@ -12,6 +12,7 @@
 #include "plugin/host/held_suites.h"
 #include "plugin/host/host_string.h"
 #include "plugin/host/suites.h"
+#include "plugin/panel/current_place.h"
 #include "plugin/panel/panel_commands.h"
 #include "plugin/panel/panel_controls.h"
 #include "plugin/panel/panel_layout.h"
@@ -73,13 +74,6 @@ void Mark(int32_t entry, bool on) {
 /// Of three entries one after the other, this one alone.
 void MarkOneOfThree(int32_t first, int32_t marked) {
     for (int32_t entry = first; entry < first + 3; ++entry) Mark(entry, entry == marked);
-}
-
-HWND PanelWindow() {
-    void* window = nullptr;
-    if (!globals->panelRef) return nullptr;
-    if (PanelSuite().GetPlatformWindow(globals->panelRef, &window) != kHostNoError) return nullptr;
-    return static_cast<HWND>(window);
 }
 
 void RepaintRecordList() {

@@ -7,6 +7,7 @@
 #include "plugin/dialogs/folder_dialogs.h"
 #include "plugin/dialogs/store_messages.h"
 #include "plugin/frame/globals.h"
+#include "plugin/panel/current_place.h"
 #include "plugin/panel/panel_controls.h"
 #include "plugin/panel/panel_layout.h"
 #include "plugin/panel/panel_lists.h"
@@ -28,10 +29,6 @@ enum MessageText : UINT { // Japanese numbers
     kFolderRefused = 16254,
     kDeleteFolderQuestion = 16255,
 };
-
-void SplitCurrentName() {
-    SplitGroupName(globals->aidbfname, globals->selFolder, globals->selSubFolder, globals->selGroup);
-}
 
 PlaceParts SelectedParts() {
     PlaceParts parts;
@@ -244,12 +241,6 @@ int32_t MoveOrRename(HWND panel, const char*) {
 void RefreshAfterFolderChange(HWND panel) {
     RebuildFolderList(panel);
     RebuildGroupCombo(panel);
-    SplitCurrentName();
-    if (std::strcmp(globals->selGroup, kFolderSelected) == 0) {
-        char root[kNameBytes];
-        GetDatabaseRoot(root);
-        BuildFolderIndex(root, globals->selFolder, globals->selSubFolder);
-    }
+    IndexSelectedFolder();
     RebuildRecordList(panel, true);
-    UpdateScrollRange(panel, kRecordList, true);
 }

@@ -7,6 +7,7 @@
 #include "plugin/dialogs/dialog_texts.h"
 #include "plugin/dialogs/place_controls.h"
 #include "plugin/frame/globals.h"
+#include "plugin/panel/current_place.h"
 #include "plugin/store/cp932.h"
 #include "plugin/store/places.h"
 #include "plugin/store/store_names.h"
@@ -24,10 +25,6 @@ constexpr size_t kMostPartBytes = 78;
 
 void ReadName(HWND dialog, char* part) {
     ReadText(dialog, kName, part, kMostPartBytes);
-}
-
-void SplitCurrentName() {
-    SplitGroupName(globals->aidbfname, globals->selFolder, globals->selSubFolder, globals->selGroup);
 }
 
 // A second-level folder stands as its parent and its name, a top folder as "None" and its name.

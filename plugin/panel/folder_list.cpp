@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "plugin/frame/globals.h"
+#include "plugin/panel/current_place.h"
 #include "plugin/panel/list_table.h"
 #include "plugin/panel/panel_controls.h"
 #include "plugin/panel/panel_layout.h"
@@ -127,7 +128,7 @@ void WalkRootGroups(FolderWalk& walk) {
 }
 
 void WalkTree(FolderWalk& walk) {
-    SplitGroupName(globals->aidbfname, globals->selFolder, globals->selSubFolder, globals->selGroup);
+    SplitCurrentName();
     GetDatabaseRoot(walk.root);
     if (walk.root[0] == '\0') return;
     HandleOwner folders(ListFolders(walk.root));

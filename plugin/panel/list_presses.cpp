@@ -19,13 +19,6 @@ namespace {
 
 constexpr int kArrowBox = 20;
 
-POINT PointerIn(HWND window) {
-    POINT pointer{};
-    GetCursorPos(&pointer);
-    ScreenToClient(window, &pointer);
-    return pointer;
-}
-
 /// Waits until the button is up or the pointer has left the press point; true if it has.
 bool BecomesDrag(HWND control, POINT press) {
     while (GetAsyncKeyState(VK_LBUTTON) < 0) {

@@ -11,6 +11,7 @@
 #include "plugin/frame/globals.h"
 #include "plugin/host/held_suites.h"
 #include "plugin/host/suites.h"
+#include "plugin/panel/current_place.h"
 #include "plugin/panel/delete_record.h"
 #include "plugin/panel/list_presses.h"
 #include "plugin/panel/list_table.h"
@@ -31,10 +32,6 @@ int32_t SelectedRecordRow(HWND panel) {
 
 bool IsText(const char* a, const char* b) {
     return std::strcmp(a, b) == 0;
-}
-
-void SplitCurrentName() {
-    SplitGroupName(globals->aidbfname, globals->selFolder, globals->selSubFolder, globals->selGroup);
 }
 
 void RegisterSelected(HWND panel) {
@@ -79,11 +76,8 @@ void ChangeGroup(HWND panel) {
 void SetOrigin(HWND panel) {
     const HWND control = GetDlgItem(panel, kOriginControl);
     RECT client{};
-    POINT pointer{};
     GetClientRect(control, &client);
-    GetCursorPos(&pointer);
-    ScreenToClient(control, &pointer);
-    const int cell = OriginCellAt(client, pointer);
+    const int cell = OriginCellAt(client, PointerIn(control));
     if (cell < 0 || cell == ControlNumber(control)) return;
     globals->originMode = static_cast<int16_t>(cell);
     ShowControlNumber(panel, kOriginControl, cell);

@@ -15,6 +15,13 @@ COLORREF ThemeColor(const double* color) {
     return RGB(channels[0], channels[1], channels[2]);
 }
 
+POINT PointerIn(HWND window) {
+    POINT pointer{};
+    GetCursorPos(&pointer);
+    ScreenToClient(window, &pointer);
+    return pointer;
+}
+
 void ShowControlNumber(HWND panel, int control, int number) {
     char text[16];
     std::snprintf(text, sizeof text, "%d", number);

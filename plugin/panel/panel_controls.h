@@ -38,6 +38,9 @@ enum PanelIcon : int {
 /// Makes a number a control's window text, which has it painted again.
 void ShowControlNumber(HWND panel, int control, int number);
 
+/// The pointer in a window's client coordinates.
+POINT PointerIn(HWND window);
+
 /// The number that is a control's window text.
 int ControlNumber(HWND control);
 

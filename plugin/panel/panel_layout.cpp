@@ -12,10 +12,8 @@
 
 namespace {
 
-constexpr int kMargin = 5;
 constexpr int kBelowLists = 55; ///< pixels for the buttons, further to the margin
 constexpr int kScrollWidth = 20;
-constexpr int kBetweenLists = 25; ///< the folder list's scroll bar among it
 constexpr int kBelowFolders = 22; ///< pixels for the folder list's buttons
 constexpr int kButtonWidth = 24, kButtonHeight = 16, kButtonPitch = 29;
 constexpr int kComboHeight = 14;
@@ -27,7 +25,7 @@ RECT Box(int left, int top, int width, int height) {
 
 /// A button of the row below the lists, `place` 0 at the right.
 RECT RecordButton(const PanelPlan& plan, int place) {
-    const int right = plan.inner.right - kMargin - place * kButtonPitch;
+    const int right = plan.inner.right - kPanelMargin - place * kButtonPitch;
     return Box(right - kButtonWidth, plan.inner.bottom + 6, kButtonWidth, kButtonHeight);
 }
 
@@ -37,12 +35,12 @@ int FolderListBottom(const PanelPlan& plan) {
 
 /// A button below the folder list.
 RECT FolderButton(const PanelPlan& plan, int left) {
-    return Box(left, FolderListBottom(plan) + kMargin, kButtonWidth, kButtonHeight);
+    return Box(left, FolderListBottom(plan) + kPanelMargin, kButtonWidth, kButtonHeight);
 }
 
 /// The left edge of a button at the folder list's right end, `place` 0 at the right.
 int FolderButtonLeft(const PanelPlan& plan, int place) {
-    return plan.split - kMargin - kMargin - kButtonWidth - place * kButtonPitch;
+    return plan.split - kPanelMargin - kPanelMargin - kButtonWidth - place * kButtonPitch;
 }
 
 /// Controls that never change places.
@@ -52,9 +50,9 @@ RECT FixedPlace(const PanelPlan& plan, int control) {
         case kRecordScroll:
             return {inner.right - kScrollWidth, inner.top, inner.right, inner.bottom};
         case kFolderList:
-            return {inner.left, inner.top, plan.split - kBetweenLists, FolderListBottom(plan)};
+            return {inner.left, inner.top, plan.split - kListGap, FolderListBottom(plan)};
         case kFolderScroll:
-            return {plan.split - kBetweenLists, inner.top, plan.split - kBetweenLists + kScrollWidth,
+            return {plan.split - kListGap, inner.top, plan.split - kListGap + kScrollWidth,
                     FolderListBottom(plan)};
         case kGroupCombo:
             return {inner.left + 25, inner.bottom + 4, inner.right - 95, inner.bottom + 4 + kComboHeight};
@@ -63,11 +61,11 @@ RECT FixedPlace(const PanelPlan& plan, int control) {
         case kOriginControl:
             return {5, plan.height - 25, 28, plan.height - 2};
         case kNewFolderButton:
-            return FolderButton(plan, inner.left + kMargin);
+            return FolderButton(plan, inner.left + kPanelMargin);
         case kNewGroupButton:
-            return FolderButton(plan, inner.left + kMargin + kButtonPitch);
+            return FolderButton(plan, inner.left + kPanelMargin + kButtonPitch);
         case kDeleteGroupButton:
-            return FolderButton(plan, inner.left + kMargin + 2 * kButtonPitch);
+            return FolderButton(plan, inner.left + kPanelMargin + 2 * kButtonPitch);
         case kFolderListButton:
             return Box(inner.left, inner.bottom + 8, 20, 12);
         default:
@@ -97,7 +95,10 @@ bool ShowsIcons() {
 } // namespace
 
 PanelPlan PlanPanel(int width, int height, float browseWidth) {
-    PanelPlan plan{width, height, {kMargin, kMargin, width - kMargin, height - kMargin - kBelowLists}, 0};
+    PanelPlan plan{width,
+                   height,
+                   {kPanelMargin, kPanelMargin, width - kPanelMargin, height - kPanelMargin - kBelowLists},
+                   0};
     const float share = static_cast<float>(plan.inner.right - plan.inner.left) * browseWidth;
     const float split = static_cast<float>(plan.inner.left) + share;
     if (std::isnan(split)) {

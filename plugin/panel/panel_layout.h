@@ -7,6 +7,9 @@
 
 #include "suites/host_types.h"
 
+constexpr int kPanelMargin = 5; ///< pixels, each side
+constexpr int kListGap = 25;    ///< from the folder list to the record list, a scroll bar among it
+
 /// Rectangles from the panel's client size: needs no window.  Pixels, from the client area's left top corner;
 /// a panel that is too small gives rectangles of negative width or height.
 struct PanelPlan {

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "plugin/frame/globals.h"
+#include "plugin/panel/current_place.h"
 #include "plugin/panel/list_table.h"
 #include "plugin/panel/panel_controls.h"
 #include "plugin/panel/panel_layout.h"
@@ -15,10 +16,6 @@
 #include "plugin/store/store_tree.h"
 
 namespace {
-
-void SplitCurrentName() {
-    SplitGroupName(globals->aidbfname, globals->selFolder, globals->selSubFolder, globals->selGroup);
-}
 
 bool IsText(const char* a, const char* b) {
     return std::strcmp(a, b) == 0;

@@ -8,26 +8,17 @@
 
 namespace {
 
-constexpr int kGap = 25; ///< from the folder list to the record list
 constexpr int kZoneWidth = 5;
-constexpr int kMargin = 5;   ///< of the panel, each side
 constexpr int kDeadZone = 5; ///< pixels that the pointer may move before the border follows
 
 constexpr int kBesideSplitter[] = {kRecordList,        kRecordScroll,       kFolderList,
                                    kFolderScroll,      kNewFolderButton,    kNewGroupButton,
                                    kDeleteGroupButton, kGroupSettingButton, kSearchButton};
 
-POINT PointerIn(HWND window) {
-    POINT pointer{};
-    GetCursorPos(&pointer);
-    ScreenToClient(window, &pointer);
-    return pointer;
-}
-
 void MoveSplitter(HWND panel, int folderWidth) {
     RECT client{};
     GetClientRect(panel, &client);
-    const int inner = client.right - client.left - 2 * kMargin;
+    const int inner = client.right - client.left - 2 * kPanelMargin;
     globals->browseWidth = LimitBrowseWidth(static_cast<float>(folderWidth) / static_cast<float>(inner));
     RelayoutPanel(panel, false);
     for (const int control : kBesideSplitter) InvalidateRect(GetDlgItem(panel, control), nullptr, FALSE);
@@ -40,7 +31,7 @@ RECT SplitterSpan(HWND panel) {
     RECT span{};
     GetWindowRect(GetDlgItem(panel, kFolderList), &span);
     MapWindowPoints(nullptr, panel, reinterpret_cast<POINT*>(&span), 2);
-    span.right += kGap;
+    span.right += kListGap;
     return span;
 }
 
