@@ -111,51 +111,57 @@ HostError SearchDocument(Search& search) {
 
 // By asking the index
 
-HostError TestEntry(Search& search, const IndexedPath& path, int32_t number) {
-    Piece piece;
-    if (const HostError error = PathSuite().GetPathSegments(path.art, number, 1, &piece.first)) return error;
+void TestItem(Search& search, const SnapIndex& index, const IndexItem& item) {
     if (search.wanted == kSnapAnchor) {
-        TestAnchor(search, piece.first);
-        return kHostNoError;
+        TestAnchor(search, index.segments[item.segment]);
+        return;
     }
-    const bool last = number + 1 == path.segmentCount;
-    if (last && !path.closed) return kHostNoError;
-    const int32_t next = last ? 0 : number + 1;
-    if (const HostError error = PathSuite().GetPathSegments(path.art, next, 1, &piece.second)) return error;
-    TestPiece(search, path.art, number, next, piece);
-    return kHostNoError;
+    const IndexedPiece piece = PieceOf(index, item);
+    TestPiece(search, index.paths[item.path].art, static_cast<int32_t>(piece.firstNumber),
+              static_cast<int32_t>(piece.secondNumber), {piece.first, piece.second});
 }
 
-HostError SearchIndex(Search& search, SnapIndex& index) {
-    const IndexedPath* path = nullptr;
+/// False: the index has failed, and nothing is known.
+bool SearchIndex(Search& search, SnapIndex& index) {
+    const IndexedThing thing = search.wanted == kSnapAnchor ? kIndexedAnchors : kIndexedPieces;
+    if (!StartQuery(index, thing, search.point)) return false;
+    uint32_t path = kWholePath; // none yet
     bool inBounds = false;
-    uint32_t entry = 0;
-    StartQuery(index, search.point, search.tolerance, 0);
-    while (!search.over && NextEntry(index, entry)) {
-        const IndexedPath& owner = PathOfEntry(index, entry);
-        if (&owner != path) {
+    IndexItem item;
+    while (!search.over && NextItem(index, item)) {
+        if (item.path != path) {
             // A walk asks once, when it comes to the path: a move within the path changes nothing.
-            path = &owner;
-            inBounds = InBoundsWithTolerance(search.point, path->bounds, search.tolerance);
+            path = item.path;
+            inBounds = InBoundsWithTolerance(search.point, index.paths[path].bounds, search.tolerance);
         }
         if (!inBounds) continue;
         const HostPoint before = search.point;
-        const int32_t number = static_cast<int32_t>(entry - path->firstEntry);
-        if (const HostError error = TestEntry(search, *path, number)) return error;
-        if (search.point.x != before.x || search.point.y != before.y) {
-            StartQuery(index, search.point, search.tolerance, entry + 1);
-        }
+        TestItem(search, index, item);
+        const bool moved = search.point.x != before.x || search.point.y != before.y;
+        if (moved && !search.over && !ContinueQuery(index, item, search.point)) return false;
     }
-    return kHostNoError;
+    return true;
+}
+
+/// The index of the drag, if there is one for this pull.
+SnapIndex* IndexFor(double tolerance) {
+    SnapIndex* index = globals->snapIndex;
+    if (!index || index->state == IndexState::kFailed) return nullptr;
+    if (index->state == IndexState::kMade && index->pull == tolerance) return index;
+    return MakeSnapIndex(*index, tolerance) ? index : nullptr;
 }
 
 HostError Snap(SnapKind wanted, HostPoint& point, int16_t& kind) {
     const double tolerance = PullTolerance();
     if (kind != kSnapNone || !(tolerance > 0.0)) return kHostNoError;
+    if (SnapIndex* index = IndexFor(tolerance)) {
+        const HostPoint start = point;
+        Search search{wanted, point, kind, tolerance, {}, {}, false};
+        if (SearchIndex(search, *index)) return kHostNoError;
+        point = start;
+    }
     Search search{wanted, point, kind, tolerance, {}, {}, false};
-    SnapIndex* index = globals->snapIndex;
-    if (index && index->state == IndexState::kNotMade) MakeSnapIndex(*index);
-    return index && index->state == IndexState::kMade ? SearchIndex(search, *index) : SearchDocument(search);
+    return SearchDocument(search);
 }
 
 double SnapToSpacing(double coordinate, double spacing) {

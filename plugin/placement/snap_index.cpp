@@ -1,274 +1,187 @@
 #include "plugin/placement/snap_index.h"
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
-#include <limits>
+#include <cstddef>
 #include <new>
 
 #include "plugin/host/suites.h"
-#include "plugin/placement/geometry.h"
 #include "plugin/placement/visible_paths.h"
 
 namespace {
 
-constexpr uint32_t kLeafEntries = 8;
-constexpr size_t kNodeChildren = 16;
-constexpr size_t kMostEntries = 0x7FFFFFFF;
-
-// Entries of a large document.  Memory that is set aside and never touched costs next to nothing, and moving
-// what has grown costs more than all else.
-constexpr size_t kRoom = 1 << 20;
-
-// Boxes
-
-constexpr double kLargestCoordinate = 1e37; // what is beyond, or no number, has a box without limits
-constexpr IndexBox kEverywhere{std::numeric_limits<float>::lowest(), std::numeric_limits<float>::lowest(),
-                               std::numeric_limits<float>::max(), std::numeric_limits<float>::max()};
-
-/// Above what is lost on the way to a float (relative 6e-8) and in the searches' own arithmetic.
-double RoundingSlack(double magnitude) {
-    return magnitude * 2e-7 + 1e-30;
-}
-
-struct Extent {
-    double left, bottom, right, top;
-    double magnitude; // sum of absolute coordinates, so that one that is no number shows
-};
-
-Extent ExtentOf(const HostPoint& point) {
-    return {point.x, point.y, point.x, point.y, std::fabs(point.x) + std::fabs(point.y)};
-}
-
-void Include(Extent& extent, const HostPoint& point) {
-    extent.left = std::min(extent.left, point.x);
-    extent.right = std::max(extent.right, point.x);
-    extent.bottom = std::min(extent.bottom, point.y);
-    extent.top = std::max(extent.top, point.y);
-    extent.magnitude += std::fabs(point.x) + std::fabs(point.y);
-}
-
-IndexBox BoxOf(const Extent& extent, double reach) {
-    if (!(extent.magnitude + reach < kLargestCoordinate)) return kEverywhere;
-    const double slack = reach + RoundingSlack(extent.magnitude + reach);
-    return {static_cast<float>(extent.left - slack), static_cast<float>(extent.bottom - slack),
-            static_cast<float>(extent.right + slack), static_cast<float>(extent.top + slack)};
-}
-
-bool Overlap(const IndexBox& a, const IndexBox& b) {
-    return a.left <= b.right && b.left <= a.right && a.bottom <= b.top && b.bottom <= a.top;
-}
-
-IndexBox Union(const IndexBox& a, const IndexBox& b) {
-    return {std::min(a.left, b.left), std::min(a.bottom, b.bottom), std::max(a.right, b.right),
-            std::max(a.top, b.top)};
-}
-
-bool Same(const HostPoint& a, const HostPoint& b) {
-    return a.x == b.x && a.y == b.y;
-}
-
-/// Does the shorter arc between the two directions from a centre, given along an axis and across it, pass the
-/// axis on its positive side?  For arcs up to 105 degrees, one end of which is then well out on that side.
-bool PassesAxis(double alongA, double acrossA, double alongB, double acrossB, double radius) {
-    return acrossA * acrossB <= 0.0 && std::max(alongA, alongB) > radius / 2.0;
-}
-
-/// A piece whose ends fit a circle may be searched as its arc, which its control points needn't surround:
-/// handles may point backward.  Returns how far beyond the extent a point on the arc may lie, by what the
-/// searches allow a circle to be off.
-double IncludeArc(Extent& extent, const HostPathSegment& first, const HostPathSegment& second) {
-    // A handle on its anchor makes no arc.
-    if (Same(first.out, first.anchor) || Same(second.in, second.anchor)) return 0.0;
-    HostPoint c;
-    double r;
-    if (!CircleThroughEnds(first, second, c, r)) return 0.0;
-    const HostPoint a{first.anchor.x - c.x, first.anchor.y - c.y};
-    const HostPoint b{second.anchor.x - c.x, second.anchor.y - c.y};
-    const double chord = Distance(a, b);
-    const bool all = !(r > 1.0 && chord * chord < 2.5 * r * r);
-    if (all || PassesAxis(a.x, a.y, b.x, b.y, r)) Include(extent, {c.x + r, c.y});
-    if (all || PassesAxis(-a.x, a.y, -b.x, b.y, r)) Include(extent, {c.x - r, c.y});
-    if (all || PassesAxis(a.y, a.x, b.y, b.x, r)) Include(extent, {c.x, c.y + r});
-    if (all || PassesAxis(-a.y, a.x, -b.y, b.x, r)) Include(extent, {c.x, c.y - r});
-    return 0.05 + r * 1e-4;
-}
-
-IndexBox BoxOfPiece(const HostPathSegment& first, const HostPathSegment& second) {
-    Extent extent = ExtentOf(first.anchor);
-    Include(extent, first.out);
-    Include(extent, second.in);
-    Include(extent, second.anchor);
-    const double reach = IncludeArc(extent, first, second);
-    return BoxOf(extent, reach);
-}
+constexpr size_t kFewItems = 16;       // are not divided further
+constexpr double kSmallCell = 4;       // pulls; what is within reach lies in about two of them
+constexpr size_t kMostItems = 1 << 23; // a tree that grows beyond is made anew
+constexpr uint32_t kMostSegments = 0x7FFFFFFF;
 
 // Reading the document
 
-uint32_t ShareOf(uint32_t whole, uint32_t part, uint32_t parts) {
-    return static_cast<uint32_t>(uint64_t{whole} * part / parts);
-}
-
-/// A path's entries, and leaves over them.
-void AddEntries(SnapIndex& index, const IndexedPath& path, const std::vector<HostPathSegment>& segments) {
-    const size_t count = static_cast<size_t>(path.segmentCount);
-    for (size_t i = 0; i < count; ++i) {
-        const bool last = i + 1 == count;
-        index.boxes.push_back(last && !path.closed ? BoxOf(ExtentOf(segments[i].anchor), 0.0)
-                                                   : BoxOfPiece(segments[i], segments[last ? 0 : i + 1]));
-    }
-    // Leaves of about the same size, which are smaller than full ones and a rest.
-    const uint32_t entries = static_cast<uint32_t>(count);
-    const uint32_t leaves = (entries + kLeafEntries - 1) / kLeafEntries;
-    for (uint32_t leaf = 0; leaf < leaves; ++leaf) {
-        const uint32_t first = path.firstEntry + ShareOf(entries, leaf, leaves);
-        const uint32_t behind = path.firstEntry + ShareOf(entries, leaf + 1, leaves);
-        IndexBox box = index.boxes[first];
-        for (uint32_t i = first + 1; i < behind; ++i) box = Union(box, index.boxes[i]);
-        index.nodes.push_back({box, first, behind - 1, 0, 0});
+HostError AddPaths(SnapIndex& index) {
+    VisiblePaths walk{};
+    for (;;) {
+        IndexedPath path{};
+        if (const HostError error = NextVisiblePath(walk, path.art)) return error;
+        if (!path.art) return kHostNoError;
+        if (const HostError error = ArtSuite().GetArtBounds(path.art, &path.bounds)) return error;
+        path.reach = ReachOfRect(path.bounds, index.pull);
+        index.paths.push_back(path);
     }
 }
 
-HostError AddPath(SnapIndex& index, ArtHandle art, std::vector<HostPathSegment>& segments) {
-    IndexedPath path{art, {}, static_cast<uint32_t>(index.boxes.size()), 0, false};
-    int32_t closed = 0;
-    if (const HostError error = ArtSuite().GetArtBounds(art, &path.bounds)) return error;
-    if (const HostError error = PathSuite().GetPathSegmentCount(art, &path.segmentCount)) return error;
-    if (path.segmentCount < 1) return kHostNoError;
-    if (const HostError error = PathSuite().GetPathClosed(art, &closed)) return error;
+void AddReaches(SnapIndex& index, const IndexedPath& path) {
+    const HostPathSegment* segments = index.segments.data() + path.first;
+    for (uint32_t i = 0; i + 1 < path.count; ++i) {
+        index.reaches.push_back(ReachOfPiece(segments[i], segments[i + 1], index.pull));
+    }
+    if (path.count == 0) return;
+    index.reaches.push_back(path.closed ? ReachOfPiece(segments[path.count - 1], segments[0], index.pull)
+                                        : PieceReach{kNowhere, 0, 0, 0, -1});
+}
+
+HostError ReadPath(SnapIndex& index, IndexedPath& path) {
+    int32_t count = 0, closed = 0;
+    if (const HostError error = PathSuite().GetPathSegmentCount(path.art, &count)) return error;
+    if (const HostError error = PathSuite().GetPathClosed(path.art, &closed)) return error;
+    count = std::max(count, 0);
+    path.first = static_cast<uint32_t>(index.segments.size());
+    path.count = static_cast<uint32_t>(count);
     path.closed = closed != 0;
-    const size_t count = static_cast<size_t>(path.segmentCount);
-    if (count > kMostEntries - index.boxes.size()) return kHostOutOfMemory;
-    if (count > segments.size()) segments.resize(count);
-    if (const HostError error = PathSuite().GetPathSegments(art, 0, path.segmentCount, segments.data()))
-        return error;
-    index.paths.push_back(path);
-    AddEntries(index, path, segments);
+    if (path.count > kMostSegments - path.first) return kHostOutOfMemory;
+    index.segments.resize(path.first + path.count);
+    if (count > 0) {
+        HostPathSegment* segments = index.segments.data() + path.first;
+        if (const HostError error = PathSuite().GetPathSegments(path.art, 0, count, segments)) return error;
+    }
+    AddReaches(index, path);
+    path.read = true;
     return kHostNoError;
 }
 
-HostError AddPaths(SnapIndex& index) {
-    index.boxes.reserve(kRoom);
-    index.nodes.reserve(kRoom / 4);
-    std::vector<HostPathSegment> segments;
-    VisiblePaths walk{};
-    for (;;) {
-        ArtHandle path = nullptr;
-        if (const HostError error = NextVisiblePath(walk, path)) return error;
-        if (!path) return kHostNoError;
-        if (const HostError error = AddPath(index, path, segments)) return error;
-    }
+// Cells
+
+/// As small as the pull or the numbers' precision allow.
+bool IsSmall(const IndexBox& box, double pull) {
+    const double size = std::max(double{box.right} - box.left, double{box.top} - box.bottom);
+    const float magnitude =
+        std::max({std::fabs(box.left), std::fabs(box.right), std::fabs(box.bottom), std::fabs(box.top)});
+    return size <= std::max(kSmallCell * pull, magnitude * 1e-6);
 }
 
-// The tree
+bool IsWider(const IndexBox& a, const IndexBox& b) {
+    return double{a.right} - a.left > double{b.right} - b.left ||
+           double{a.top} - a.bottom > double{b.top} - b.bottom;
+}
 
-struct SortItem {
-    uint32_t key, node;
+/// A cell under way: its items are the last of the tree's.
+struct NewCell {
+    IndexTree& tree;
+    IndexBox limits; // what it may hold
+    bool wholePaths; // it lists some
+    IndexBox held = kNowhere;
+    size_t firstItem = tree.items.size();
+
+    void Add(const IndexItem& item, const IndexBox& reach) {
+        tree.items.push_back(item);
+        held = Union(held, reach);
+        wholePaths |= item.segment == kWholePath;
+    }
 };
 
-/// Unsigned numbers in the order of the floats: negative ones are turned round and lie below.
-uint32_t SortKey(float low, float high) {
-    const uint32_t bits = std::bit_cast<uint32_t>(low / 2 + high / 2);
-    return bits & 0x80000000 ? ~bits : bits | 0x80000000;
-}
-
-/// By key, least significant digit first, and stable; `other` is room for as many items.
-void RadixSort(std::vector<SortItem>& items, std::vector<SortItem>& other) {
-    constexpr uint32_t kDigitBits = 11, kDigits = 1 << kDigitBits;
-    for (uint32_t shift = 0; shift < 32; shift += kDigitBits) {
-        uint32_t starts[kDigits + 1] = {};
-        for (const SortItem& item : items) ++starts[(item.key >> shift & (kDigits - 1)) + 1];
-        for (uint32_t digit = 0; digit < kDigits; ++digit) starts[digit + 1] += starts[digit];
-        for (const SortItem& item : items) other[starts[item.key >> shift & (kDigits - 1)]++] = item;
-        items.swap(other);
+void AddMember(const SnapIndex& index, NewCell& cell, const IndexItem& item) {
+    const HostPathSegment& segment = index.segments[item.segment];
+    if (cell.tree.thing == kIndexedAnchors) {
+        const IndexBox reach = ReachOfPoint(segment.anchor, index.pull);
+        if (Overlap(reach, cell.limits)) cell.Add(item, reach);
+        return;
     }
+    const PieceReach& reach = index.reaches[item.segment];
+    if (!Overlap(reach.box, cell.limits)) return; // most, and cheaper told here
+    const IndexedPiece piece = PieceOf(index, item);
+    if (ReachTouches(reach, piece.first, piece.second, cell.limits)) cell.Add(item, reach.box);
 }
 
-/// Brings nodes that lie together together: strips by x, in each of them by y.
-void SortIntoStrips(std::vector<IndexNode>& nodes) {
-    const uint32_t count = static_cast<uint32_t>(nodes.size());
-    const size_t parents = (nodes.size() + kNodeChildren - 1) / kNodeChildren;
-    const size_t strips = static_cast<size_t>(std::ceil(std::sqrt(static_cast<double>(parents))));
-    const size_t length = (parents + strips - 1) / strips * kNodeChildren;
-    std::vector<SortItem> items(count), other(count);
-    std::vector<uint32_t> stripOf(count);
-    for (uint32_t i = 0; i < count; ++i) items[i] = {SortKey(nodes[i].box.left, nodes[i].box.right), i};
-    RadixSort(items, other);
-    for (size_t i = 0; i < count; ++i) stripOf[items[i].node] = static_cast<uint32_t>(i / length);
-    for (uint32_t i = 0; i < count; ++i) items[i] = {SortKey(nodes[i].box.bottom, nodes[i].box.top), i};
-    RadixSort(items, other);
-    for (SortItem& item : items) item.key = stripOf[item.node]; // a stable sort keeps the order by y
-    RadixSort(items, other);
-    std::vector<IndexNode> sorted;
-    sorted.reserve(nodes.size() + nodes.size() / (kNodeChildren - 1) + 16); // and the levels above
-    for (const SortItem& item : items) sorted.push_back(nodes[item.node]);
-    nodes.swap(sorted);
-}
-
-IndexNode ParentOf(const std::vector<IndexNode>& nodes, size_t first, size_t behind) {
-    IndexNode parent = nodes[first];
-    for (size_t i = first + 1; i < behind; ++i) {
-        parent.box = Union(parent.box, nodes[i].box);
-        parent.firstEntry = std::min(parent.firstEntry, nodes[i].firstEntry);
-        parent.lastEntry = std::max(parent.lastEntry, nodes[i].lastEntry);
-    }
-    parent.firstChild = static_cast<uint32_t>(first);
-    parent.childCount = static_cast<uint32_t>(behind - first);
-    return parent;
-}
-
-void BuildTree(std::vector<IndexNode>& nodes) {
-    if (nodes.empty()) return;
-    SortIntoStrips(nodes);
-    for (size_t level = 0, end = nodes.size(); end - level > 1; level = end, end = nodes.size()) {
-        for (size_t first = level; first < end; first += kNodeChildren) {
-            nodes.push_back(ParentOf(nodes, first, std::min(first + kNodeChildren, end)));
+/// Lists what of the parent's list has a point of the cell in reach.
+HostError FillCell(SnapIndex& index, NewCell& cell, size_t firstItem, size_t itemCount) {
+    const bool members = itemCount <= kFewItems || IsSmall(cell.limits, index.pull);
+    for (size_t i = firstItem; i < firstItem + itemCount; ++i) {
+        const IndexItem item = cell.tree.items[i];
+        if (item.segment != kWholePath) {
+            AddMember(index, cell, item);
+            continue;
         }
-    }
-}
-
-void PushNode(SnapIndex& index, uint32_t node) {
-    const IndexNode& added = index.nodes[node];
-    if (added.lastEntry < index.nextEntry || !Overlap(added.box, index.wanted)) return;
-    index.heap.push_back(node); // the room for all of them is reserved
-    std::push_heap(index.heap.begin(), index.heap.end(), [&index](uint32_t a, uint32_t b) {
-        return index.nodes[a].firstEntry > index.nodes[b].firstEntry;
-    });
-}
-
-uint32_t PopNode(SnapIndex& index) {
-    std::pop_heap(index.heap.begin(), index.heap.end(), [&index](uint32_t a, uint32_t b) {
-        return index.nodes[a].firstEntry > index.nodes[b].firstEntry;
-    });
-    const uint32_t node = index.heap.back();
-    index.heap.pop_back();
-    return node;
-}
-
-/// Opens nodes up to the next leaf.  Leaves are successive entries, so no other leaf has any between them.
-bool NextLeaf(SnapIndex& index) {
-    while (!index.heap.empty()) {
-        const IndexNode& node = index.nodes[PopNode(index)];
-        if (node.childCount == 0) {
-            index.nextEntry = std::max(index.nextEntry, node.firstEntry);
-            index.leafEnd = node.lastEntry + 1;
-            return true;
+        IndexedPath& path = index.paths[item.path];
+        if (!Overlap(path.reach, cell.limits)) continue;
+        if (!members && !IsWider(path.reach, cell.limits)) {
+            cell.Add(item, path.reach);
+            continue;
         }
-        for (uint32_t i = 0; i < node.childCount; ++i) PushNode(index, node.firstChild + i);
+        if (!path.read) {
+            if (const HostError error = ReadPath(index, path)) return error;
+        }
+        for (uint32_t k = 0; k < path.count; ++k) AddMember(index, cell, {item.path, path.first + k});
     }
-    return false;
+    return kHostNoError;
 }
 
-} // namespace
+/// Gives the tree the cell; it shrinks to what its items reach.
+uint32_t EndCell(const SnapIndex& index, const NewCell& cell) {
+    IndexTree& tree = cell.tree;
+    const IndexBox box = Intersection(cell.limits, cell.held);
+    const size_t count = tree.items.size() - cell.firstItem;
+    const bool divided = cell.wholePaths || (count > kFewItems && !IsSmall(box, index.pull));
+    tree.cells.push_back({box, cell.firstItem, count, {}, divided});
+    return static_cast<uint32_t>(tree.cells.size() - 1);
+}
 
-bool MakeSnapIndex(SnapIndex& index) {
+void PlantTree(SnapIndex& index, IndexTree& tree) {
+    tree.cells.clear();
+    tree.items.clear();
+    NewCell cell{tree, kEverywhere, false};
+    for (uint32_t i = 0; i < index.paths.size(); ++i) cell.Add({i, kWholePath}, index.paths[i].reach);
+    EndCell(index, cell);
+}
+
+/// The quarter of the cell that holds the point.
+HostError EnterQuarter(SnapIndex& index, IndexTree& tree, const HostPoint& point, uint32_t& number) {
+    const IndexCell cell = tree.cells[number];
+    const float x = cell.box.left / 2 + cell.box.right / 2, y = cell.box.bottom / 2 + cell.box.top / 2;
+    const bool right = point.x >= x, upper = point.y >= y;
+    const size_t quarter = (right ? 1u : 0u) + (upper ? 2u : 0u);
+    if (cell.quarters[quarter] == 0) {
+        const IndexBox limits{right ? x : cell.box.left, upper ? y : cell.box.bottom,
+                              right ? cell.box.right : x, upper ? cell.box.top : y};
+        NewCell made{tree, limits, false};
+        if (const HostError error = FillCell(index, made, cell.firstItem, cell.itemCount)) return error;
+        const uint32_t madeNumber = EndCell(index, made);
+        tree.cells[number].quarters[quarter] = madeNumber;
+    }
+    number = tree.cells[number].quarters[quarter];
+    return kHostNoError;
+}
+
+/// Makes the list of the undivided cell that holds the point the query's.
+HostError FindList(SnapIndex& index, IndexTree& tree) {
+    index.item = index.behindItem = 0;
+    if (tree.cells.empty() || tree.items.size() > kMostItems) PlantTree(index, tree);
+    uint32_t number = 0;
+    while (Holds(tree.cells[number].box, index.point)) {
+        const IndexCell& cell = tree.cells[number];
+        if (!cell.divided) {
+            index.item = cell.firstItem;
+            index.behindItem = cell.firstItem + cell.itemCount;
+            break;
+        }
+        if (const HostError error = EnterQuarter(index, tree, index.point, number)) return error;
+    }
+    return kHostNoError;
+}
+
+/// Runs what reads the host and takes memory; the index fails with it.
+template <typename Work>
+bool Attempt(SnapIndex& index, Work work) {
     try {
-        if (AddPaths(index) == kHostNoError) {
-            BuildTree(index.nodes);
-            index.heap.reserve(index.nodes.size());
-            index.state = IndexState::kMade;
-            return true;
-        }
+        if (work() == kHostNoError) return true;
     } catch (const std::bad_alloc&) {
     }
     index = {};
@@ -276,27 +189,53 @@ bool MakeSnapIndex(SnapIndex& index) {
     return false;
 }
 
-void StartQuery(SnapIndex& index, const HostPoint& point, double tolerance, uint32_t firstEntry) {
-    index.wanted = BoxOf(ExtentOf(point), tolerance);
-    index.nextEntry = firstEntry;
-    index.leafEnd = 0;
-    index.heap.clear();
-    if (!index.nodes.empty()) PushNode(index, static_cast<uint32_t>(index.nodes.size() - 1));
+} // namespace
+
+bool MakeSnapIndex(SnapIndex& index, double pull) {
+    index = {};
+    index.pull = pull;
+    index.state = IndexState::kMade;
+    return Attempt(index, [&] { return AddPaths(index); });
 }
 
-bool NextEntry(SnapIndex& index, uint32_t& entry) {
-    do {
-        while (index.nextEntry < index.leafEnd) {
-            entry = index.nextEntry++;
-            if (Overlap(index.boxes[entry], index.wanted)) return true;
-        }
-    } while (NextLeaf(index));
+bool StartQuery(SnapIndex& index, IndexedThing thing, const HostPoint& point) {
+    IndexTree& tree = thing == kIndexedAnchors ? index.anchors : index.pieces;
+    index.point = point;
+    index.asked = &tree;
+    index.segment = index.behindSegment = 0;
+    return Attempt(index, [&] { return FindList(index, tree); });
+}
+
+bool ContinueQuery(SnapIndex& index, const IndexItem& last, const HostPoint& point) {
+    const IndexedPath path = index.paths[last.path];
+    if (!StartQuery(index, index.asked->thing, point)) return false;
+    index.path = last.path;
+    index.segment = last.segment + 1;
+    index.behindSegment = path.first + path.count;
+    const auto& items = index.asked->items;
+    const auto first = items.begin() + static_cast<ptrdiff_t>(index.item);
+    const auto behind = items.begin() + static_cast<ptrdiff_t>(index.behindItem);
+    index.item += static_cast<size_t>(
+        std::partition_point(first, behind, [&](const IndexItem& item) { return item.path <= last.path; }) -
+        first);
+    return true;
+}
+
+bool NextItem(SnapIndex& index, IndexItem& item) {
+    const bool anchors = index.asked->thing == kIndexedAnchors;
+    while (index.segment < index.behindSegment) {
+        item = {index.path, index.segment++};
+        if (anchors || Holds(index.reaches[item.segment].box, index.point)) return true;
+    }
+    while (index.item < index.behindItem) {
+        item = index.asked->items[index.item++];
+        if (anchors || Holds(index.reaches[item.segment].box, index.point)) return true;
+    }
     return false;
 }
 
-const IndexedPath& PathOfEntry(const SnapIndex& index, uint32_t entry) {
-    const auto behind =
-        std::upper_bound(index.paths.begin(), index.paths.end(), entry,
-                         [](uint32_t wanted, const IndexedPath& path) { return wanted < path.firstEntry; });
-    return *(behind - 1);
+IndexedPiece PieceOf(const SnapIndex& index, const IndexItem& item) {
+    const IndexedPath& path = index.paths[item.path];
+    const uint32_t number = item.segment - path.first, next = number + 1 == path.count ? 0 : number + 1;
+    return {number, next, index.segments[item.segment], index.segments[path.first + next]};
 }

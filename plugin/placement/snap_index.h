@@ -1,64 +1,86 @@
-/// An index over the pieces of the visible paths, which gives those near a point in the order of the walk.
+/// An index over the visible paths, which gives the anchors or pieces near a point in the order of the walk.
 ///
-/// Every segment of a path is an entry: its anchor, with the piece that begins at it if there is one.
-/// Entries are numbered in the order in which a walk over the document meets them.  Boxes over up to eight
-/// successive entries of a path are the leaves of a tree packed as by S. T. Leutenegger, M. A. Lopez and
-/// J. Edgington, "STR: A Simple and Efficient Algorithm for R-Tree Packing" (1997).  A query takes nodes
-/// from a heap, that of the lowest entry first, as searches for the nearest take the nearest first; so
-/// entries come in order, and what a caller doesn't ask for is never looked at.
-///
-/// Segments themselves stay with the host and are read when a query has found them.
+/// It costs little more than a walk to make, since it grows only where it is asked, as described by R. M.
+/// Karp, R. Motwani and P. Raghavan, "Deferred Data Structuring" (1988).  Two trees of cells, one over
+/// anchors and one over pieces, begin with a cell that lists all paths.  Each cell is quartered when a point
+/// in it is first asked for, and the quarter lists what has any of its points in reach: whole paths as long
+/// as they are smaller than the cell, then their anchors or pieces, for which the path is read.  So one list
+/// answers a query, and lists keep the order of the walk.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
+#include "plugin/placement/piece_reach.h"
 #include "suites/host_types.h"
-
-/// Rounded outward from what it bounds.
-struct IndexBox {
-    float left, bottom, right, top;
-};
-
-struct IndexNode {
-    IndexBox box;
-    uint32_t firstEntry, lastEntry; ///< lowest and highest below it
-    uint32_t firstChild;            ///< node number
-    uint32_t childCount;            ///< 0: a leaf, which holds firstEntry to lastEntry
-};
 
 struct IndexedPath {
     ArtHandle art;
     HostRect bounds; ///< as the host gives them
-    uint32_t firstEntry;
-    int32_t segmentCount;
+    IndexBox reach;  ///< of the bounds
+    bool read;       ///< what follows is known
     bool closed;
+    uint32_t first; ///< of its segments, in `segments`
+    uint32_t count;
+};
+
+constexpr uint32_t kWholePath = 0xFFFFFFFF;
+
+/// An anchor, the piece that begins at it, or a path.
+struct IndexItem {
+    uint32_t path;
+    uint32_t segment; ///< in `segments`; kWholePath
+};
+
+struct IndexCell {
+    IndexBox box;
+    size_t firstItem, itemCount;
+    uint32_t quarters[4]; ///< 0: not made yet
+    bool divided;         ///< else the list has no whole paths, and is short or the cell small
+};
+
+enum IndexedThing { kIndexedAnchors, kIndexedPieces };
+
+struct IndexTree {
+    IndexedThing thing;
+    std::vector<IndexCell> cells; ///< the first holds all
+    std::vector<IndexItem> items; ///< the cells' lists
 };
 
 enum class IndexState { kNotMade, kMade, kFailed };
 
 struct SnapIndex {
     IndexState state = IndexState::kNotMade;
-    std::vector<IndexedPath> paths; ///< those with segments, in the order of the walk
-    std::vector<IndexBox> boxes;    ///< by entry
-    std::vector<IndexNode> nodes;   ///< the root is the last
+    double pull = 0;                ///< that it was made for
+    std::vector<IndexedPath> paths; ///< in the order of the walk
+    std::vector<HostPathSegment> segments;
+    std::vector<PieceReach> reaches; ///< by segment, of the piece that begins there; nowhere if none does
+    IndexTree anchors{kIndexedAnchors, {}, {}}, pieces{kIndexedPieces, {}, {}};
 
     // The query that runs.
-    std::vector<uint32_t> heap; ///< node numbers
-    IndexBox wanted;
-    uint32_t nextEntry; ///< not below this one
-    uint32_t leafEnd;   ///< behind the last entry of the leaf that is being read
+    HostPoint point;
+    const IndexTree* asked;
+    uint32_t path, segment, behindSegment; ///< the rest of a path that comes first
+    size_t item, behindItem;
 };
 
-/// Makes the index.  False, for good: the host gave an error, or memory ran out.
-bool MakeSnapIndex(SnapIndex& index);
+/// Makes the index for searches with this pull.  False, for good: the host gave an error, or memory ran out.
+bool MakeSnapIndex(SnapIndex& index, double pull);
 
-/// Begins a query for the entries from `firstEntry` on that come within `tolerance` of the point on both
-/// axes.
-void StartQuery(SnapIndex& index, const HostPoint& point, double tolerance, uint32_t firstEntry);
+/// Begins a query for what may be within the pull of the point.  False: as above, and the index has failed.
+bool StartQuery(SnapIndex& index, IndexedThing thing, const HostPoint& point);
 
-/// The next entry whose box does; none that is within reach is left out.  False: no more.
-bool NextEntry(SnapIndex& index, uint32_t& entry);
+/// The same behind `last`, where the point has moved while its path was searched: the rest of this path comes
+/// first, whatever its bounds.
+bool ContinueQuery(SnapIndex& index, const IndexItem& last, const HostPoint& point);
 
-/// The path that an entry belongs to.
-const IndexedPath& PathOfEntry(const SnapIndex& index, uint32_t entry);
+/// The next one.  None that is within the pull is left out.  False: no more.
+bool NextItem(SnapIndex& index, IndexItem& item);
+
+/// The piece that begins at an item's anchor; only for items of a query for pieces.
+struct IndexedPiece {
+    uint32_t firstNumber, secondNumber; ///< of the path's segments
+    const HostPathSegment &first, &second;
+};
+IndexedPiece PieceOf(const SnapIndex& index, const IndexItem& item);
