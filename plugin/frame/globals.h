@@ -142,7 +142,9 @@ struct Globals {
     const HostBasic* hostBasic; ///< as last seen by a notifier or timer call
     PanelHandle panelRef;
     FlyoutHandle flyoutRef;
+    HWND panelWindow;     ///< the one that has our procedure, or has to get it again with the module
     WNDPROC oldPanelProc; ///< the host's, while the panel's window has ours
+    int16_t handlersDue;  ///< flag: the module came back and the host doesn't know its new addresses
     HBRUSH panelBrush;
     HFONT panelFont;
     int16_t uiDark;       ///< flag: the host's interface is dark

@@ -10,6 +10,7 @@
 #include "plugin/frame/timer.h"
 #include "plugin/host/alerts.h"
 #include "plugin/host/suite_table.h"
+#include "plugin/panel/panel_absence.h"
 
 namespace {
 
@@ -44,6 +45,7 @@ HostError HandleAbout(HostMessage*) {
 
 /// The block of state stays with the host while the module is away.
 HostError HandleUnload(HostMessage* message) {
+    if (globals) Leave();
     message->globals = globals;
     return kHostNoError;
 }
@@ -52,6 +54,7 @@ HostError HandleUnload(HostMessage* message) {
 HostError HandleReload(HostMessage* message) {
     globals = static_cast<Globals*>(message->globals);
     suiteUseCount = 0;
+    if (globals) Return();
     return kHostNoError;
 }
 
@@ -89,7 +92,9 @@ HostError Dispatch(const DispatchRow (&rows)[count], const char* caller, const c
 /// The caller's own handlers, while the suites are held.
 HostError DispatchByCaller(const char* caller, const char* selector, HostMessage* message) {
     if (Matches(kStartupRow, caller, selector)) return kStartupRow.handler(message);
-    return globals ? Dispatch(kRunningRows, caller, selector, message) : kHostNoError;
+    if (!globals) return kHostNoError;
+    ReturnHandlers();
+    return Dispatch(kRunningRows, caller, selector, message);
 }
 
 /// These codes say that the user knows already, or that the host will say it.

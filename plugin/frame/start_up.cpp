@@ -9,6 +9,7 @@
 #include "plugin/frame/timer.h"
 #include "plugin/host/suites.h"
 #include "plugin/panel/list_table.h"
+#include "plugin/panel/panel_absence.h"
 #include "plugin/panel/panel_build.h"
 #include "plugin/panel/panel_layout.h"
 #include "plugin/placement/geometry.h"
@@ -28,17 +29,27 @@ HostError SetOptions(PluginHandle self) {
 }
 
 /// A cursor that isn't there stays none.
-HostError LoadCursors() {
+void LoadCursors(HINSTANCE instance) {
+    for (int i = 0; i < kCursorCount; ++i)
+        globals->cursors[i] = LoadCursorA(instance, MAKEINTRESOURCEA(kFirstCursor + i));
+}
+
+HostError LoadModuleCursors() {
     AccessHandle access = nullptr;
     void* instance = nullptr;
     HostError error = AccessSuite().GetPluginAccess(globals->pluginRef, &access);
     if (error == kHostNoError) error = AccessSuite().GetAccessInstance(access, &instance);
-    if (error != kHostNoError) return error;
-    for (int i = 0; i < kCursorCount; ++i) {
-        globals->cursors[i] =
-            LoadCursorA(static_cast<HINSTANCE>(instance), MAKEINTRESOURCEA(kFirstCursor + i));
-    }
-    return kHostNoError;
+    if (error == kHostNoError) LoadCursors(static_cast<HINSTANCE>(instance));
+    return error;
+}
+
+/// The module that this function lies in, where no suite can be asked.
+HINSTANCE OwnModule() {
+    constexpr DWORD kOfAddress =
+        GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
+    HMODULE module = nullptr;
+    GetModuleHandleExA(kOfAddress, reinterpret_cast<LPCSTR>(OwnModule), &module);
+    return module;
 }
 
 void TakeSettings() {
@@ -63,7 +74,7 @@ HostError StartUp(const HostMessage* message) {
     HostError error = SetOptions(message->self);
     if (error != kHostNoError) return error;
     SetDefaults(message->self);
-    error = LoadCursors();
+    error = LoadModuleCursors();
     if (error != kHostNoError) return error;
     TakeSettings();
     error = AddMenus();
@@ -102,6 +113,16 @@ void ShutDown() {
     FreeHandle(globals->linkNames);
     FreeHandle(globals->pendingTags);
     FreeOffsets();
+}
+
+void Leave() {
+    LeavePanel();
+}
+
+void Return() {
+    const HINSTANCE module = OwnModule();
+    LoadCursors(module);
+    ReturnToPanel(module);
 }
 
 HostError OnNotify(HostMessage* message) {

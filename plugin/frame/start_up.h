@@ -15,6 +15,12 @@ HostError StartUp(const HostMessage* message);
 /// object and memory block that `globals` holds; the block of state itself is the caller's.
 void ShutDown();
 
+/// Before the host unloads the module, and when it has loaded it again, perhaps at another address: gives up
+/// and takes again what points into the module, code and resources.  All else in `globals` stays as it is.
+/// Neither needs the host's suites.
+void Leave();
+void Return();
+
 /// Handler of PluginMain.  When the host says that it has started, notes the basic interface that callbacks
 /// outside of a message acquire the suites with, and makes the panel.
 HostError OnNotify(HostMessage* message);

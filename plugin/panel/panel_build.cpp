@@ -115,22 +115,6 @@ void MakeBrushAndFont(HWND panel) {
         CreateFontA(height, 0, 0, 0, FW_NORMAL, 0, 0, 0, SHIFTJIS_CHARSET, 0, 0, 0, 0, kFontFace);
 }
 
-void LoadPanelIcons() {
-    const HINSTANCE instance = ModuleInstance();
-    for (size_t i = 0; i < std::size(kIconResources); ++i) {
-        globals->panelIcons[i] = LoadIconA(instance, MAKEINTRESOURCEA(kIconResources[i]));
-        globals->panelIcons[i + kDarkIcons] =
-            LoadIconA(instance, MAKEINTRESOURCEA(kIconResources[i] + kDarkResources));
-    }
-}
-
-/// Puts the panel's procedure in front of the host's, once.
-void TakeWindow(HWND panel) {
-    const auto ours = reinterpret_cast<INT_PTR>(PanelWindowProc);
-    if (GetWindowLongPtrA(panel, GWLP_WNDPROC) == ours) return;
-    globals->oldPanelProc = reinterpret_cast<WNDPROC>(SetWindowLongPtrA(panel, GWLP_WNDPROC, ours));
-}
-
 void MakeLists(HWND panel, const PanelPlan& plan) {
     for (const ControlRow& row : kListControls) MakeControl(panel, plan, row);
     for (const int control : {kRecordList, kFolderList, kGroupCombo}) UsePanelFont(panel, control);
@@ -153,11 +137,19 @@ void MakeOtherControls(HWND panel, const PanelPlan& plan) {
 
 } // namespace
 
+void LoadPanelIcons(HINSTANCE instance) {
+    for (size_t i = 0; i < std::size(kIconResources); ++i) {
+        globals->panelIcons[i] = LoadIconA(instance, MAKEINTRESOURCEA(kIconResources[i]));
+        globals->panelIcons[i + kDarkIcons] =
+            LoadIconA(instance, MAKEINTRESOURCEA(kIconResources[i] + kDarkResources));
+    }
+}
+
 void BuildPanel(HWND panel) {
     ReadTheme();
     MakeBrushAndFont(panel);
-    TakeWindow(panel);
-    LoadPanelIcons();
+    TakePanelWindow(panel);
+    LoadPanelIcons(ModuleInstance());
     const PanelPlan plan = PlanOfPanel(panel);
     MakeLists(panel, plan);
     FillLists(panel);
@@ -203,8 +195,7 @@ HostError CreatePanel(PluginHandle plugin) {
 }
 
 void TakeDownWindow(HWND panel) {
-    const auto old = reinterpret_cast<INT_PTR>(globals->oldPanelProc);
-    if (old) SetWindowLongPtrA(panel, GWLP_WNDPROC, old);
+    GivePanelWindowBack();
     DestroyWindow(panel);
 }
 
@@ -213,5 +204,6 @@ void FreePanelObjects() {
     if (globals->panelFont) DeleteObject(globals->panelFont);
     globals->panelBrush = nullptr;
     globals->panelFont = nullptr;
+    globals->panelWindow = nullptr;
     globals->oldPanelProc = nullptr;
 }

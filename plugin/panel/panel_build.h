@@ -14,6 +14,9 @@ HostError CreatePanel(PluginHandle plugin);
 /// Takes over a window: its procedure, colours, font, icons, the controls and their contents.
 void BuildPanel(HWND panel);
 
+/// Loads the icons of its buttons, which live no longer than the module.
+void LoadPanelIcons(HINSTANCE instance);
+
 /// Gives the panel's window the host's procedure back and destroys it.
 void TakeDownWindow(HWND panel);
 

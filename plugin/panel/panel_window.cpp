@@ -69,6 +69,18 @@ LRESULT ColorStatic(HDC context) {
 
 } // namespace
 
+void TakePanelWindow(HWND panel) {
+    const auto ours = reinterpret_cast<INT_PTR>(PanelWindowProc);
+    globals->panelWindow = panel;
+    if (GetWindowLongPtrA(panel, GWLP_WNDPROC) == ours) return;
+    globals->oldPanelProc = reinterpret_cast<WNDPROC>(SetWindowLongPtrA(panel, GWLP_WNDPROC, ours));
+}
+
+void GivePanelWindowBack() {
+    if (!globals->oldPanelProc || !IsWindow(globals->panelWindow)) return;
+    SetWindowLongPtrA(globals->panelWindow, GWLP_WNDPROC, reinterpret_cast<INT_PTR>(globals->oldPanelProc));
+}
+
 int ScrollTarget(int position, ScrollRange range, WORD low, WORD high) {
     switch (low) {
         case SB_LINEUP:

@@ -2,116 +2,12 @@
 
 #include <cmath>
 
-#include "plugin/actions/view_map.h"
-#include "plugin/placement/action_names.h"
 #include "plugin/store/record.h"
-#include "tests/tour/tour.h"
-#include "workbench/frame/document_window.h"
+#include "tests/tour/placement_tour.h"
 
 namespace {
 
 using workbench::Art;
-using workbench::Document;
-
-constexpr RECT kDocumentPlace{40, 60, 640, 660};
-
-/// A document's window beside the panel, over an empty page.
-class PlacementTour : public Tour {
-public:
-    void SetUp() override {
-        Tour::SetUp();
-        pictures_.draw = [](const Document&, const workbench::View&, SIZE size, uint32_t* pixels,
-                            const auto&) { std::fill_n(pixels, size.cx * size.cy, 0xFFFFFFu); };
-    }
-    void TearDown() override {
-        windows().StopTimers();
-        page_.reset();
-        Tour::TearDown();
-    }
-
-    /// With the panel and the ticks, so that the plug-in knows the view.
-    void Begin() {
-        page_ = std::make_unique<workbench::DocumentWindow>(host(), windows().window(), kDocumentPlace,
-                                                            pictures_);
-        page_->fileName = "page.svg";
-        page_->ShowFront();
-        BuildThePanel();
-        frame().Resize({560, 480});
-        windows().StartTimers();
-        WaitTicks().Play();
-        ASSERT_EQ(globals->docWindow, page_->canvas().window());
-    }
-
-    Art& AddSquare(double left, double bottom, double side) {
-        Art& path = *document().AppendArt(kArtPath, document().LayerAt(0).root);
-        auto& data = std::get<workbench::PathData>(path.data);
-        for (const HostPoint corner : {HostPoint{left, bottom}, HostPoint{left + side, bottom},
-                                       HostPoint{left + side, bottom + side}, HostPoint{left, bottom + side}})
-            data.segments.push_back({corner, corner, corner, 1});
-        data.closed = true;
-        return path;
-    }
-
-    POINT PixelOfArt(HostPoint point) {
-        const workbench::View& view = document().view();
-        POINT pixel{static_cast<LONG>(std::lround((point.x - view.bounds.left) * view.zoom)),
-                    static_cast<LONG>(std::lround((view.bounds.top - point.y) * view.zoom))};
-        ClientToScreen(page_->canvas().window(), &pixel);
-        return pixel;
-    }
-
-    /// Presses a row and drags it over the page; the button stays down.
-    Tour& DragRowTo(int row, HostPoint point) {
-        PointAt([this, row] { return RowPoint(kRecordList, row); });
-        hands().Press();
-        return MoveTo(point);
-    }
-    Tour& MoveTo(HostPoint point) {
-        // Twice: a drag begins with the first, the second is its first move.
-        PointAt([this, point] {
-            const POINT pixel = PixelOfArt(point);
-            return POINT{pixel.x + 12, pixel.y};
-        });
-        return PointAt([this, point] { return PixelOfArt(point); });
-    }
-    void Drop() {
-        hands().Release();
-        Play();
-    }
-
-    size_t ArtOnPage() {
-        size_t count = 0;
-        for (const Art* art = document().LayerAt(0).root->firstChild; art; art = art->below) ++count;
-        return count;
-    }
-    HostRect BoundsOfTop() {
-        HostRect bounds{};
-        EXPECT_TRUE(document().Bounds(*document().LayerAt(0).root->firstChild, &bounds));
-        return bounds;
-    }
-
-    /// Registers all of the page under a name and clears the page.
-    void RegisterPageAs(const std::string& name) {
-        document().SelectAll();
-        ClickControl(kNewButton).SetText(7, name).PressButton(IDOK).Play();
-        Art* root = document().LayerAt(0).root;
-        while (root->firstChild) document().DisposeArt(root->firstChild);
-    }
-
-    workbench::DocumentWindow& page() { return *page_; }
-
-private:
-    workbench::CanvasPictures pictures_;
-    std::unique_ptr<workbench::DocumentWindow> page_;
-};
-
-void ExpectRect(const HostRect& rect, double left, double top, double right, double bottom,
-                double within = 1e-3) {
-    EXPECT_NEAR(rect.left, left, within);
-    EXPECT_NEAR(rect.top, top, within);
-    EXPECT_NEAR(rect.right, right, within);
-    EXPECT_NEAR(rect.bottom, bottom, within);
-}
 
 TEST_P(PlacementTour, RegisterDragAndSnap) {
     Begin();
@@ -126,7 +22,7 @@ TEST_P(PlacementTour, RegisterDragAndSnap) {
     EXPECT_EQ(ArtOnPage(), 0u);
 
     // Without snaps the left top corner (origin 0) lands under the pointer.
-    globals->flUseGrid = globals->flUseFcur = globals->flUseFcrs = globals->flUseFops = 0;
+    SnapToNothing();
     DragRowTo(0, {200, 300});
     Drop();
     ASSERT_EQ(ArtOnPage(), 1u);
@@ -159,7 +55,7 @@ TEST_P(PlacementTour, OutlineFollowsAndGoes) {
     Begin();
     RegisterPageAs("square");
     page().Refresh();
-    globals->flUseGrid = globals->flUseFcur = globals->flUseFcrs = globals->flUseFops = 0;
+    SnapToNothing();
     Play();
     const POINT corner = PixelOfArt({200, 300});
     const auto isInverted = [&] { return hands().Pixel(corner.x + 5, corner.y) != 0xFFFFFFu; };
@@ -177,7 +73,7 @@ TEST_P(PlacementTour, ControlHandsOverTags) {
     Begin();
     RegisterPageAs("tagged");
     AddSquare(200, 200, 100);
-    globals->flUseGrid = globals->flUseFcur = globals->flUseFcrs = globals->flUseFops = 0;
+    SnapToNothing();
     DragRowTo(0, {220, 320});
     hands().KeyDown(VK_CONTROL);
     MoveTo({250, 250}).Do([] { EXPECT_EQ(globals->trackState, 2); });
@@ -203,7 +99,7 @@ TEST_P(PlacementTour, DropsThatHaveNoUsualPlace) {
     AddSquare(0, 0, 40);
     Begin();
     RegisterPageAs("square");
-    globals->flUseGrid = globals->flUseFcur = globals->flUseFcrs = globals->flUseFops = 0;
+    SnapToNothing();
     // Six pixels and no more: placed where the drag began, below the panel, without an outline.
     const POINT row = RowPoint(kRecordList, 0);
     hands().Move(row.x, row.y).Press().Move(row.x + 6, row.y).Release();

@@ -10,6 +10,25 @@ namespace {
 
 constexpr uint32_t kMessageCheck = 0x4D534721; // 'MSG!'
 
+HMODULE ModuleOf(const void* address) {
+    HMODULE module = nullptr;
+    GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                       static_cast<LPCSTR>(address), &module);
+    return module;
+}
+
+struct Search {
+    HMODULE module;
+    int windows; ///< whose procedure lies in it
+};
+
+BOOL CALLBACK CountIfOf(HWND window, LPARAM parameter) {
+    auto* search = reinterpret_cast<Search*>(parameter);
+    const auto procedure = reinterpret_cast<const void*>(GetWindowLongPtrA(window, GWLP_WNDPROC));
+    if (procedure && ModuleOf(procedure) == search->module) ++search->windows;
+    return TRUE;
+}
+
 } // namespace
 
 PluginModule::PluginModule(Host& host, HostPluginMain entry) : host_(host), entry_(entry) {
@@ -26,11 +45,8 @@ PluginModule::~PluginModule() {
 }
 
 void PluginModule::TellHost() {
-    HMODULE module = nullptr;
-    GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                       reinterpret_cast<LPCSTR>(entry_), &module);
     host_.SetPlugin({.handle = self(),
-                     .instance = module,
+                     .instance = ModuleOf(reinterpret_cast<const void*>(entry_)),
                      .doAction = [this](int32_t typeWord, ParametersHandle parameters) {
                          return Send(
                              HOST_CALLER_ACTION, HOST_SELECTOR_DO_ACTION,
@@ -54,7 +70,9 @@ HostError PluginModule::SendHead(const char* caller, const char* selector, HostM
     message.globals = state_;
     message.basic = host_.basic();
     const Host::Message bracket;
+    ++depth_;
     const HostError error = entry_(caller, selector, &message);
+    --depth_;
     state_ = message.globals;
     return error;
 }
@@ -72,9 +90,20 @@ HostError PluginModule::ShutDown() {
     return error;
 }
 
+void PluginModule::CheckProcedures() {
+    Search search{ModuleOf(reinterpret_cast<const void*>(entry_)), 0};
+    EnumChildWindows(GetDesktopWindow(), CountIfOf, reinterpret_cast<LPARAM>(&search));
+    if (search.windows > 0)
+        host_.Fault("unload: " + std::to_string(search.windows) + " windows have a procedure of the plug-in");
+}
+
 HostError PluginModule::Unload() {
+    if (depth_ > 0 || host_.Uses() > 0) return kHostRefused;
     const HostError error = Send(HOST_CALLER_ACCESS, HOST_SELECTOR_UNLOAD);
-    if (error != kHostNoError || file_.empty()) return error;
+    if (error != kHostNoError) return error;
+    host_.ForgetHandlers();
+    if (file_.empty()) return kHostNoError;
+    CheckProcedures();
     entry_ = nullptr;
     library_.Unload();
     return Library::IsInProcess(file_) ? kHostRefused : kHostNoError;

@@ -31,8 +31,10 @@ public:
     HostError StartUp();
     HostError ShutDown();
 
-    /// Tells the plug-in and drops its library.  The state stays in the slot.  Without a file only the
-    /// message is sent.  kHostRefused if the library stays in the process all the same.
+    /// Tells the plug-in, forgets its handlers and drops its library.  The state stays in the slot, and the
+    /// plug-in's panel on the screen.  A window whose procedure is still the plug-in's is a fault.  Without a
+    /// file nothing is dropped.  kHostRefused, and nothing is told, while a message to the plug-in is under
+    /// way or it holds suites; also if the library stays in the process all the same.
     HostError Unload();
 
     /// Loads the library again and tells the plug-in.  kHostNotFound if it can't be loaded.
@@ -73,6 +75,7 @@ private:
     }
     HostError SendHead(const char* caller, const char* selector, HostMessage& message);
     void LoadEntry();
+    void CheckProcedures();
     void TellHost();
 
     Host& host_;
@@ -82,6 +85,7 @@ private:
     std::string error_;
     void* state_ = nullptr;
     bool running_ = false;
+    int depth_ = 0; ///< messages under way
 };
 
 } // namespace workbench

@@ -258,7 +258,17 @@ HostError Host::PlayAction(const std::string& name, ParametersHandle parameters)
     const auto action = std::ranges::find(state_->actions, name, &HostAction::name);
     if (action == state_->actions.end()) return kHostNotFound;
     if (!state_->plugin.doAction) return kHostRefused;
-    const HostError error = state_->plugin.doAction(action->typeWord, parameters);
+    const void* known =
+        state_->handles.Find(HandleType::kParameters, reinterpret_cast<uintptr_t>(parameters));
+    const HostAction played = *action; // it may go while it runs
+    const auto reals =
+        known ? static_cast<const HostParameters*>(known)->reals : std::map<uint32_t, double>{};
+    const auto tell = [&](bool done) {
+        if (state_->watchActions) state_->watchActions(played, reals, done);
+    };
+    tell(false);
+    const HostError error = state_->plugin.doAction(played.typeWord, parameters);
+    tell(true);
     if (state_->frame) state_->frame->DocumentChanged();
     return error;
 }
@@ -272,8 +282,23 @@ HostError Host::PlayAction(const std::string& name, const std::map<uint32_t, dou
     return error;
 }
 
+void Host::WatchActions(ActionWatch watch) {
+    state_->watchActions = std::move(watch);
+}
+
 void Host::AddMenuGroup(const std::string& name) {
     state_->GroupOf(name);
+}
+
+void Host::ForgetHandlers() {
+    for (const auto& panel : state_->panels) {
+        panel->onFlyout = nullptr;
+        panel->onSize = nullptr;
+    }
+}
+
+void Host::Fault(const std::string& line) {
+    state_->Fault(line);
 }
 
 void Host::DropPluginObjects() {

@@ -43,6 +43,11 @@ struct HostPlugin {
     std::function<HostError(int32_t typeWord, ParametersHandle parameters)> doAction;
 };
 
+/// @param reals  the parameters that it is played with
+/// @param done  it has run
+using ActionWatch =
+    std::function<void(const HostAction& action, const std::map<uint32_t, double>& reals, bool done)>;
+
 class Host {
 public:
     Host();  ///< becomes the current host; there must be none
@@ -94,11 +99,16 @@ public:
     /// As a person or a script plays a recorded one; kHostNotFound for none of that name.
     HostError PlayAction(const std::string& name, const std::map<uint32_t, double>& reals);
     HostError PlayAction(const std::string& name, ParametersHandle parameters);
+    /// Sees every action just before it runs and when it has, whoever played it; an empty function ends that.
+    void WatchActions(ActionWatch watch);
     /// Another plug-in's menu group, as if it had made it.
     void AddMenuGroup(const std::string& name);
     /// The plug-in is down: its menus, timers, notifiers and actions go.  A panel or flyout that it left is a
     /// fault.
     void DropPluginObjects();
+    /// The plug-in's code goes, not the plug-in: its panels stay and have no handlers.
+    void ForgetHandlers();
+    void Fault(const std::string& line); ///< what others have found the plug-in to do wrong
 
     const std::vector<Alert>& alerts() const;
     void ClearAlerts();

@@ -94,6 +94,7 @@ struct HostState {
     std::vector<std::unique_ptr<HostFlyout>> flyouts;
     std::vector<std::unique_ptr<HostPanel>> panels;
     std::vector<HostAction> actions;
+    ActionWatch watchActions;
 
     std::vector<int64_t> uses; ///< by suite number
     int64_t allUses = 0;
