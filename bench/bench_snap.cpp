@@ -4,8 +4,12 @@
 /// missed.  Of 100,000 pieces:
 /// `walk_over_index`     time of all moves by walking, divided by that with the index
 /// `make_in_walks`       time to make the index, divided by that of one search that walks all paths in vain
+/// `begin_in_walks`      the same with the first search amid the art, which reads the paths there
 /// `p99_us`              99th percentile of one search with the index, microseconds
 /// `p99_over_rtree`      the same, divided by the 99th percentile of a query for the pieces' boxes in reach
+/// The index grows below the moves, so these numbers are of moves that were made before.  The first time:
+/// `walk_over_new`       time of all moves by walking, divided by that of the first time, with making the
+/// index `new_over_again`      the latter, divided by that of the same moves afterwards
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -16,6 +20,7 @@
 #include <ctime>
 #include <limits>
 #include <memory>
+#include <numeric>
 #include <optional>
 #include <random>
 #include <vector>
@@ -67,9 +72,10 @@ struct Drag {
     workbench::PluginModule plugin{host, PluginMain};
     std::vector<TreeBox> boxes;
     std::vector<HostPoint> moves;
+    double side;
     bool ready = false;
 
-    Drag(int paths, double side, double step) {
+    Drag(int paths, double pageSide, double step) : side(pageSide) {
         Artist artist;
         auto document = std::make_unique<workbench::Document>();
         for (int i = 0; i < paths; ++i) {
@@ -111,7 +117,20 @@ struct Played {
     double total = 0;
     std::vector<double> searches; ///< seconds
     std::vector<HostPoint> points;
+
+    void Add(double seconds) {
+        searches.push_back(seconds);
+        total += seconds;
+    }
 };
+
+/// What `work` takes, in processor seconds.
+template <typename Work>
+double ProcessorSeconds(Work work) {
+    const clock_t start = std::clock();
+    work();
+    return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+}
 
 /// Every `stride`-th move.
 Played PlayOnce(const std::vector<HostPoint>& moves, size_t stride) {
@@ -123,7 +142,7 @@ Played PlayOnce(const std::vector<HostPoint>& moves, size_t stride) {
             if (kind != kSnapNone) break;
             const auto start = std::chrono::steady_clock::now();
             search(point, kind);
-            played.searches.push_back(Seconds(start));
+            played.Add(Seconds(start));
         }
         played.points.push_back(point);
     }
@@ -138,7 +157,7 @@ Played Play(const std::vector<HostPoint>& moves, size_t stride) {
         for (size_t i = 0; i < best.searches.size(); ++i)
             best.searches[i] = std::min(best.searches[i], played.searches[i]);
     }
-    for (const double seconds : best.searches) best.total += seconds;
+    best.total = std::accumulate(best.searches.begin(), best.searches.end(), 0.0);
     return best;
 }
 
@@ -159,20 +178,22 @@ std::vector<double> QueryTree(const Drag& drag) {
     return times;
 }
 
-/// Processor seconds for a search far from all art, the best of several: a walk over all of it, or what it
-/// takes to make the index.
-double VainSearchSeconds(bool indexed) {
-    clock_t best = std::numeric_limits<clock_t>::max();
+constexpr HostPoint kNowhere{-1e6, -1e6};
+
+/// Processor seconds for a first search, the best of several: far from all art it is a walk over all of it,
+/// or what it takes to make the index.
+double SearchSeconds(bool indexed, const HostPoint& from) {
+    double best = std::numeric_limits<double>::infinity();
     for (int i = 0; i < 5 * kRounds; ++i) {
         std::optional<Snapping> snapping;
-        HostPoint nowhere{-1e6, -1e6};
+        HostPoint point = from;
         int16_t kind = kSnapNone;
-        const clock_t start = std::clock();
-        if (indexed) snapping.emplace();
-        SnapToAnchor(nowhere, kind);
-        best = std::min(best, std::clock() - start);
+        best = std::min(best, ProcessorSeconds([&] {
+                            if (indexed) snapping.emplace();
+                            SnapToPath(point, kind);
+                        }));
     }
-    return static_cast<double>(best) / CLOCKS_PER_SEC;
+    return best;
 }
 
 bool Same(const std::vector<HostPoint>& few, const std::vector<HostPoint>& all, size_t stride) {
@@ -190,13 +211,16 @@ void SnapMoves(benchmark::State& state) {
                         static_cast<double>(state.range(2)));
         if (!drag.ready) return state.SkipWithError("the plug-in doesn't start");
         const Played walked = Play(drag.moves, kStride);
-        const double walk = VainSearchSeconds(false), make = VainSearchSeconds(true);
+        const double walking = ProcessorSeconds([&] { PlayOnce(drag.moves, kStride); });
+        const double walk = SearchSeconds(false, kNowhere), make = SearchSeconds(true, kNowhere);
+        const HostPoint middle{drag.side / 2, drag.side / 2};
+        const double begin = SearchSeconds(true, middle);
         const Snapping snapping;
-        HostPoint nowhere{-1e6, -1e6};
-        int16_t kind = kSnapNone;
-        SnapToAnchor(nowhere, kind); // makes the index
+        Played first;
+        const double growing = ProcessorSeconds([&] { first = PlayOnce(drag.moves, 1); });
+        const double grown = ProcessorSeconds([&] { PlayOnce(drag.moves, 1); });
         const Played indexed = Play(drag.moves, 1);
-        if (!Same(walked.points, indexed.points, kStride)) {
+        if (!Same(walked.points, indexed.points, kStride) || !Same(first.points, indexed.points, 1)) {
             return state.SkipWithError("index and walk differ");
         }
         const Played again = Play(drag.moves, kStride); // the very moves that were walked
@@ -204,7 +228,10 @@ void SnapMoves(benchmark::State& state) {
         state.counters["walk_ms"] = walk * 1e3;
         state.counters["make_ms"] = make * 1e3;
         state.counters["walk_over_index"] = walked.total / again.total;
+        state.counters["walk_over_new"] = walking * kStride / growing;
+        state.counters["new_over_again"] = growing / grown;
         state.counters["make_in_walks"] = make / walk;
+        state.counters["begin_in_walks"] = begin / walk;
         state.counters["p99_us"] = percentile * 1e6;
         state.counters["p99_over_rtree"] = percentile / Percentile99(QueryTree(drag));
     }

@@ -162,21 +162,3 @@ bool ReachTouches(const PieceReach& reach, const HostPathSegment& first, const H
                              : CurveTouches({first.anchor, first.out, second.in, second.anchor}, x, y, halfX,
                                             halfY, kHalvings);
 }
-
-bool Overlap(const IndexBox& a, const IndexBox& b) {
-    return a.left <= b.right && b.left <= a.right && a.bottom <= b.top && b.bottom <= a.top;
-}
-
-bool Holds(const IndexBox& box, const HostPoint& point) {
-    return box.left <= point.x && point.x <= box.right && box.bottom <= point.y && point.y <= box.top;
-}
-
-IndexBox Union(const IndexBox& a, const IndexBox& b) {
-    return {std::min(a.left, b.left), std::min(a.bottom, b.bottom), std::max(a.right, b.right),
-            std::max(a.top, b.top)};
-}
-
-IndexBox Intersection(const IndexBox& a, const IndexBox& b) {
-    return {std::max(a.left, b.left), std::max(a.bottom, b.bottom), std::min(a.right, b.right),
-            std::min(a.top, b.top)};
-}

@@ -4,6 +4,7 @@
 /// of the arc if the piece counts as one, else of the chords that follow it.
 #pragma once
 
+#include <algorithm>
 #include <limits>
 
 #include "suites/host_types.h"
@@ -33,7 +34,20 @@ PieceReach ReachOfPiece(const HostPathSegment& first, const HostPathSegment& sec
 bool ReachTouches(const PieceReach& reach, const HostPathSegment& first, const HostPathSegment& second,
                   const IndexBox& box);
 
-bool Overlap(const IndexBox& a, const IndexBox& b);
-bool Holds(const IndexBox& box, const HostPoint& point);
-IndexBox Union(const IndexBox& a, const IndexBox& b);
-IndexBox Intersection(const IndexBox& a, const IndexBox& b);
+inline bool Overlap(const IndexBox& a, const IndexBox& b) {
+    return a.left <= b.right && b.left <= a.right && a.bottom <= b.top && b.bottom <= a.top;
+}
+
+inline bool Holds(const IndexBox& box, const HostPoint& point) {
+    return box.left <= point.x && point.x <= box.right && box.bottom <= point.y && point.y <= box.top;
+}
+
+inline IndexBox Union(const IndexBox& a, const IndexBox& b) {
+    return {std::min(a.left, b.left), std::min(a.bottom, b.bottom), std::max(a.right, b.right),
+            std::max(a.top, b.top)};
+}
+
+inline IndexBox Intersection(const IndexBox& a, const IndexBox& b) {
+    return {std::max(a.left, b.left), std::max(a.bottom, b.bottom), std::min(a.right, b.right),
+            std::min(a.top, b.top)};
+}

@@ -13,6 +13,9 @@ namespace {
 constexpr size_t kFewItems = 16;       // are not divided further
 constexpr double kSmallCell = 4;       // pulls; what is within reach lies in about two of them
 constexpr size_t kMostItems = 1 << 23; // a tree that grows beyond is made anew
+// Segments of a large document.  Memory that is set aside and never touched costs next to nothing, moving
+// what has grown costs more than reading.
+constexpr size_t kRoom = 1 << 18;
 constexpr uint32_t kMostSegments = 0x7FFFFFFF;
 
 // Reading the document
@@ -48,6 +51,10 @@ HostError ReadPath(SnapIndex& index, IndexedPath& path) {
     path.count = static_cast<uint32_t>(count);
     path.closed = closed != 0;
     if (path.count > kMostSegments - path.first) return kHostOutOfMemory;
+    if (path.first == 0) {
+        index.segments.reserve(kRoom);
+        index.reaches.reserve(kRoom);
+    }
     index.segments.resize(path.first + path.count);
     if (count > 0) {
         HostPathSegment* segments = index.segments.data() + path.first;
