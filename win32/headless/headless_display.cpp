@@ -5,6 +5,9 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <vector>
+
+#include "win32/gdi/icon.h"
 
 HeadlessDisplay::HeadlessDisplay(int width, int height) {
     OpenDesktop(this, width, height);
@@ -90,15 +93,50 @@ void HeadlessDisplay::End(const char* reason) const {
     std::abort();
 }
 
+namespace {
+
+/// Over `below`, as the machine's own pointer would be.
+uint32_t PointerPixel(const IconPicture& picture, size_t index, uint32_t below) {
+    const uint32_t pixel = picture.pixels[index];
+    if (!picture.hasAlpha) return picture.keepsBelow[index] != 0 ? below ^ pixel : pixel;
+    const uint32_t alpha = pixel >> 24;
+    uint32_t mixed = 0;
+    for (const int shift : {16, 8, 0}) {
+        const uint32_t over = pixel >> shift & 0xFF, under = below >> shift & 0xFF;
+        mixed |= (over * alpha + under * (255 - alpha) + 127) / 255 << shift;
+    }
+    return mixed;
+}
+
+void DrawPointer(std::vector<uint32_t>& screen, int width, int height, HCURSOR cursor) {
+    const IconPicture* const picture = PictureOfIcon(cursor);
+    POINT place{};
+    if (picture == nullptr || !GetCursorPos(&place)) return;
+    size_t index = 0;
+    for (int row = 0; row < picture->height; ++row) {
+        for (int column = 0; column < picture->width; ++column, ++index) {
+            const LONG x = place.x - picture->hotSpot.x + column, y = place.y - picture->hotSpot.y + row;
+            if (x < 0 || x >= width || y < 0 || y >= height) continue;
+            uint32_t& pixel =
+                screen[static_cast<size_t>(y) * static_cast<size_t>(width) + static_cast<size_t>(x)];
+            pixel = PointerPixel(*picture, index, pixel);
+        }
+    }
+}
+
+} // namespace
+
 bool HeadlessDisplay::SavePng(const std::string& path) const {
     const FrameBuffer screen = DesktopPixels();
+    const auto width = static_cast<size_t>(screen.width), height = static_cast<size_t>(screen.height);
+    std::vector<uint32_t> pixels(screen.pixels, screen.pixels + width * height);
+    DrawPointer(pixels, screen.width, screen.height, cursor_);
     cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_RGB24, screen.width, screen.height);
     unsigned char* bytes = cairo_image_surface_get_data(surface);
     if (bytes != nullptr) {
         const int stride = cairo_image_surface_get_stride(surface);
-        for (int y = 0; y < screen.height; ++y) {
-            const uint32_t* row = screen.pixels + static_cast<ptrdiff_t>(y) * screen.width;
-            std::copy_n(row, screen.width,
+        for (size_t y = 0; y < height; ++y) {
+            std::copy_n(pixels.begin() + static_cast<ptrdiff_t>(y * width), width,
                         reinterpret_cast<uint32_t*>(bytes + static_cast<ptrdiff_t>(y) * stride));
         }
         cairo_surface_mark_dirty(surface);

@@ -56,7 +56,7 @@ public:
     size_t StepsLeft() const { return steps_.size(); }
     void ForgetSteps() { steps_.clear(); }
 
-    /// The frame buffer as it is now, as a PNG file at a path of the machine.
+    /// The frame buffer as it is now, with the pointer on it, as a PNG file at a path of the machine.
     bool SavePng(const std::string& path) const;
     /// 0x00RRGGBB; the place must be on the screen.
     uint32_t Pixel(int x, int y) const;
