@@ -42,6 +42,15 @@ class DocsTest(unittest.TestCase):
         page = re.findall(r"^\| (\w[\w ]+ Suite) \| (\d+) \| (\d+) \| `(\w+\.h)` \|", read("docs/porting.md"), re.M)
         self.assertEqual({name: tuple(rest) for name, *rest in page}, expected)
 
+    def test_keys_are_those_of_the_settings_and_notes(self):
+        page = read("docs/file-format.md")
+        keys = re.findall(r'\{"(\w+)", Kind::', read("plugin/frame/preferences.cpp"))
+        keys += re.findall(r'constexpr char k\w+\[\] = "(\w+)";', read("plugin/store/intent_note.cpp"))
+        self.assertGreater(len(keys), 30)
+        for key in keys:
+            if not re.fullmatch(r"aidbfpathEx[2-4]", key):
+                self.assertRegex(page, f"`{key}( = 1)?`")
+
     def test_links_lead_somewhere(self):
         for page in [ROOT / "README.md", *sorted((ROOT / "docs").glob("*.md"))]:
             for target in re.findall(r"\]\(([^)#]+)", page.read_text(encoding="utf-8")):
