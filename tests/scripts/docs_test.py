@@ -45,11 +45,11 @@ class DocsTest(unittest.TestCase):
     def test_keys_are_those_of_the_settings_and_notes(self):
         page = read("docs/file-format.md")
         keys = re.findall(r'\{"(\w+)", Kind::', read("plugin/frame/preferences.cpp"))
-        keys += re.findall(r'constexpr char k\w+\[\] = "(\w+)";', read("plugin/store/intent_note.cpp"))
+        keys += re.findall(r'constexpr char k\w+\[\] = "([a-z_]+)";', read("plugin/store/intent_note.cpp"))
         self.assertGreater(len(keys), 30)
         for key in keys:
             if not re.fullmatch(r"aidbfpathEx[2-4]", key):
-                self.assertRegex(page, f"`{key}( = 1)?`")
+                self.assertTrue(f"`{key}`" in page or f"`{key} = 1`" in page, key)
 
     def test_links_lead_somewhere(self):
         for page in [ROOT / "README.md", *sorted((ROOT / "docs").glob("*.md"))]:
