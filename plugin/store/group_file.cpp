@@ -206,10 +206,9 @@ void GroupWalk::StartAt(uint32_t number) {
 // Brings the next header into the window: no more than it where records are so long that copying what lies
 // between costs more than another call, many at once where they are short.
 bool GroupWalk::Fill() {
-    const uint32_t mean = walked_ > 0 ? (end_ - kCountBytes) / walked_ : kLongRecordBytes;
+    const bool areShort = end_ - kCountBytes < uint64_t{walked_} * kLongRecordBytes;
     windowPlace_ = end_;
-    windowBytes_ =
-        std::min(mean < kLongRecordBytes ? kWindowBytes : kRecordHeaderBytes, file_.length() - end_);
+    windowBytes_ = std::min(areShort ? kWindowBytes : kRecordHeaderBytes, file_.length() - end_);
     return file_.Read(windowPlace_, window_.data(), windowBytes_);
 }
 

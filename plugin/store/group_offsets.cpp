@@ -35,9 +35,11 @@ GroupOffsets* OffsetsOf(const FileStamp& stamp) {
 
 bool AddOffset(GroupOffsets& table, uint32_t end) {
     const uint64_t bytes = (uint64_t{table.known} + 2) * sizeof end;
-    const MemoryHandle large = ResizeHandle(table.places, bytes, kSmallGrain);
-    if (large == nullptr) return false;
-    table.places = large;
+    if (BlockSize(table.places) < bytes) {
+        const MemoryHandle large = ResizeHandle(table.places, bytes, kSmallGrain);
+        if (large == nullptr) return false;
+        table.places = large;
+    }
     std::memcpy(BlockBytes(table.places) + bytes - sizeof end, &end, sizeof end);
     ++table.known;
     return true;

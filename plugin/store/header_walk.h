@@ -17,27 +17,19 @@ struct HeaderReach {
     bool whole = false; ///< every record was visited
 };
 
-/// Calls `visit(number, header)` for each record of a group, and before all of them `start(count)` with what
-/// HeaderReach will call count.  The header is in file order, lasts for the call, and its texts may lack
-/// their NUL.
-template <typename Start, typename Visit>
-HeaderReach ForEachHeader(const char* groupName, Start start, Visit visit) {
+/// Calls `visit(number, header)` for each record of a group.  The header is in file order, lasts for the
+/// call, and its texts may lack their NUL.
+template <typename Visit>
+HeaderReach ForEachHeader(const char* groupName, Visit visit) {
     GroupFile file;
     if (!file.OpenToRead(groupName)) return {};
     HeaderReach reach{.count = file.count(), .opened = true};
-    start(reach.count);
     GroupWalk walk(file);
     for (; walk.Next(); ++reach.walked) {
         visit(walk.record().number, *reinterpret_cast<const RecordHeader*>(walk.header()));
     }
     reach.whole = walk.reachedCount();
     return reach;
-}
-
-template <typename Visit>
-HeaderReach ForEachHeader(const char* groupName, Visit visit) {
-    return ForEachHeader(
-        groupName, [](uint32_t) {}, visit);
 }
 
 /// Calls `visit(groupName, number, header)` for each record of a row list of groups.  Afterwards `curRecord`

@@ -1,15 +1,14 @@
 #include "plugin/store/record_index.h"
 
 #include <algorithm>
-#include <array>
-#include <bit>
 #include <cstring>
 #include <span>
-#include <utility>
 
 #include "plugin/frame/globals.h"
+#include "plugin/store/gathered_items.h"
 #include "plugin/store/header_walk.h"
 #include "plugin/store/record.h"
+#include "plugin/store/record_order.h"
 #include "plugin/store/store_lock.h"
 #include "plugin/store/store_names.h"
 #include "plugin/store/store_tree.h"
@@ -80,8 +79,11 @@ void FillItem(RihItem* item, const char* groupPath, uint32_t recNo, const char* 
 
 } // namespace
 
-MemoryHandle NewRihList() {
-    return NewHandle(kListCountBytes + sizeof(RihItem), kSmallGrain);
+MemoryHandle NewRihList(uint32_t count) {
+    if (count > INT32_MAX) return nullptr;
+    const MemoryHandle list = NewHandle(ListBytes(uint64_t{count} + 1), kSmallGrain);
+    if (list != nullptr) SetCount(list, static_cast<int32_t>(count));
+    return list;
 }
 
 int32_t RihCount(MemoryHandle list) {
@@ -129,90 +131,8 @@ int32_t FindRihItem(const char* groupPath, uint32_t recNo) {
 
 namespace {
 
-// An item's sort key is a row of words that compare as numbers: under kByName the eight of its name, under
-// kByKind those of its kind in front of them, under kByDate one word for the time.
-constexpr uint32_t kTextWords = kRecordNameBytes / sizeof(uint64_t);
-
-uint64_t TextWord(const char* text, uint32_t word) {
-    uint64_t value;
-    std::memcpy(&value, text + word * sizeof value, sizeof value);
-    if constexpr (std::endian::native == std::endian::little) value = __builtin_bswap64(value);
-    return value;
-}
-
-uint32_t KeyWords(int16_t mode) {
-    return mode == kByKind ? 2 * kTextWords : mode == kByDate ? 1 + kTextWords : kTextWords;
-}
-
-uint64_t KeyWord(const RihItem& item, int16_t mode, uint32_t word) {
-    if (mode == kByKind) {
-        return word < kTextWords ? TextWord(item.kind, word) : TextWord(item.name, word - kTextWords);
-    }
-    if (mode == kByDate) return word == 0 ? ~uint64_t{item.created} : TextWord(item.name, word - 1);
-    return TextWord(item.name, word);
-}
-
-// The word that tells items apart whose words are equal up to this one.  Fields are filled with zeros, so
-// nothing follows a word that ends with one.
-uint32_t NextWord(int16_t mode, uint32_t word, uint64_t key) {
-    const bool isText = mode != kByDate || word != 0;
-    if (!isText || (key & 0xFF) != 0) return word + 1;
-    return mode == kByKind && word < kTextWords ? kTextWords : KeyWords(mode);
-}
-
-struct SortEntry {
-    uint64_t key; ///< the word by which it is sorted now
-    uint32_t row; ///< where it stood before
-
-    bool operator<(const SortEntry& other) const {
-        return key != other.key ? key < other.key : row < other.row;
-    }
-};
-
-constexpr uint32_t kDigitBits = 11;
-constexpr uint32_t kDigits = (64 + kDigitBits - 1) / kDigitBits;
-constexpr uint32_t kDigitValues = 1u << kDigitBits;
-constexpr size_t kFewEntries = 4096; ///< sorted by comparing
-
-// Sorts by key, from the lowest digit up, leaving equal ones as they are: entries come in the order of rows.
-// Digits that all keys have in common, such as the zeros behind short texts, are passed over.
-void SortByDigits(std::span<SortEntry> entries, std::span<SortEntry> spare) {
-    std::array<std::array<uint32_t, kDigitValues>, kDigits> ends{};
-    const auto digit = [](uint64_t key, uint32_t pass) {
-        return key >> (kDigitBits * pass) & (kDigitValues - 1);
-    };
-    for (const SortEntry& entry : entries)
-        for (uint32_t pass = 0; pass < kDigits; ++pass) ++ends[pass][digit(entry.key, pass)];
-    std::span<SortEntry> from = entries, to = spare.first(entries.size());
-    for (uint32_t pass = 0; pass < kDigits; ++pass) {
-        if (ends[pass][digit(entries[0].key, pass)] == entries.size()) continue;
-        uint32_t sum = 0;
-        for (uint32_t& value : ends[pass]) sum += std::exchange(value, sum);
-        for (const SortEntry& entry : from) to[ends[pass][digit(entry.key, pass)]++] = entry;
-        std::swap(from, to);
-    }
-    if (from.data() != entries.data()) std::ranges::copy(from, entries.begin());
-}
-
-// Sorts by the words from `word` on: by one word all at once, then each stretch of equal ones by the next.
-// The items themselves are touched once for a word, not for each comparison.  Entries come in the order of
-// rows; `spare` is at least as long.
-void SortEntries(std::span<SortEntry> entries, std::span<SortEntry> spare, const RihItem* items, int16_t mode,
-                 uint32_t word) {
-    for (SortEntry& entry : entries) entry.key = KeyWord(items[entry.row], mode, word);
-    if (entries.size() > kFewEntries) {
-        SortByDigits(entries, spare);
-    } else if (!std::is_sorted(entries.begin(), entries.end())) {
-        std::sort(entries.begin(), entries.end());
-    }
-    while (!entries.empty()) {
-        const uint64_t key = entries[0].key;
-        const uint32_t next = NextWord(mode, word, key);
-        const auto end = std::ranges::find_if(entries, [key](const SortEntry& e) { return e.key != key; });
-        const auto equal = entries.first(static_cast<size_t>(end - entries.begin()));
-        if (equal.size() > 1 && next < KeyWords(mode)) SortEntries(equal, spare, items, mode, next);
-        entries = entries.subspan(equal.size());
-    }
+RihKeys KeysOfItem(const RihItem& item) {
+    return {item.name, item.kind, kTextWords, kTextWords, item.created};
 }
 
 void FetchAhead(const RihItem& item) {
@@ -244,12 +164,11 @@ void FillItemOfHeader(RihItem* item, const char* groupPath, uint32_t recNo, cons
 
 } // namespace
 
-void AppendRihItem(MemoryHandle* list, const char* groupPath, uint32_t recNo, const RecordHeader& header) {
-    if (*list == nullptr) return;
-    const int32_t count = RihCount(*list);
-    if (!GrowList(list, count)) return;
-    FillItemOfHeader(RihItemOfRow(*list, count), groupPath, recNo, header);
-    SetCount(*list, count + 1);
+void TakeGathered(const GatheredItems& items) {
+    const MemoryHandle list = ListOfGathered(items);
+    if (list == nullptr) return;
+    FreeHandle(globals->rihList);
+    globals->rihList = list;
 }
 
 void RefreshRihItem(RihItem* item, const RecordHeader& header) {
@@ -277,7 +196,9 @@ void SortRihList(MemoryHandle list) {
     const std::span both(reinterpret_cast<SortEntry*>(scratch.bytes()), 2 * size_t{count});
     const std::span entries = both.first(count);
     for (uint32_t row = 0; row < count; ++row) entries[row].row = row;
-    SortEntries(entries, both.subspan(count), items, globals->sortMode, 0);
+    SortRows(
+        entries, both.subspan(count), [items](uint32_t row) { return KeysOfItem(items[row]); },
+        globals->sortMode);
     ArrangeItems(entries, items);
 }
 
@@ -288,20 +209,13 @@ int32_t LoadRihList(const char* groupName) {
         return 0;
     }
     FreeHandle(globals->rihList);
-    HandleOwner list(NewRihList());
-    if (list.get() == nullptr) return 0;
-    const auto makeRoom = [&list](uint32_t count) {
-        if (const MemoryHandle large = ResizeHandle(list.get(), ListBytes(count), kSmallGrain))
-            list.get() = large;
+    GatheredItems items;
+    const auto gather = [&items, groupName](uint32_t number, const RecordHeader& header) {
+        GatherItem(items, groupName, number, header);
     };
-    const auto add = [&list, groupName](uint32_t number, const RecordHeader& header) {
-        AppendRihItem(&list.get(), groupName, number, header);
-    };
-    const HeaderReach reach = ForEachHeader(groupName, makeRoom, add);
+    const HeaderReach reach = ForEachHeader(groupName, gather);
     // Without memory for all of it there is none, rather than one that leaves records out.
-    if (!reach.opened || RihCount(list.get()) != static_cast<int32_t>(reach.walked)) return 0;
-    SortRihList(list.get());
-    globals->rihList = list.Release();
+    if (reach.opened && items.count == reach.walked) globals->rihList = ListOfGathered(items);
     return 0;
 }
 
@@ -312,10 +226,12 @@ void BuildFolderIndex(const char* root, const char* folder, const char* subFolde
     if (globals->rihList == nullptr) return;
     HandleOwner rows(ListGroups(root, folder, subFolder));
     if (rows.get() == nullptr) StoreFails(StoreTrouble::kMemory);
-    ForEachHeaderOfGroups(rows.get(), [](const char* group, uint32_t number, const RecordHeader& header) {
-        AppendRihItem(&globals->rihList, group, number, header);
-    });
-    SortRihList(globals->rihList);
+    GatheredItems items;
+    ForEachHeaderOfGroups(rows.get(),
+                          [&items](const char* group, uint32_t number, const RecordHeader& header) {
+                              GatherItem(items, group, number, header);
+                          });
+    TakeGathered(items);
 }
 
 int32_t ResortRihList(int16_t mode) {

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "plugin/store/gathered_items.h"
 #include "plugin/store/memory_handle.h"
 #include "plugin/store/record_layout.h"
 
@@ -30,8 +31,8 @@ struct RihItem {
 };
 static_assert(sizeof(RihItem) == 392 && offsetof(RihItem, created) == 388);
 
-/// An empty list, or null if memory ran out.
-MemoryHandle NewRihList();
+/// A list of `count` items that are all zero, or null if memory ran out.
+MemoryHandle NewRihList(uint32_t count = 0);
 
 /// The number of items; 0 for a null list.
 int32_t RihCount(MemoryHandle list);
@@ -44,10 +45,9 @@ RihItem* RihItemOfRow(MemoryHandle list, int32_t row);
 int32_t AidbAddItemRIHList(MemoryHandle* list, const char* groupPath, uint32_t recNo, const char* name,
                            const char* kind, uint32_t created);
 
-/// Puts an item of a header in file order behind all others, whatever its place would be: SortRihList has to
-/// follow.  Nothing happens to a null list, or when memory runs out, which `globals->storeTrouble` tells
-/// then.
-void AppendRihItem(MemoryHandle* list, const char* groupPath, uint32_t recNo, const RecordHeader& header);
+/// Makes the list of what was gathered the record index; if memory runs out, which `globals->storeTrouble`
+/// tells then, it stays as it is.
+void TakeGathered(const GatheredItems& items);
 
 /// Takes over what a header in file order says of an item's record; SortRihList has to follow.
 void RefreshRihItem(RihItem* item, const RecordHeader& header);
@@ -55,7 +55,7 @@ void RefreshRihItem(RihItem* item, const RecordHeader& header);
 /// Takes out the items whose row has a 0 in `keep`.
 void KeepRihItems(MemoryHandle list, const uint8_t* keep);
 
-/// Sorts a list that was appended to: the result is that of inserting its items one by one.
+/// Sorts a list whose items have changed: the result is that of inserting them one by one.
 void SortRihList(MemoryHandle list);
 
 /// Removes the record's item, if there is one.  Always 0.

@@ -151,15 +151,16 @@ int32_t RunSearch() {
     char root[kNameBytes];
     GetDatabaseRoot(root);
     HandleOwner rows(ListGroups(root, nullptr, nullptr));
-    int32_t hits = 0;
+    GatheredItems items;
+    uint32_t hits = 0;
     const auto add = [&](const char* group, uint32_t number, const RecordHeader& header) {
         if (!search.Hits(header)) return;
         ++hits;
-        AppendRihItem(&globals->rihList, group, number, header);
+        GatherItem(items, group, number, header);
     };
     const int32_t broken = ForEachHeaderOfGroups(rows.get(), add);
-    SortRihList(globals->rihList);
-    const bool whole = rows.get() != nullptr && hits == RihCount(globals->rihList);
+    TakeGathered(items);
+    const bool whole = rows.get() != nullptr && hits == static_cast<uint32_t>(RihCount(globals->rihList));
     return whole ? broken : broken + 1;
 }
 

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "plugin/store/record.h"
+#include "plugin/store/swap_words.h"
 #include "tests/support/store_fixture.h"
 
 namespace {
@@ -159,20 +160,18 @@ TEST_F(RecordIndexTest, SortingEqualsInsertingOneByOne) {
             globals->sortMode = mode;
             FreeHandle(globals->rihList);
             globals->rihList = NewRihList();
-            HandleOwner appended(NewRihList());
+            GatheredItems gathered;
             for (uint32_t number = 0; number < count; ++number) {
                 RecordHeader header{};
                 std::strcpy(header.name, parts[next(7)]);
                 std::strcat(header.name, parts[next(7)]);
                 std::strcpy(header.kind, parts[next(3)]);
                 header.created = next(2) * 0xFF000000 + next(2);
-                AppendRihItem(&appended.get(), "G", number, header);
-                const RihItem* item = RihItemOfRow(appended.get(), static_cast<int32_t>(number));
-                Add("G", number, header.name, header.kind, item->created);
+                GatherItem(gathered, "G", number, header);
+                Add("G", number, header.name, header.kind, SwapLong(header.created));
             }
-            SortRihList(appended.get());
             const Names inserted = Rows();
-            std::swap(globals->rihList, appended.get());
+            TakeGathered(gathered);
             ASSERT_EQ(Rows(), inserted) << mode << " of " << count;
         }
     }
