@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
@@ -32,6 +33,14 @@ void AppendUnit(std::string& text, uint16_t unit) {
     text.push_back(static_cast<char>(unit));
 }
 
+// ASCII but NUL is the same in cp932 and on disk, and each byte of it is a unit.  Most names are nothing
+// else.
+bool IsAscii(std::string_view text) {
+    bool others = false;
+    for (const char byte : text) others |= static_cast<unsigned char>(byte - 1) >= 0x7F;
+    return !others;
+}
+
 bool HasDrive(std::string_view path) {
     if (path.size() < 2 || path[1] != ':') return false;
     const char letter = path[0];
@@ -40,8 +49,11 @@ bool HasDrive(std::string_view path) {
 
 // Takes the text up to the next backslash, and that backslash, off `rest`.
 std::string_view TakeComponent(std::string_view& rest) {
-    size_t end = 0;
-    while (end < rest.size() && rest[end] != '\\') end += Cp932UnitBytes(rest.substr(end));
+    size_t end = std::min(rest.find('\\'), rest.size());
+    if (!IsAscii(rest.substr(0, end))) {
+        end = 0;
+        while (end < rest.size() && rest[end] != '\\') end += Cp932UnitBytes(rest.substr(end));
+    }
     const std::string_view component = rest.substr(0, end);
     rest.remove_prefix(end < rest.size() ? end + 1 : end);
     return component;
@@ -63,6 +75,7 @@ std::string OffenderIn(std::string_view diskName) {
 // A name of nothing but dots and blanks is, or is on Windows taken for, the folder itself or the one above.
 bool IsAllowedStoreName(std::string_view name) {
     if (name.find_first_not_of(". ") == std::string_view::npos) return false;
+    if (name.find('/') == std::string_view::npos) return true;
     for (std::string_view rest = name; !rest.empty(); rest.remove_prefix(Cp932UnitBytes(rest))) {
         if (rest[0] == '/') return false;
     }
@@ -70,6 +83,7 @@ bool IsAllowedStoreName(std::string_view name) {
 }
 
 std::string DiskNameOfStoreName(std::string_view name) {
+    if (IsAscii(name)) return std::string(name);
     std::string diskName;
     while (!name.empty()) {
         const size_t bytes = Cp932UnitBytes(name);
@@ -103,6 +117,7 @@ std::optional<std::string> DiskPathOfStorePath(const char* path) {
     if (HasDrive(rest)) return refuse(ERROR_INVALID_DRIVE);
     const bool absolute = rest[0] == '\\';
     std::string diskPath;
+    diskPath.reserve(rest.size());
     while (!rest.empty()) {
         const std::string_view component = TakeComponent(rest);
         if (component.empty()) continue;

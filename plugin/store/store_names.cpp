@@ -99,7 +99,8 @@ int32_t GetDatabaseRoot(char* out256) {
         GetHostDataFolder(out256);
         if (out256[0] != '\0') std::strcat(out256, "\\Velquorne");
     }
-    if (out256[0] != '\0') CreateDirectoryA(out256, nullptr);
+    // Whoever holds the database's lock has a file open in it.
+    if (out256[0] != '\0' && globals->storeLockDepth == 0) CreateDirectoryA(out256, nullptr);
     return 0;
 }
 
