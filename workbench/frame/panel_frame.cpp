@@ -72,6 +72,7 @@ void PanelFrame::Resize(HostSize size) {
     const int height = std::max(Pixels(size.height), Pixels(panel_.minimum.height));
     SetWindowPos(window_, nullptr, 0, 0, width + 2 * kBorder, kBarHeight + height + kGripHeight,
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    InvalidateRect(window_, nullptr, FALSE); // the button stands elsewhere in the title now
     if (body())
         SetWindowPos(body_, nullptr, kBorder, kBarHeight, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
     if (panel_.onSize) panel_.onSize(panel_.handle);

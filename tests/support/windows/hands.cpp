@@ -1,0 +1,214 @@
+#include "tests/support/hands.h"
+
+#include <atomic>
+#include <cstdio>
+#include <thread>
+#include <vector>
+
+// A step has had its effect when the program is idle again.  Timer messages come when nothing else waits, so
+// a hidden window's fast timer tells.  In loops that take no messages, which watch the button, nothing can
+// tell; there a press counts as seen when its message was taken, and Until waits for what follows from a
+// move.
+
+namespace {
+
+constexpr UINT kRunAction = WM_APP;
+constexpr UINT kIdleTimer = 1, kIdlePeriod = 10;                          // milliseconds
+constexpr unsigned kIdleTicks = 2;                                        // the first may have been under way
+constexpr unsigned kMostWaited = 30000, kAskedEvery = 2, kHeldPause = 60; // milliseconds
+constexpr char kClass[] = "HandsOfTests";
+
+std::atomic<unsigned> idleTicks = 0, pressesTaken = 0, actionsDone = 0;
+
+/// The test can't go on, and a dialog may stand: what was learnt so far is the last line.
+[[noreturn]] void GiveUp(const char* what) {
+    std::printf("hands: waited in vain: %s\n", what);
+    std::fflush(stdout);
+    TerminateProcess(GetCurrentProcess(), 3);
+    std::abort();
+}
+
+template <typename Reached>
+void WaitUntil(const char* what, Reached reached) {
+    for (unsigned waited = 0; !reached(); waited += kAskedEvery) {
+        if (waited > kMostWaited) GiveUp(what);
+        Sleep(kAskedEvery);
+    }
+}
+
+void WaitUntilIdle() {
+    const unsigned begin = idleTicks;
+    WaitUntil("the program takes messages", [&] { return idleTicks - begin >= kIdleTicks; });
+}
+
+LRESULT CALLBACK HiddenProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_TIMER) {
+        ++idleTicks;
+        return 0;
+    }
+    if (message == kRunAction) {
+        const auto action = *reinterpret_cast<std::function<void()>*>(lParam);
+        ++actionsDone; // it may open a dialog, in which the hands go on
+        action();
+        return 0;
+    }
+    return DefWindowProcA(window, message, wParam, lParam);
+}
+
+LRESULT CALLBACK NoteTaken(int code, WPARAM removed, LPARAM lParam) {
+    const auto& message = *reinterpret_cast<const MSG*>(lParam);
+    const bool press = message.message == WM_LBUTTONDOWN || message.message == WM_LBUTTONDBLCLK ||
+                       message.message == WM_NCLBUTTONDOWN || message.message == WM_NCLBUTTONDBLCLK;
+    if (code >= 0 && removed == PM_REMOVE && press) ++pressesTaken;
+    return CallNextHookEx(nullptr, code, removed, lParam);
+}
+
+void SendButton(DWORD flag) {
+    INPUT input{};
+    input.type = INPUT_MOUSE;
+    input.mi.dwFlags = flag;
+    SendInput(1, &input, sizeof input);
+}
+
+void SendKey(WORD key, WORD letter, DWORD flags) {
+    INPUT input{};
+    input.type = INPUT_KEYBOARD;
+    input.ki.wVk = key;
+    input.ki.wScan = letter;
+    input.ki.dwFlags = flags;
+    SendInput(1, &input, sizeof input);
+}
+
+std::wstring Wide(const std::string& cp932) {
+    std::wstring wide(cp932.size(), L'\0');
+    wide.resize(static_cast<size_t>(MultiByteToWideChar(932, 0, cp932.data(), static_cast<int>(cp932.size()),
+                                                        wide.data(), static_cast<int>(wide.size()))));
+    return wide;
+}
+
+} // namespace
+
+struct HandsState {
+    HWND hidden = nullptr;
+    HHOOK hook = nullptr;
+    bool held = false; ///< the button, as the hands' thread knows
+    std::vector<std::function<void()>> steps;
+
+    void RunAction(std::function<void()> action) {
+        if (held) GiveUp("an action in the midst of a press");
+        const unsigned begin = actionsDone;
+        PostMessageA(hidden, kRunAction, 0, reinterpret_cast<LPARAM>(&action));
+        WaitUntil("an action was run", [&] { return actionsDone != begin; });
+        WaitUntilIdle();
+    }
+};
+
+Hands::Hands(TestDesktop&, workbench::HostWindows& windows)
+    : windows_(windows), state_(std::make_unique<HandsState>()) {
+    WNDCLASSA windowClass{};
+    windowClass.lpfnWndProc = HiddenProcedure;
+    windowClass.lpszClassName = kClass;
+    RegisterClassA(&windowClass);
+    state_->hidden = CreateWindowExA(0, kClass, "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
+    SetTimer(state_->hidden, kIdleTimer, kIdlePeriod, nullptr);
+    state_->hook = SetWindowsHookExA(WH_GETMESSAGE, NoteTaken, nullptr, GetCurrentThreadId());
+}
+
+Hands::~Hands() {
+    UnhookWindowsHookEx(state_->hook);
+    DestroyWindow(state_->hidden);
+}
+
+void Hands::MoveTo(std::function<POINT()> place) {
+    HandsState& state = *state_;
+    state.steps.push_back([&state, place = std::move(place)] {
+        POINT at{};
+        if (state.held) {
+            at = place();
+        } else {
+            state.RunAction([&] { at = place(); });
+        }
+        SetCursorPos(at.x, at.y);
+        if (state.held) {
+            Sleep(kHeldPause);
+        } else {
+            WaitUntilIdle();
+        }
+    });
+}
+
+void Hands::Press() {
+    HandsState& state = *state_;
+    state.steps.push_back([&state] {
+        const unsigned begin = pressesTaken;
+        SendButton(MOUSEEVENTF_LEFTDOWN);
+        WaitUntil("a press was taken", [&] { return pressesTaken != begin; });
+        state.held = true;
+        Sleep(kHeldPause);
+    });
+}
+
+void Hands::Release() {
+    HandsState& state = *state_;
+    state.steps.push_back([&state] {
+        SendButton(MOUSEEVENTF_LEFTUP);
+        state.held = false;
+        WaitUntilIdle();
+    });
+}
+
+void Hands::KeyDown(int virtualKey) {
+    state_->steps.push_back([virtualKey] {
+        SendKey(static_cast<WORD>(virtualKey), 0, 0);
+        WaitUntilIdle();
+    });
+}
+
+void Hands::KeyUp(int virtualKey) {
+    state_->steps.push_back([virtualKey] {
+        SendKey(static_cast<WORD>(virtualKey), 0, KEYEVENTF_KEYUP);
+        WaitUntilIdle();
+    });
+}
+
+void Hands::Type(const std::string& cp932) {
+    state_->steps.push_back([text = Wide(cp932)] {
+        for (const wchar_t letter : text) {
+            SendKey(0, static_cast<WORD>(letter), KEYEVENTF_UNICODE);
+            SendKey(0, static_cast<WORD>(letter), KEYEVENTF_UNICODE | KEYEVENTF_KEYUP);
+        }
+        WaitUntilIdle();
+    });
+}
+
+void Hands::Do(std::function<void()> action) {
+    HandsState& state = *state_;
+    state.steps.push_back([&state, action = std::move(action)] { state.RunAction(action); });
+}
+
+void Hands::Until(const char* what, std::function<bool()> reached) {
+    state_->steps.push_back(
+        [what, reached = std::move(reached)] { WaitUntil(what, [&] { return reached(); }); });
+}
+
+void Hands::Pause(unsigned milliseconds) {
+    state_->steps.push_back([milliseconds] { Sleep(milliseconds); });
+}
+
+void Hands::Play() {
+    Do([this] { windows_.Quit(); });
+    std::vector<std::function<void()>> steps;
+    steps.swap(state_->steps);
+    std::atomic<bool> done = false;
+    std::thread hands([&] {
+        for (const auto& step : steps) step();
+        done = true;
+    });
+    windows_.Run();
+    // The last step still waits for the program to be idle.
+    while (!done) {
+        windows_.RunWaiting();
+        Sleep(kAskedEvery);
+    }
+    hands.join();
+}
