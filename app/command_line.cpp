@@ -23,6 +23,7 @@ struct Commands {
     SearchOptions search;
     ShowOptions show;
     PlaceOptions place;
+    PlayOptions play;
     TagsOptions tags;
     SheetOptions sheet;
     ConvertOptions convert;
@@ -147,6 +148,28 @@ void AddPlace(CLI::App& app, Commands& commands) {
     command->add_flag("--layers,!--no-layers", o.layers,
                       "put art on the layer whose title it was stored with; made where it is missing");
     command->add_flag("--trace", o.trace, "print each call of the host on standard error");
+}
+
+void AddPlay(CLI::App& app, Commands& commands) {
+    PlayOptions& o = commands.play;
+    CLI::App* command =
+        AddCommand(app, commands, "play", "play a file of actions on a drawing, as 'open --record' writes it",
+                   [&o] { return RunPlay(o); });
+    command->add_option("actions", o.actions, "the file")->required()->type_name("ACTIONS.json");
+    AddDatabase(command, o.database);
+    command->add_option("--into", o.into, "the drawing; without it a new page of 612 x 792 points")
+        ->type_name("DOC.svg");
+    command
+        ->add_option("--select", o.select,
+                     "what actions that don't say so register: all, which is without this, or an id")
+        ->type_name("all|ID");
+    command->add_option("--out", o.out, "files to write: .svg, .pdf, .png, .json")
+        ->required()
+        ->type_name("FILE");
+    command->add_flag("--trace", o.trace, "print each call of the host on standard error");
+    command->footer(
+        "Nothing is written unless every action could be played; what was registered before one that "
+        "couldn't stays in the database. docs/actions.md tells what stands in the file.");
 }
 
 void AddTags(CLI::App& app, Commands& commands) {
@@ -294,6 +317,10 @@ void AddOpen(CLI::App& app, Commands& commands) {
     command->add_option("--pictures", o.pictures, "where the pictures of --play go")
         ->type_name("DIR")
         ->needs(play);
+    command
+        ->add_option("--record", o.record,
+                     "write what is placed, undone and registered as a file for 'play', step by step")
+        ->type_name("ACTIONS.json");
     command->footer("Settings that are changed in the panel are kept for the next time, but not by --play.");
 }
 
@@ -314,6 +341,7 @@ int RunCommandLine(int argc, char** argv) {
     AddSearch(app, commands);
     AddShow(app, commands);
     AddPlace(app, commands);
+    AddPlay(app, commands);
     AddTags(app, commands);
     AddSheet(app, commands);
     AddConvert(app, commands);

@@ -54,6 +54,14 @@ struct PlaceOptions {
 };
 int RunPlace(const PlaceOptions& options);
 
+struct PlayOptions {
+    std::string actions, database, into;
+    std::string select = "all"; ///< or an id: for actions that register and don't say what
+    std::vector<std::string> out;
+    bool trace = false;
+};
+int RunPlay(const PlayOptions& options);
+
 struct TagsOptions {
     std::string database, group, onto, target, out;
     int number = 0;
@@ -124,6 +132,7 @@ struct OpenOptions {
     std::string theme;    ///< light or dark
     std::string play;     ///< a file of hands; empty: on the screen
     std::string pictures;
+    std::string record; ///< a file of actions to write; empty: none
 };
 int RunOpen(const OpenOptions& options);
 

@@ -8,6 +8,7 @@
 #include <optional>
 #include <sstream>
 
+#include "app/action_recorder.h"
 #include "app/commands.h"
 #include "app/documents.h"
 #include "app/exit_code.h"
@@ -107,11 +108,16 @@ int ShowWorkspace(const OpenOptions& options, SIZE size,
     workbench::Workspace workspace(host, session.plugin(), size, PicturesByCairo(), FilesOfDisk());
     workspace.ShowDocument(std::move(document), options.file, losses);
     workspace.Begin();
+    std::optional<ActionRecorder> recorder;
+    if (!options.record.empty()) recorder.emplace(host, workspace, options.record);
     begin(host, workspace);
     workspace.windows().Run();
     workspace.windows().StopTimers();
+    const bool recorded = !recorder || recorder->Write();
+    recorder.reset();
     settings.GiveBack();
     session.ShutDown();
+    if (!recorded) return kFileTrouble;
     return session.faulty() ? kRefusedOrDiffers : kDone;
 }
 

@@ -5,6 +5,9 @@
 #include "plugin/rebuild/load_art.h"
 #include "win32/beep.h"
 
+static constexpr char kNotAllPlaced[] =
+    "not all of the record could be placed: the layer is hidden or locked, or art was refused";
+
 static bool IsRead(int32_t number, std::string* error) {
     if (globals->curRecord) return true;
     *error = "record " + std::to_string(number) +
@@ -20,14 +23,22 @@ bool LoadRecord(const std::string& group, int32_t number, const HostPoint& point
     globals->trackTarget = nullptr;
     const unsigned beeps = BeepCount();
     const HostError result = AidbLoadArt(group.c_str(), number, linkedFiles);
+    if (!WasLoadedWhole(group, number, linkedFiles, beeps, error)) return false;
+    if (result == kHostNoError) return true;
+    *error = kNotAllPlaced;
+    return false;
+}
+
+bool WasLoadedWhole(const std::string& group, int32_t number, LinkedFileUse linkedFiles, unsigned beeps,
+                    std::string* error) {
     if (!IsRead(number, error)) return false;
     const auto missing = MissingPictures({group.c_str(), number, linkedFiles});
     if (!missing.empty()) {
         *error = "linked pictures of the record are missing: " + JoinedNames(missing);
         return false;
     }
-    if (BeepCount() == beeps && result == kHostNoError) return true;
-    *error = "not all of the record could be placed: the layer is hidden or locked, or art was refused";
+    if (BeepCount() == beeps) return true;
+    *error = kNotAllPlaced;
     return false;
 }
 

@@ -13,6 +13,10 @@
 /// @param linkedFiles  kPool to place the record, kLook to show or export it without a change of the database
 bool LoadRecord(const std::string& group, int32_t number, const HostPoint& point, int origin,
                 LinkedFileUse linkedFiles, std::string* error);
+/// The same of a record that a load has just read: whether all of it was placed.
+/// @param beeps  of the process, before the load
+bool WasLoadedWhole(const std::string& group, int32_t number, LinkedFileUse linkedFiles, unsigned beeps,
+                    std::string* error);
 constexpr int kOriginLeftBottom = 2;
 
 /// Hands the string tags of the record's objects to `target`, or to the nearest art around it that has as

@@ -1,6 +1,7 @@
 #include <filesystem>
 #include <iostream>
 
+#include "app/art_selection.h"
 #include "app/commands.h"
 #include "app/database_view.h"
 #include "app/documents.h"
@@ -20,24 +21,6 @@ bool TextFor(const char* what, const std::string& utf8, size_t capacity, std::st
     return text.has_value();
 }
 
-/// Selects the art that bears `id`, or all art.
-bool SelectArt(workbench::Document& document, const std::string& id) {
-    if (id.empty()) {
-        document.SelectAll();
-        return true;
-    }
-    for (size_t i = 0; i < document.LayerCount(); ++i) {
-        ArtHandle found = nullptr;
-        workbench::ForEachArt(*document.LayerAt(i).root, [&](const workbench::Art& art) {
-            if (!found && art.name == id) found = art.handle;
-        });
-        if (!found) continue;
-        document.Select(*document.Find(found), true);
-        return true;
-    }
-    return false;
-}
-
 int RegisterFile(Session& session, const RegisterOptions& options, const std::string& file,
                  const std::string& group, RecordTexts texts) {
     workbench::ReadReport report;
@@ -48,7 +31,8 @@ int RegisterFile(Session& session, const RegisterOptions& options, const std::st
         return std::filesystem::exists(file) ? kRefusedOrDiffers : kFileTrouble;
     }
     LeaveOutMissingPictures(*document);
-    if (!SelectArt(*document, options.select)) {
+    if (options.select.empty()) document->SelectAll();
+    if (!options.select.empty() && !SelectNamedArt(*document, options.select)) {
         Complain(file + ": no art bears the name '" + options.select + "'");
         return kRefusedOrDiffers;
     }

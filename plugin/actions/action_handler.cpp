@@ -15,18 +15,6 @@ namespace {
 constexpr int32_t kActionVersion = 1;
 constexpr uint32_t kRealType = 0x7265616C; // 'real'
 
-struct ParameterRow {
-    uint32_t key;
-    const char* english;
-    const char* japanese;
-};
-
-// The centre, width and height of what is placed, in points, and its rotation in radians.
-constexpr ParameterRow kPlaceParameters[] = {
-    {kPlaceX, "X-coordinate", "X 座標"}, {kPlaceY, "Y-coordinate", "Y 座標"}, {kPlaceWidth, "Width", "横幅"},
-    {kPlaceHeight, "Height", "高さ"},    {kPlaceAngle, "Angle", "角度"},
-};
-
 /// The host's block of parameter types, given back at the end of the scope.
 class ParameterTypes {
 public:
@@ -52,7 +40,7 @@ void Register(PluginHandle plugin, const char* name, int32_t word, const Paramet
 }
 
 void AddPlaceParameters(const ParameterTypes& types) {
-    for (const ParameterRow& row : kPlaceParameters) {
+    for (const ActionParameter& row : PlaceActionParameters()) {
         const char* text = globals->language != 0 ? row.english : row.japanese;
         const HostString name(text, std::strlen(text), kEncodingCp932);
         ActionManagerSuite().AddParameterType(types.get(), row.key, name.get(), kRealType, 1);
@@ -60,6 +48,15 @@ void AddPlaceParameters(const ParameterTypes& types) {
 }
 
 } // namespace
+
+const std::array<ActionParameter, 5>& PlaceActionParameters() {
+    static constexpr std::array<ActionParameter, 5> parameters{{{kPlaceX, "X-coordinate", "X 座標"},
+                                                                {kPlaceY, "Y-coordinate", "Y 座標"},
+                                                                {kPlaceWidth, "Width", "横幅"},
+                                                                {kPlaceHeight, "Height", "高さ"},
+                                                                {kPlaceAngle, "Angle", "角度"}}};
+    return parameters;
+}
 
 HostError RegisterPlaceActions(const HostMessage* message) {
     if (!message->self) return kHostNoError;

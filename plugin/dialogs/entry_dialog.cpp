@@ -15,23 +15,17 @@ namespace {
 
 constexpr UINT kEntryDialog = 16057;
 
-enum EntryControl : int {
-    kRegister = 1,
-    kCancel = 2,
-    kName = 7,
-    kKind = 8,
+enum FurtherControl : int {
+    kRegister = IDOK,
+    kCancel = IDCANCEL,
     kFolder = 10,
     kSubFolder = 12,
-    kGroup = 14,
-    kComment = 16,
     kPreview = 17,
     kCreated = 18,
     kModified = 19,
 };
-constexpr PlaceLists kLists = {kFolder, kSubFolder, kGroup};
+constexpr PlaceLists kLists = {kFolder, kSubFolder, kEntryGroup};
 
-constexpr size_t kMostNameBytes = 62;
-constexpr size_t kMostCommentBytes = 254;
 constexpr int kPreviewSide = 128;
 constexpr int kDateBytes = 64;
 constexpr int kJapanese = 0;
@@ -58,9 +52,9 @@ void ShowRecord(HWND dialog) {
     const bool japanese = globals->language == kJapanese;
     ShowStamp(dialog, kCreated, japanese ? "作成日" : "Created", record->header.created);
     ShowStamp(dialog, kModified, japanese ? "修正日" : "Modified", record->header.modified);
-    SetDlgItemTextA(dialog, kName, record->header.name);
-    SetDlgItemTextA(dialog, kKind, record->header.kind);
-    SetDlgItemTextA(dialog, kComment, record->header.comment);
+    SetDlgItemTextA(dialog, kEntryName, record->header.name);
+    SetDlgItemTextA(dialog, kEntryKind, record->header.kind);
+    SetDlgItemTextA(dialog, kEntryComment, record->header.comment);
 }
 
 void ShowPlace(HWND dialog) {
@@ -103,14 +97,14 @@ void TakeText(HWND dialog, int control, char* field, size_t fieldBytes, size_t m
 void TakeAll(HWND dialog) {
     if (RecordStart* record = CurrentRecord(); record != nullptr) {
         RecordHeader& header = record->header;
-        TakeText(dialog, kName, header.name, sizeof header.name, kMostNameBytes);
-        TakeText(dialog, kKind, header.kind, sizeof header.kind, kMostNameBytes);
-        TakeText(dialog, kComment, header.comment, sizeof header.comment, kMostCommentBytes);
+        TakeText(dialog, kEntryName, header.name, sizeof header.name, kEntryNameBytes);
+        TakeText(dialog, kEntryKind, header.kind, sizeof header.kind, kEntryNameBytes);
+        TakeText(dialog, kEntryComment, header.comment, sizeof header.comment, kEntryCommentBytes);
     }
     char folder[kPartBytes], subFolder[kPartBytes], group[kPartBytes];
     ReadFolderOfList(dialog, kFolder, folder);
     ReadFolderOfList(dialog, kSubFolder, subFolder);
-    ReadList(dialog, kGroup, group);
+    ReadList(dialog, kEntryGroup, group);
     if (folder[0] == '\0') subFolder[0] = '\0';
     JoinGroupName(folder, subFolder, group, globals->entryName);
 }
@@ -130,8 +124,8 @@ void OnCommand(HWND dialog, int control) {
         case kSubFolder:
             FillGroupList(dialog, kLists, true);
             break;
-        case kGroup: // so that it stays when the lists above are only looked at
-            ReadList(dialog, kGroup, globals->selGroup);
+        case kEntryGroup: // so that it stays when the lists above are only looked at
+            ReadList(dialog, kEntryGroup, globals->selGroup);
             break;
         default:
             break;

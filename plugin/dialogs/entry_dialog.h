@@ -5,7 +5,14 @@
 
 #include <windows.h>
 
+#include <cstddef>
 #include <cstdint>
+
+/// Numbers of the dialog's children that a user fills in; its buttons are IDOK and IDCANCEL.
+enum EntryControl : int { kEntryName = 7, kEntryKind = 8, kEntryGroup = 14, kEntryComment = 16 };
+
+constexpr size_t kEntryNameBytes = 62;     ///< taken of a name or kind; the NUL not counted
+constexpr size_t kEntryCommentBytes = 254; ///< likewise
 
 /// Shows `curRecord`, a converted record, and `entryName`.  True for "Register": name, kind and comment are
 /// in `curRecord` then, the chosen group in `entryName`.

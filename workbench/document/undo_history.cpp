@@ -1,5 +1,6 @@
 #include "workbench/document/undo_history.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace workbench {
@@ -10,11 +11,15 @@ void UndoHistory::Begin(std::string undoText, std::string redoText) {
     for (Step& step : undone_) Forget(step.other);
     undone_.clear();
     if (savedAt_ != kNowhere && savedAt_ > done_.size()) savedAt_ = kNowhere;
-    done_.push_back({Capture(), std::move(undoText), std::move(redoText)});
+    done_.push_back({Capture(), std::move(undoText), std::move(redoText), ++lastStep_});
     if (done_.size() <= mostSteps_) return;
     Forget(done_.front().other);
     done_.erase(done_.begin());
     if (savedAt_ != kNowhere) savedAt_ = savedAt_ == 0 ? kNowhere : savedAt_ - 1;
+}
+
+bool UndoHistory::Holds(const std::vector<Step>& steps, uint64_t number) {
+    return std::ranges::any_of(steps, [&](const Step& step) { return step.number == number; });
 }
 
 void UndoHistory::NameStep(std::string undoText, std::string redoText) {

@@ -6,6 +6,7 @@
 /// swatches are not part of a step: what a step made of them stays.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -31,6 +32,11 @@ public:
     void Undo();
     void Redo();
 
+    /// The number of the step that was begun last; 0: none yet.  No number comes twice.
+    uint64_t lastStep() const { return lastStep_; }
+    bool HasDone(uint64_t step) const { return Holds(done_, step); }     ///< it can be undone, in its turn
+    bool HasUndone(uint64_t step) const { return Holds(undone_, step); } ///< it can be done again
+
     /// The document is as it was when MarkSaved was last called, or at first.
     bool saved() const { return savedAt_ == done_.size(); }
     void MarkSaved() { savedAt_ = done_.size(); }
@@ -50,8 +56,10 @@ private:
     struct Step {
         State other; ///< on the other side of the step
         std::string undoText, redoText;
+        uint64_t number = 0;
     };
 
+    static bool Holds(const std::vector<Step>& steps, uint64_t number);
     State Capture();
     void PutBack(State& state);
     void PutBackLayer(Layer& layer, LayerState& state);
@@ -62,6 +70,7 @@ private:
 
     Document& document_;
     size_t mostSteps_;
+    uint64_t lastStep_ = 0;
     std::vector<Step> done_, undone_; ///< the nearest last
     size_t savedAt_ = 0;              ///< number of done steps
 };

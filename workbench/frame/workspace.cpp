@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "workbench/document/undo_history.h"
+#include "workbench/frame/alert_window.h"
 #include "workbench/frame/frame_looks.h"
 #include "workbench/frame/name_dialog.h"
 #include "workbench/frame/progress_window.h"
@@ -287,7 +288,9 @@ bool Workspace::MayLose() {
     const Document* document = host_.front();
     if (!document || !document->history() || document->history()->saved()) return true;
     const std::string name = path_.empty() ? document->title : FileNameOf(path_);
-    return windows_.AskYesNo("There are changes of \"" + name + "\" that aren't saved.\nGo on without them?");
+    const int answer =
+        windows_.AskToSave("There are changes of \"" + name + "\" that aren't saved.\nSave them?");
+    return answer == kAlertYes ? Save() : answer == kAlertNo;
 }
 
 void Workspace::ShowDocument(std::unique_ptr<Document> document, const std::string& path,
@@ -393,6 +396,7 @@ void Workspace::Quit() {
 void Workspace::DocumentChanged() {
     document_.Refresh();
     layers_.Refresh();
+    if (documentChanged) documentChanged();
 }
 
 void Workspace::Delete() {

@@ -71,6 +71,8 @@ public:
     std::vector<PopupItem> MenuItems(size_t title); ///< as they would show now; tells the plug-in before
     void Pick(int number);
 
+    std::function<void()> documentChanged; ///< another document, or its art or layers may have changed
+
     HostWindows& windows() { return windows_; }
     DocumentWindow& document() { return document_; }
     LayerList& layers() { return layers_; }
