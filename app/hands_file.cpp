@@ -43,7 +43,7 @@ bool Split(std::string_view line, std::vector<Token>* tokens) {
     return true;
 }
 
-/// n: a whole number; c: one from 0 on; t: a text; w: a word that is a file's name; y: yes or no; k: a key.
+/// n: a whole number; c: one from 0 on; t: a text; w: a word that is a file's name; y: an answer; k: a key.
 struct Grammar {
     const char *word, *second; ///< null: one word
     Hand hand;
@@ -101,6 +101,8 @@ bool ParseKey(std::string_view name, HandStep* step) {
     return step->key != 0;
 }
 
+constexpr std::string_view kAnswers[] = {"no", "yes", "cancel"}; ///< by HandStep's number
+
 bool ParseNumber(const std::string& text, bool negative, HandStep* step) {
     constexpr int kLargest = 1000000;
     int number = 0;
@@ -117,6 +119,12 @@ bool IsFileName(const std::string& text) {
     });
 }
 
+bool ParseAnswer(const std::string& text, HandStep* step) {
+    const auto answer = std::ranges::find(kAnswers, text);
+    step->numbers.push_back(static_cast<int>(answer - std::begin(kAnswers)));
+    return answer != std::end(kAnswers);
+}
+
 bool ParseValue(char shape, const Token& token, HandStep* step) {
     std::string ignored;
     switch (shape) {
@@ -126,8 +134,7 @@ bool ParseValue(char shape, const Token& token, HandStep* step) {
         case 'k':
             return !token.quoted && ParseKey(token.text, step);
         case 'y':
-            step->numbers.push_back(token.text == "yes" ? 1 : 0);
-            return token.text == "yes" || token.text == "no";
+            return !token.quoted && ParseAnswer(token.text, step);
         case 'w':
             step->texts.push_back(token.text);
             return IsFileName(token.text);

@@ -23,7 +23,7 @@ enum class Hand {
     kPicture,     ///< a name: a PNG of the whole desktop
     kPickFlyout,  ///< number of an entry of the panel's flyout
     kPickMenu,    ///< a title of the menu bar, and the text of an item of its menu or submenus
-    kAnswer,      ///< yes or no, to the question that stands
+    kAnswer,      ///< yes (also "Save" and OK), no or cancel, to the question that stands
     kControl,     ///< number of a child of the panel; a click in its middle
     kControlAt,   ///< number, x y within it; a click there
     kDoubleControlAt,

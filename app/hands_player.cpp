@@ -204,7 +204,8 @@ void HandsPlayer::Answer(const HandStep& step) {
     char name[32] = {};
     const HWND alert = GetActiveWindow();
     if (alert) GetClassNameA(alert, name, sizeof name);
-    const int id = step.numbers[0] != 0 ? workbench::kAlertYes : workbench::kAlertNo;
+    constexpr int kAnswers[] = {workbench::kAlertNo, workbench::kAlertYes, workbench::kAlertCancel};
+    const int id = kAnswers[step.numbers[0]];
     if (std::strcmp(name, workbench::kAlertClass) != 0 || !GetDlgItem(alert, id)) {
         Fail(step.line, "there is nothing to answer so");
         return;

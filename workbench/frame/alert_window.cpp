@@ -11,11 +11,12 @@ namespace {
 
 constexpr int kMargin = 16;
 constexpr int kLineHeight = 18;
-constexpr int kButtonWidth = 84, kButtonHeight = 24;
+constexpr int kButtonWidth = 84, kButtonHeight = 24, kButtonGap = 8;
 
 struct AlertBox {
     std::vector<std::string> lines;
-    int answer = 0; ///< 0 while it stands
+    int last = kAlertNo; ///< what leaving it answers
+    int answer = 0;      ///< 0 while it stands
 };
 
 std::vector<std::string> LinesOf(const std::string& text) {
@@ -56,7 +57,7 @@ LRESULT CALLBACK AlertProcedure(HWND window, UINT message, WPARAM wParam, LPARAM
             if (HIWORD(wParam) == BN_CLICKED) box->answer = LOWORD(wParam);
             return 0;
         case WM_CLOSE:
-            box->answer = kAlertNo;
+            box->answer = box->last;
             return 0;
         default:
             return DefWindowProcA(window, message, wParam, lParam);
@@ -72,21 +73,35 @@ void MakeButton(HWND window, int id, const char* text, int left, int top) {
     SendMessageA(button, WM_SETFONT, reinterpret_cast<WPARAM>(FrameFont()), 0);
 }
 
-/// Return and Y answer yes, Escape and N no; the rest goes its way.
+/// The texts of the buttons by their answers from kAlertYes on.
+std::vector<const char*> ButtonsOf(AlertKind kind) {
+    switch (kind) {
+        case AlertKind::kYesNo:
+            return {"Yes", "No"};
+        case AlertKind::kSaveChanges:
+            return {"Save", "Don't Save", "Cancel"};
+        default:
+            return {"OK"};
+    }
+}
+
+/// Return and Y answer yes, N no, Escape leaves; the rest goes its way.
 bool TakeKey(AlertBox& box, const MSG& message) {
     if (message.message != WM_KEYDOWN) return false;
     if (message.wParam == VK_RETURN || message.wParam == 'Y') box.answer = kAlertYes;
-    if (message.wParam == VK_ESCAPE || message.wParam == 'N') box.answer = kAlertNo;
+    if (message.wParam == 'N') box.answer = kAlertNo;
+    if (message.wParam == VK_ESCAPE) box.answer = box.last;
     return box.answer != 0;
 }
 
 } // namespace
 
-bool RunAlert(HWND owner, const std::string& text, AlertKind kind) {
+int RunAlert(HWND owner, const std::string& text, AlertKind kind) {
     RegisterFrameClass(kAlertClass, AlertProcedure);
-    AlertBox box{.lines = LinesOf(text)};
+    const std::vector<const char*> buttons = ButtonsOf(kind);
+    AlertBox box{.lines = LinesOf(text), .last = std::max(static_cast<int>(buttons.size()), kAlertNo)};
     const HDC measure = GetDC(nullptr);
-    int width = 260;
+    int width = std::max(260, 2 * kMargin + static_cast<int>(buttons.size()) * (kButtonWidth + kButtonGap));
     for (const std::string& line : box.lines) width = std::max(width, TextWidth(measure, line) + 2 * kMargin);
     ReleaseDC(nullptr, measure);
     const int textHeight = static_cast<int>(box.lines.size()) * kLineHeight;
@@ -95,11 +110,13 @@ bool RunAlert(HWND owner, const std::string& text, AlertKind kind) {
         WS_EX_TOPMOST, kAlertClass, kind == AlertKind::kError ? "Error" : "Workbench",
         WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN, (GetSystemMetrics(SM_CXSCREEN) - width) / 2,
         (GetSystemMetrics(SM_CYSCREEN) - height) / 2, width + 2, height, owner, nullptr, nullptr, &box);
-    if (!window) return false;
-    const int top = textHeight + 2 * kMargin;
-    const bool question = kind == AlertKind::kYesNo;
-    MakeButton(window, kAlertYes, question ? "Yes" : "OK", width - kMargin - kButtonWidth, top);
-    if (question) MakeButton(window, kAlertNo, "No", width - kMargin - 2 * kButtonWidth - 8, top);
+    if (!window) return box.last;
+    int right = width - kMargin;
+    for (size_t i = 0; i < buttons.size(); ++i) {
+        MakeButton(window, kAlertYes + static_cast<int>(i), buttons[i], right - kButtonWidth,
+                   textHeight + 2 * kMargin);
+        right -= kButtonWidth + kButtonGap;
+    }
     const BOOL wasDisabled = owner ? EnableWindow(owner, FALSE) : TRUE;
     ShowWindow(window, SW_SHOW);
     SetFocus(GetDlgItem(window, kAlertYes));
@@ -111,7 +128,7 @@ bool RunAlert(HWND owner, const std::string& text, AlertKind kind) {
     }
     if (owner && !wasDisabled) EnableWindow(owner, TRUE);
     DestroyWindow(window);
-    return box.answer == kAlertYes;
+    return box.answer == 0 ? box.last : box.answer;
 }
 
 } // namespace workbench

@@ -121,7 +121,11 @@ void HostWindows::ShowAlert(const std::string& text, bool error) {
 }
 
 bool HostWindows::AskYesNo(const std::string& question) {
-    return showAlerts && RunAlert(window_, question, AlertKind::kYesNo);
+    return showAlerts && RunAlert(window_, question, AlertKind::kYesNo) == kAlertYes;
+}
+
+int HostWindows::AskToSave(const std::string& question) {
+    return showAlerts ? RunAlert(window_, question, AlertKind::kSaveChanges) : kAlertCancel;
 }
 
 void HostWindows::RaisePanels() {

@@ -60,10 +60,12 @@ public:
     HostSize PanelSize(const HostPanel& panel) override;
     void ShowAlert(const std::string& text, bool error) override;
     bool AskYesNo(const std::string& question) override;
+    /// kAlertYes: to be saved, kAlertNo: to be lost, kAlertCancel: neither.
+    int AskToSave(const std::string& question);
     void MenusChanged() override;
     void DocumentChanged() override;
 
-    bool showAlerts = true; ///< else alerts are only noted and questions get no
+    bool showAlerts = true; ///< else alerts are only noted and questions get the answer of Escape
 
 private:
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);

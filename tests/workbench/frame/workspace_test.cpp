@@ -224,7 +224,12 @@ TEST_F(WorkspaceTest, NothingIsLostWithoutAQuestion) {
     const auto answer = [&](int button) {
         hands().Do([&, button] { SendMessageA(GetDlgItem(GetActiveWindow(), button), BM_CLICK, 0, 0); });
     };
-    answer(kAlertNo);
+    answer(kAlertCancel);
+    workspace().Pick(kMenuClose);
+    EXPECT_NE(host().front(), nullptr);
+    // To save, and then not: it stays.
+    answer(kAlertYes);
+    hands().Key(VK_ESCAPE);
     workspace().Pick(kMenuClose);
     EXPECT_NE(host().front(), nullptr);
 
