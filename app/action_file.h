@@ -26,7 +26,7 @@
 #include "app/registration.h"
 
 constexpr int kActionSchema = 1;
-constexpr size_t kMostActionBytes = 16 << 20; ///< of a file
+constexpr size_t kMostActionBytes = 4 << 20; ///< of a file
 
 enum class ActionKind { kPlace, kRegister, kUndo, kRedo };
 

@@ -8,10 +8,12 @@
 #include "app/commands.h"
 #include "app/documents.h"
 #include "app/exit_code.h"
+#include "plugin/frame/globals.h"
 #include "workbench/frame/host_windows.h"
 
 namespace {
 
+constexpr int32_t kEnglish = 1;
 constexpr SIZE kDesktop{1280, 800}; ///< nobody sees it
 
 ExitCode ReadActions(const std::string& path, std::vector<ActionStep>* steps) {
@@ -106,6 +108,7 @@ int RunPlay(const PlayOptions& options) {
         return kFileTrouble;
     }
     if (options.trace) session.Trace();
+    globals->language = kEnglish; // its alerts become lines of this command
     document->KeepHistory();
     session.host().Open(std::move(document));
     return PlayAndSave(options, session, display, steps);
