@@ -11,9 +11,11 @@ namespace {
 constexpr int kZoneWidth = 5;
 constexpr int kDeadZone = 5; ///< pixels that the pointer may move before the border follows
 
-constexpr int kBesideSplitter[] = {kRecordList,        kRecordScroll,       kFolderList,
-                                   kFolderScroll,      kNewFolderButton,    kNewGroupButton,
-                                   kDeleteGroupButton, kGroupSettingButton, kSearchButton};
+// New and Delete change places when the panel is laid out for the first time behind its making; a moved
+// window keeps its pixels, and theirs are those of the one that it has come to lie over.
+constexpr int kRepainted[] = {kRecordList,      kRecordScroll,   kFolderList,        kFolderScroll,
+                              kNewFolderButton, kNewGroupButton, kDeleteGroupButton, kGroupSettingButton,
+                              kSearchButton,    kNewButton,      kDeleteButton};
 
 void MoveSplitter(HWND panel, int folderWidth) {
     RECT client{};
@@ -21,7 +23,7 @@ void MoveSplitter(HWND panel, int folderWidth) {
     const int inner = client.right - client.left - 2 * kPanelMargin;
     globals->browseWidth = LimitBrowseWidth(static_cast<float>(folderWidth) / static_cast<float>(inner));
     RelayoutPanel(panel, false);
-    for (const int control : kBesideSplitter) InvalidateRect(GetDlgItem(panel, control), nullptr, FALSE);
+    for (const int control : kRepainted) InvalidateRect(GetDlgItem(panel, control), nullptr, FALSE);
     UpdateWindow(panel);
 }
 

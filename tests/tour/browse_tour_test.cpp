@@ -110,6 +110,19 @@ TEST_P(Tour, SplitterAndFolderList) {
     const RECT wider = ScreenRect(control(kRecordList));
     EXPECT_NEAR(wider.left, before.left + 60, 2);
     EXPECT_EQ(ScreenRect(control(kFolderList)).right, wider.left - 25);
+    for (const int button : {kNewButton, kDeleteButton, kSettingButton}) {
+        const RECT place = ScreenRect(control(button));
+        const auto seen = [&] {
+            std::vector<uint32_t> pixels;
+            for (int y = place.top; y < place.bottom; ++y)
+                for (int x = place.left; x < place.right; ++x) pixels.push_back(hands().Pixel(x, y));
+            return pixels;
+        };
+        const std::vector<uint32_t> moved = seen();
+        InvalidateRect(control(button), nullptr, TRUE);
+        Play();
+        EXPECT_EQ(moved, seen()) << "button " << button << " shows another's icon";
+    }
     drag(wider.left - 3, wider.left - 300);
     EXPECT_EQ(globals->browseWidth, LimitBrowseWidth(-1));
     EXPECT_LT(ScreenRect(control(kFolderList)).right, wider.right);
