@@ -16,6 +16,7 @@ std::vector<std::string> AllGroups() {
     GetDatabaseRoot(root.data());
     HandleOwner rows(ListGroups(root.data(), nullptr, nullptr));
     std::vector<std::string> groups;
+    groups.reserve(static_cast<size_t>(RowCount(rows.get())));
     for (int32_t row = 0; row < RowCount(rows.get()); ++row) groups.emplace_back(RowText(rows.get(), row));
     return groups;
 }
