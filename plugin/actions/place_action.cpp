@@ -6,7 +6,6 @@
 #include <cmath>
 #include <vector>
 
-#include "plugin/capture/art_walk.h"
 #include "plugin/frame/globals.h"
 #include "plugin/host/alerts.h"
 #include "plugin/host/suites.h"
@@ -46,11 +45,15 @@ double FactorOf(double wanted, double side) {
 }
 
 /// The members of the current layer's root above `oldTop`, topmost first; false if the walk doesn't end
-/// there.
+/// there, or the host breaks it off: what stood there before must not be taken for new.
 bool CollectNewArt(ArtHandle root, ArtHandle oldTop, std::vector<ArtHandle>& art) {
-    ArtHandle child = FirstChild(root);
-    for (; child && child != oldTop; child = NextSibling(child)) art.push_back(child);
-    return child == oldTop;
+    ArtHandle child = nullptr;
+    HostError error = ArtSuite().GetFirstChild(root, &child);
+    while (error == kHostNoError && child && child != oldTop) {
+        art.push_back(child);
+        error = ArtSuite().GetNextSibling(art.back(), &child);
+    }
+    return error == kHostNoError && child == oldTop;
 }
 
 void GroupAndTransform(ArtHandle root, const std::vector<ArtHandle>& art, const PlaceSize& place) {
@@ -118,11 +121,11 @@ void PlaceFromAction(ParametersHandle parameters) {
     int32_t number = 0;
     if (!GetRecordOfRow(row, group, &number)) return;
     LayerHandle layer = nullptr;
-    ArtHandle root = nullptr;
+    ArtHandle root = nullptr, oldTop = nullptr;
     if (LayerSuite().GetCurrentLayer(&layer) != kHostNoError ||
-        ArtSuite().GetFirstArtOfLayer(layer, &root) != kHostNoError)
+        ArtSuite().GetFirstArtOfLayer(layer, &root) != kHostNoError ||
+        ArtSuite().GetFirstChild(root, &oldTop) != kHostNoError)
         return;
-    const ArtHandle oldTop = FirstChild(root);
     globals->placePoint = {place.x, place.y};
     globals->trackState = 0;
     AidbLoadArt(group, number);

@@ -138,7 +138,7 @@ const void* DocumentViewSuiteTable() {
 
 const void* UndoSuiteTable() {
     static constexpr AIUndoSuite table{
-        Entry<"AI Undo Suite", "BeginStep", BeginStep>::Run,
+        Entry<"AI Undo Suite", "BeginStep", BeginStep, EntryKind::kDisposal>::Run,
         Entry<"AI Undo Suite", "SetUndoTexts", SetUndoTexts>::Run,
     };
     return &table;

@@ -145,7 +145,8 @@ public:
 
     // Refusing on request.  Calls are calls of suites' operations, numbered from 1; a refused one does
     // nothing and gives kHostRefused.  Operations without an error result count but can't be refused; the
-    // disposal of a string, path or port is done all the same and then reported as refused.
+    // disposal of a string, path or port, and the beginning of an undo step, is done all the same and then
+    // reported as refused.
     uint64_t callCount() const;
     void RefuseCall(uint64_t n); ///< the n-th from now on, 1 being the next; once
     void RefuseFrom(uint64_t n); ///< the n-th from now on and all behind it

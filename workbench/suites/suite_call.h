@@ -244,7 +244,7 @@ struct FixedText {
 enum class EntryKind {
     kOrdinary,
     kPlain,   ///< no error result: counts, and can't be refused
-    kDisposal ///< done even when refused, so that a refusal makes no leak
+    kDisposal ///< done even when refused, so that a refusal makes no leak and no change that can't be undone
 };
 
 template <FixedText suite, FixedText operation, auto body, EntryKind kind = EntryKind::kOrdinary>
