@@ -6,8 +6,10 @@
 
 #include <array>
 #include <cerrno>
+#include <memory>
 #include <new>
 #include <string>
+#include <string_view>
 
 #include "win32/disk_entry.h"
 #include "win32/file_handles.h"
@@ -18,12 +20,15 @@
 
 namespace {
 
-// A name beside the target that no list shows, because its hourglass has no cp932 form.
+// How the name of a copy in the making begins: no list shows it, because the hourglass has no cp932 form.
+constexpr std::string_view kWorkPrefix = ".\u23F3";
+constexpr int kMostWorkFiles = 1000; ///< that killed processes with our number can have left in a folder
+
 std::string WorkPathBeside(const std::string& target) {
     static unsigned count = 0;
     const size_t slash = target.rfind('/');
     const std::string folder = slash == std::string::npos ? "" : target.substr(0, slash + 1);
-    return folder + ".\u23F3" + std::to_string(::getpid()) + "-" + std::to_string(++count);
+    return folder + std::string(kWorkPrefix) + std::to_string(::getpid()) + "-" + std::to_string(++count);
 }
 
 // The loops return -1 with errno set on the first failure.
@@ -50,13 +55,24 @@ int CopyBytes(int from, int to) {
     }
 }
 
-int FillWorkFile(int from, const std::string& workPath) {
-    struct stat status;
-    if (systemCalls->fileStatus(from, &status) != 0) return -1;
-    const int to = systemCalls->open(workPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (to < 0) return -1;
+// A new file beside the target, held by locks so that nobody takes it for one that was left behind.
+int OpenWorkFile(const std::string& target, std::string& workPath) {
+    for (int tries = 0; tries < kMostWorkFiles; ++tries) {
+        workPath = WorkPathBeside(target);
+        const int file = systemCalls->open(workPath.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        if (file < 0 && errno == EEXIST) continue;
+        if (file >= 0) LockForOpening(file, {.writes = true}, {.reads = true, .writes = true});
+        return file;
+    }
+    errno = EBUSY;
+    return -1;
+}
+
+int FillWorkFile(int from, int to) {
+    struct stat status = {};
+    int result = systemCalls->fileStatus(from, &status);
+    if (result == 0) result = CopyBytes(from, to);
     const timespec times[2] = {status.st_atim, status.st_mtim};
-    int result = CopyBytes(from, to);
     if (result == 0) result = systemCalls->setTimes(to, times);
     if (result == 0) result = systemCalls->flush(to);
     const int error = errno;
@@ -68,8 +84,10 @@ int FillWorkFile(int from, const std::string& workPath) {
 } // namespace
 
 int CopyToDiskPath(int from, const std::string& diskPath, bool replaces) try {
-    const std::string workPath = WorkPathBeside(diskPath);
-    int result = FillWorkFile(from, workPath);
+    std::string workPath;
+    const int file = OpenWorkFile(diskPath, workPath);
+    if (file < 0) return -1;
+    int result = FillWorkFile(from, file);
     if (result == 0) {
         const auto move = replaces ? systemCalls->replace : systemCalls->rename;
         result = move(workPath.c_str(), diskPath.c_str());
@@ -84,6 +102,22 @@ int CopyToDiskPath(int from, const std::string& diskPath, bool replaces) try {
 } catch (const std::bad_alloc&) { // before anything was made
     errno = ENOMEM;
     return -1;
+}
+
+bool RemoveAbandonedCopies(const std::string& folder) try {
+    const std::unique_ptr<DIR, int (*)(DIR*)> directory(systemCalls->openDirectory(folder.c_str()),
+                                                        systemCalls->closeDirectory);
+    if (directory == nullptr) return false;
+    bool removed = false;
+    while (const dirent* entry = systemCalls->nextEntry(directory.get())) {
+        if (!std::string_view(entry->d_name).starts_with(kWorkPrefix)) continue;
+        const std::string path = folder + "/" + entry->d_name;
+        const RemovalLock lock(path.c_str());
+        if (lock.granted() && systemCalls->remove(path.c_str()) == 0) removed = true;
+    }
+    return removed;
+} catch (const std::bad_alloc&) {
+    return false;
 }
 
 BOOL CopyFileA(LPCSTR from, LPCSTR to, BOOL failIfExists) try {

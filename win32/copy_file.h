@@ -7,3 +7,7 @@
 /// in one step, in the place of an existing file only if it `replaces`.  -1 with errno set on failure, EEXIST
 /// among them; nothing is then left behind.
 int CopyToDiskPath(int from, const std::string& diskPath, bool replaces);
+
+/// Removes what killed processes have left of their copies in a folder; no list shows it, and none of it was
+/// ever a file of the plug-in.  What is being copied now stays.  True if there was any.
+bool RemoveAbandonedCopies(const std::string& folder);

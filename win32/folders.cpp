@@ -100,7 +100,15 @@ BOOL CreateDirectoryA(LPCSTR path, SECURITY_ATTRIBUTES* security) try {
 BOOL RemoveDirectoryA(LPCSTR path) try {
     const auto diskPath = DiskPathOfStorePath(path);
     if (!diskPath) return FALSE;
-    if (systemCalls->removeDirectory(diskPath->c_str()) == 0) return TRUE;
+    int result = systemCalls->removeDirectory(diskPath->c_str());
+    if (result != 0 && (errno == ENOTEMPTY || errno == EEXIST)) {
+        const int error = errno;
+        if (RemoveAbandonedCopies(*diskPath))
+            result = systemCalls->removeDirectory(diskPath->c_str());
+        else
+            errno = error;
+    }
+    if (result == 0) return TRUE;
     if (errno == EEXIST) return Fail(ERROR_DIR_NOT_EMPTY);
     if (errno != ENOTDIR) return FailOnPath(*diskPath);
     if (!IsLink(*diskPath) || !LeadsToDirectory(*diskPath)) return Fail(ERROR_DIRECTORY);

@@ -1,4 +1,6 @@
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <windows.h>
 
 #include "tests/win32/store_folder.h"
@@ -27,6 +29,33 @@ TEST_F(FoldersTest, ListingGivesStoreNamesAndLeavesOutWhatHasNone) {
     EXPECT_FALSE(FindNextFileA(search, &entry));
     FindClose(search);
     EXPECT_EQ(GetFileAttributesA(Path("folder").c_str()), DWORD{FILE_ATTRIBUTE_DIRECTORY});
+}
+
+// What no list shows nobody else can remove.
+TEST_F(FoldersTest, AFolderIsNotKeptByWhatAKilledCopyLeftInIt) {
+    WriteOnDisk("from", "12345");
+    const std::string from = Path("from"), folder = Path("folder"), to = Path("folder\\to");
+    std::filesystem::create_directory(OnDisk("folder"));
+    const pid_t child = fork();
+    if (child == 0) {
+        FaultCalls faults;
+        faults.At(
+            1, [] { _exit(0); }, kFaultRename);
+        CopyFileA(from.c_str(), to.c_str(), TRUE);
+        _exit(1);
+    }
+    int status = -1;
+    waitpid(child, &status, 0);
+    ASSERT_EQ(status, 0);
+    ASSERT_FALSE(std::filesystem::is_empty(OnDisk("folder")));
+    EXPECT_TRUE(RemoveDirectoryA(folder.c_str()));
+
+    std::filesystem::create_directory(OnDisk("folder"));
+    FaultCalls faults;
+    faults.At(
+        1, [&] { EXPECT_FALSE(RemoveDirectoryA(folder.c_str())); }, kFaultFlush); // it is being made
+    EXPECT_TRUE(CopyFileA(from.c_str(), to.c_str(), TRUE));
+    EXPECT_EQ(Listed(Path("folder\\*")), NameSet{"to"});
 }
 
 TEST_F(FoldersTest, AListingThatFailsIsNoEmptyOne) {
