@@ -81,6 +81,11 @@ bool CircleTouches(const PieceReach& arc, double x, double y, double halfX, doub
            square <= (mostX * mostX + mostY * mostY) * (1 + 1e-9);
 }
 
+/// Half of a box's side, and what is lost where the box is vast beside a piece.
+double HalfOf(float low, float high) {
+    return (double{high} - low) / 2 + 1e-12 * (std::fabs(double{low}) + std::fabs(double{high}));
+}
+
 // Curves
 
 struct Curve {
@@ -156,8 +161,8 @@ bool ReachTouches(const PieceReach& reach, const HostPathSegment& first, const H
     if (!Overlap(reach.box, box)) return false;
     if (reach.box.right >= kFloatMost) return true;
     const double x = (double{box.left} + box.right) / 2, y = (double{box.bottom} + box.top) / 2;
-    const double halfX = (double{box.right} - box.left) / 2 + reach.margin;
-    const double halfY = (double{box.top} - box.bottom) / 2 + reach.margin;
+    const double halfX = HalfOf(box.left, box.right) + reach.margin;
+    const double halfY = HalfOf(box.bottom, box.top) + reach.margin;
     return reach.radius >= 0 ? CircleTouches(reach, x, y, halfX, halfY)
                              : CurveTouches({first.anchor, first.out, second.in, second.anchor}, x, y, halfX,
                                             halfY, kHalvings);

@@ -207,7 +207,9 @@ bool MakeSnapIndex(SnapIndex& index, double pull) {
 
 bool StartQuery(SnapIndex& index, IndexedThing thing, const HostPoint& point) {
     IndexTree& tree = thing == kIndexedAnchors ? index.anchors : index.pieces;
-    index.point = point;
+    // What is beyond all boxes but those without limits stays in these.
+    index.point = {std::clamp(point.x, -double{kFloatMost}, double{kFloatMost}),
+                   std::clamp(point.y, -double{kFloatMost}, double{kFloatMost})};
     index.asked = &tree;
     index.segment = index.behindSegment = 0;
     return Attempt(index, [&] { return FindList(index, tree); });

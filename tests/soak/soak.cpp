@@ -1,7 +1,8 @@
 // Tries to lose a designer's records: failing system calls, kills, power cuts, many processes, damaged bytes.
+// And to make a drag snap otherwise than its rules say.
 //
-// soak faults N | kills N | crashes N | processes WORKERS OPERATIONS [ROOT] | bytes STRIDE [STEP]   [--seed
-// S]
+// soak faults N | kills N | crashes N | processes WORKERS OPERATIONS [ROOT] | bytes STRIDE [STEP] |
+//      snaps N [DRAWINGS]   [--seed S]
 //
 // Prints one line with what was tried and ends with 1, with the seed and the step, at the first loss.
 #include <fcntl.h>
@@ -23,6 +24,7 @@
 #include "tests/soak/crash_states.h"
 #include "tests/soak/soak_bytes.h"
 #include "tests/soak/soak_processes.h"
+#include "tests/soak/soak_snaps.h"
 #include "tests/soak/store_model.h"
 #include "tests/support/temporary_folder.h"
 #include "win32/fault_calls.h"
@@ -213,10 +215,12 @@ int main(int count, char** words) {
                             count > 4 ? words[4] : "");
     } else if (mode == "bytes") {
         return RunBytes(static_cast<unsigned>(times), static_cast<unsigned>(NumberAt(count, words, 3, 1)));
+    } else if (mode == "snaps") {
+        return RunSnaps(times, static_cast<unsigned>(seed), count > 3 ? words[3] : "");
     } else {
         std::fprintf(stderr,
                      "soak faults N | kills N | crashes N | processes WORKERS OPERATIONS [ROOT] | bytes "
-                     "STRIDE [STEP]  [--seed S]\n");
+                     "STRIDE [STEP] | snaps N [DRAWINGS]  [--seed S]\n");
         return 2;
     }
     return 0;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "plugin/frame/globals.h"
 #include "plugin/placement/geometry.h"
 
 using workbench::Art;
@@ -79,6 +80,18 @@ void PlainSnap::ToPath(HostPoint& point, int16_t& kind) {
     });
 }
 
+void PlainSnap::ToGrid(HostPoint& point, int16_t& kind) {
+    if (kind != 0) return;
+    const auto nearest = [](double coordinate, double spacing) {
+        const double lines = std::trunc(coordinate / spacing + std::copysign(0.5, coordinate));
+        // A whole number has no negative zero.
+        return std::abs(lines) < 2147483648.0 ? static_cast<float>((lines + 0.0) * spacing) : coordinate;
+    };
+    point.x = nearest(point.x, globals->flGrWidth);
+    point.y = nearest(point.y, globals->flGrHeight);
+    kind = 1;
+}
+
 void PlainSnap::ToIntersection(HostPoint& point, int16_t& kind) {
     hitA_ = hitB_ = {};
     Walk(kind, [&](const Art& art, const HostRect& bounds) {
@@ -110,10 +123,13 @@ void PlainSnap::Intersect(const Art& art, HostPoint& point, int16_t& kind) {
         kind = 3;
     }
     if (kind == 0) return;
-    HostPoint result;
-    if (Cross(point, result)) {
-        point = {static_cast<float>(result.x), static_cast<float>(result.y)};
+    HostPoint result{};
+    const bool crossed = Cross(point, result);
+    result = {static_cast<float>(result.x), static_cast<float>(result.y)};
+    if (crossed && std::isfinite(result.x) && std::isfinite(result.y)) {
+        point = result;
     } else {
+        if (crossed) Count(kBeyondNumbers);
         kind = 0;
     }
 }

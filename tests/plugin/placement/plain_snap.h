@@ -36,6 +36,7 @@ enum SnapCase {
     kLineCircleFarOff,
     kLineCrossesCurve,
     kLineMissesCurve,
+    kBeyondNumbers, // a vertical line and one that is nearly so
     kSnapCases
 };
 
@@ -46,6 +47,7 @@ public:
     void ToAnchor(HostPoint& point, int16_t& kind);
     void ToIntersection(HostPoint& point, int16_t& kind);
     void ToPath(HostPoint& point, int16_t& kind);
+    void ToGrid(HostPoint& point, int16_t& kind);
 
     const std::array<int, kSnapCases>& counts() const { return counts_; }
 

@@ -5,12 +5,9 @@
 #include <cstring>
 #include <limits>
 #include <memory>
-#include <random>
 #include <utility>
 
-#include "plugin/placement/geometry.h"
-#include "plugin/placement/snap_index.h"
-#include "tests/plugin/placement/plain_snap.h"
+#include "tests/plugin/placement/snap_moves.h"
 #include "tests/support/plugin_fixture.h"
 
 using workbench::Art;
@@ -167,154 +164,17 @@ TEST_F(SnapTest, GridRoundsHalvesAwayFromZero) {
     }
 }
 
-// Random art in a small place, where pieces of all kinds lie within each other's reach.
-class Scribbler {
-public:
-    explicit Scribbler(unsigned seed) : random_(seed) {}
-
-    int Below(int bound) { return std::uniform_int_distribution<>(0, bound - 1)(random_); }
-    double Uniform(double from, double to) {
-        return std::uniform_real_distribution<double>(from, to)(random_);
-    }
-    bool Often(int percent) { return Below(100) < percent; }
-    double Number() { return Often(60) ? Below(kSide) : Uniform(0, kSide); }
-    HostPoint Point() { return {Number(), Number()}; }
-    HostPoint Beside(HostPoint point, double reach) {
-        return {point.x + Uniform(-reach, reach), point.y + Uniform(-reach, reach)};
-    }
-
-    void Fill(workbench::Document& document, Art* container, int members, int depth) {
-        for (int i = 0; i < members; ++i) {
-            if (depth > 0 && Often(20)) {
-                const int32_t kind = Often(40) ? kArtCompoundPath : Often(80) ? kArtGroup : kArtPlugin;
-                Fill(document, document.AppendArt(kind, container), 2, depth - 1);
-            } else if (Often(3)) {
-                document.AppendArt(kArtMesh, container);
-            } else {
-                Draw(*document.AppendArt(kArtPath, container)->path());
-            }
-        }
-    }
-
-private:
-    static constexpr int kSide = 24;
-
-    void Draw(PathData& path) {
-        if (Often(35)) {
-            DrawCircle(path);
-        } else {
-            for (int i = Below(4) + (Often(90) ? 1 : 0); i > 0; --i) path.segments.push_back(Segment(path));
-            path.closed = Often(50);
-        }
-    }
-
-    HostPathSegment Segment(const PathData& path) {
-        HostPoint anchor = Point();
-        if (!path.segments.empty() && Often(40)) { // straight up or across
-            const HostPoint last = path.segments.back().anchor;
-            (Often(60) ? anchor.x : anchor.y) = Often(60) ? last.x : last.y;
-        }
-        HostPathSegment segment{anchor, anchor, anchor, 1};
-        if (Often(30)) segment.out = Beside(anchor, 12);
-        if (Often(30)) segment.in = Beside(anchor, 12);
-        return segment;
-    }
-
-    /// Quarters of a circle, whole or open, sometimes turned; centres and radii often agree.
-    void DrawCircle(PathData& path) {
-        const HostPoint center{10.0 + Below(3) * (Often(50) ? 1 : 4), 10.0 + Below(3)};
-        const double radius = Often(50) ? 4 + Below(4) : Uniform(2, 9);
-        const double turn = Often(50) ? 0 : Uniform(0, 7);
-        const double handle = radius * (Often(90) ? 0.5523 : -0.5523);
-        const int quarters = 2 + Below(4);
-        for (int i = 0; i < quarters; ++i) {
-            const double angle = turn + i * 1.5707963267948966;
-            const double c = std::round(std::cos(angle) * 1e9) / 1e9;
-            const double s = std::round(std::sin(angle) * 1e9) / 1e9;
-            const HostPoint anchor{center.x + radius * c, center.y + radius * s};
-            path.segments.push_back({anchor,
-                                     {anchor.x + handle * s, anchor.y - handle * c},
-                                     {anchor.x - handle * s, anchor.y + handle * c},
-                                     0});
-        }
-        path.closed = quarters == 4;
-    }
-
-    std::mt19937 random_;
-};
-
-class SnapDifference : public SnapTest {
-protected:
-    void DrawDocument(unsigned seed) {
-        OpenEmptyDocument();
-        Scribbler scribbler(seed);
-        constexpr double zooms[] = {1, 1, 4, 0.7, -1, 25};
-        SetZoom(zooms[seed % 6]);
-        scribbler.Fill(document(), document().LayerAt(0).root, 3 + scribbler.Below(12), 3);
-        if (seed % 3) return;
-        workbench::Layer& above = document().InsertLayer(0, "above");
-        above.visible = seed % 2 == 0;
-        above.locked = true;
-        scribbler.Fill(document(), above.root, 3, 1);
-    }
-
-    std::vector<HostPoint> Anchors() {
-        std::vector<HostPoint> anchors;
-        for (size_t i = 0; i < document().LayerCount(); ++i) {
-            workbench::ForEachArt(*document().LayerAt(i).root, [&](const Art& art) {
-                if (!art.path()) return;
-                for (const HostPathSegment& segment : art.path()->segments) anchors.push_back(segment.anchor);
-            });
-        }
-        return anchors;
-    }
-
-    /// One move, as a drag makes it, with the searches that `enabled` has bits for: three times over.
-    void Move(const HostPoint& from, int enabled, PlainSnap& plain) {
-        constexpr Search searches[] = {SnapToAnchor, SnapToIntersection, SnapToPath};
-        constexpr auto plainly = std::to_array<void (PlainSnap::*)(HostPoint&, int16_t&)>(
-            {&PlainSnap::ToAnchor, &PlainSnap::ToIntersection, &PlainSnap::ToPath});
-        Result walked{from, kSnapNone}, indexed = walked, expected = walked;
-        for (size_t i = 0; i < 3; ++i) {
-            if (!(enabled >> i & 1)) continue;
-            if (expected.kind == kSnapNone) (plain.*plainly[i])(expected.point, expected.kind);
-            searches[i](indexed.point, indexed.kind);
-            SnapIndex* index = std::exchange(globals->snapIndex, nullptr);
-            searches[i](walked.point, walked.kind);
-            globals->snapIndex = index;
-            ASSERT_EQ(walked.kind, expected.kind) << "search " << i << " from " << from.x << ", " << from.y;
-            ASSERT_EQ(std::memcmp(&walked.point, &expected.point, sizeof(HostPoint)), 0)
-                << "search " << i << " from " << from.x << ", " << from.y;
-            ASSERT_EQ(indexed.kind, expected.kind) << "search " << i << " from " << from.x << ", " << from.y;
-            ASSERT_EQ(std::memcmp(&indexed.point, &expected.point, sizeof(HostPoint)), 0)
-                << "search " << i << " from " << from.x << ", " << from.y;
-        }
-    }
-};
-
 // VELQUORNE_SNAP_MOVES says how many moves, for longer runs by hand.
-TEST_F(SnapDifference, WalkAndIndexDoAsThePlainSearches) {
+TEST_F(SnapTest, WalkAndIndexDoAsThePlainSearches) {
     constexpr int kMovesEach = 500;
     const char* wanted = std::getenv("VELQUORNE_SNAP_MOVES");
     const long moves = wanted ? std::atol(wanted) : 200000;
     std::array<long, kSnapCases> met{};
     for (unsigned seed = 0; seed < static_cast<unsigned>(moves / kMovesEach); ++seed) {
-        SCOPED_TRACE(seed);
-        DrawDocument(seed);
-        Scribbler hand(seed + 1000000);
-        const std::vector<HostPoint> anchors = Anchors();
+        OpenEmptyDocument();
+        Scribbler(seed).Scribble(document());
         PlainSnap plain(document());
-        const Snapping snapping;
-        const double tolerance = PullTolerance();
-        for (int i = 0; i < kMovesEach; ++i) {
-            HostPoint from = hand.Beside({12, 12}, 16);
-            if (!anchors.empty() && hand.Often(30)) {
-                from = anchors[static_cast<size_t>(hand.Below(static_cast<int>(anchors.size())))];
-                from =
-                    hand.Often(50) ? hand.Beside(from, tolerance * 2) : HostPoint{from.x + tolerance, from.y};
-            }
-            ASSERT_NO_FATAL_FAILURE(Move(from, hand.Often(50) ? 7 : 1 + hand.Below(7), plain));
-        }
+        ASSERT_EQ(MakeMoves(document(), seed, kMovesEach, plain), "") << seed;
         for (size_t i = 0; i < kSnapCases; ++i) met[i] += plain.counts()[i];
     }
     for (size_t i = 0; i < kSnapCases; ++i) {
