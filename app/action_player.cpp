@@ -194,7 +194,11 @@ bool CrossStep(workbench::UndoHistory& history, bool undo, std::string* error) {
         *error = undo ? "there is nothing to undo" : "there is nothing to do again";
         return false;
     }
-    undo ? history.Undo() : history.Redo();
+    if (undo) {
+        history.Undo();
+    } else {
+        history.Redo();
+    }
     return true;
 }
 

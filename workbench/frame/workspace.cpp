@@ -108,7 +108,12 @@ Workspace::Workspace(Host& host, PluginModule& plugin, SIZE size, CanvasPictures
     };
     windows_.handleMore = [this](UINT message, WPARAM, LPARAM lParam) {
         if (message == WM_CLOSE) {
-            Quit();
+            // Under a dialog the document isn't done with: what its action still changes would be lost.
+            if (IsWindowEnabled(windows_.window())) {
+                Quit();
+            } else {
+                MessageBeep(0);
+            }
             return true;
         }
         const POINT point{static_cast<SHORT>(LOWORD(lParam)), static_cast<SHORT>(HIWORD(lParam))};

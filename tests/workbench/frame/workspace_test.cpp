@@ -224,6 +224,8 @@ TEST_F(WorkspaceTest, NothingIsLostWithoutAQuestion) {
     const auto answer = [&](int button) {
         hands().Do([&, button] { SendMessageA(GetDlgItem(GetActiveWindow(), button), BM_CLICK, 0, 0); });
     };
+    // The screen's own close button, under the question, is no answer and asks nothing anew.
+    hands().Do([&] { SendMessageA(workspace().windows().window(), WM_CLOSE, 0, 0); });
     answer(kAlertCancel);
     workspace().Pick(kMenuClose);
     EXPECT_NE(host().front(), nullptr);
