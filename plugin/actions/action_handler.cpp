@@ -78,8 +78,16 @@ HostError HandleDoAction(HostMessage* message) {
         PlaceFromAction(action->parameters);
         return kHostNoError;
     }
-    if (globals->commandPending == kPlaceCommand) TrackPlacement();
-    if (globals->commandPending == kRegisterCommand) RegisterSelection();
+    switch (globals->commandPending) {
+        case kPlaceCommand:
+            TrackPlacement();
+            break;
+        case kRegisterCommand:
+            RegisterSelection();
+            break;
+        default:
+            break;
+    }
     globals->commandPending = 0;
     return kHostNoError;
 }

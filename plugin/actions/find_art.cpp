@@ -5,6 +5,7 @@
 
 #include "plugin/capture/art_walk.h"
 #include "plugin/host/suites.h"
+#include "plugin/placement/geometry.h"
 
 namespace {
 
@@ -15,11 +16,6 @@ HostPoint CubicPoint(const HostPathSegment& first, const HostPathSegment& second
     const double a = s * s * s, b = 3 * s * s * t, c = 3 * s * t * t, d = t * t * t;
     return {a * first.anchor.x + b * first.out.x + c * second.in.x + d * second.anchor.x,
             a * first.anchor.y + b * first.out.y + c * second.in.y + d * second.anchor.y};
-}
-
-bool IsStraight(const HostPathSegment& first, const HostPathSegment& second) {
-    return first.out.x == first.anchor.x && first.out.y == first.anchor.y && second.in.x == second.anchor.x &&
-           second.in.y == second.anchor.y;
 }
 
 /// True if an odd number of the piece's chords cross the ray.

@@ -22,6 +22,7 @@ constexpr double kPi = 3.141593; ///< as stored actions were recorded with
 
 double ReadReal(ParametersHandle parameters, uint32_t key, double missing) {
     double value = 0;
+    if (!parameters) return missing; // played without any
     if (ActionManagerSuite().GetRealParameter(parameters, key, &value) != kHostNoError) return missing;
     return std::isfinite(value) ? value : missing;
 }

@@ -4,7 +4,6 @@
 #include <span>
 
 #include "plugin/frame/globals.h"
-#include "plugin/host/suites.h"
 #include "plugin/placement/geometry.h"
 
 namespace {
@@ -43,11 +42,6 @@ struct Circle {
 
 bool CircleOf(const Piece& piece, Circle& circle) {
     return CircleThroughEnds(piece.first, piece.second, circle.center, circle.radius);
-}
-
-bool IsStraight(const Piece& piece) {
-    return RealMathSuite().PointsEqual(&piece.first.anchor, &piece.first.out) &&
-           RealMathSuite().PointsEqual(&piece.second.in, &piece.second.anchor);
 }
 
 bool NearOnEachAxis(const HostPoint& point, const HostPoint& pulled, double tolerance) {
@@ -175,7 +169,7 @@ bool CrossLineAndCurve(const Piece& straight, const Piece& curved, const HostPoi
 
 bool CrossPieces(const Piece& a, const Piece& b, const HostPoint& pulled, double tolerance,
                  HostPoint& crossing) {
-    const bool straightA = IsStraight(a), straightB = IsStraight(b);
+    const bool straightA = IsStraight(a.first, a.second), straightB = IsStraight(b.first, b.second);
     HostPoint found;
     bool crossed;
     if (straightA && straightB) {

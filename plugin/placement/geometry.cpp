@@ -188,12 +188,15 @@ bool NearAnchor(HostPoint& point, const HostPoint& anchor, double tolerance) {
     return true;
 }
 
+bool IsStraight(const HostPathSegment& first, const HostPathSegment& second) {
+    return RealMathSuite().PointsEqual(&first.anchor, &first.out) &&
+           RealMathSuite().PointsEqual(&second.in, &second.anchor);
+}
+
 bool NearSegment(HostPoint& point, const HostPathSegment& first, const HostPathSegment& second,
                  double tolerance, int16_t curves) {
-    const bool straight = RealMathSuite().PointsEqual(&first.anchor, &first.out) &&
-                          RealMathSuite().PointsEqual(&second.in, &second.anchor);
-    return straight ? NearLine(point, first, second, tolerance)
-                    : NearCurve(point, first, second, tolerance, curves);
+    return IsStraight(first, second) ? NearLine(point, first, second, tolerance)
+                                     : NearCurve(point, first, second, tolerance, curves);
 }
 
 bool NearLine(HostPoint& point, const HostPathSegment& first, const HostPathSegment& second,

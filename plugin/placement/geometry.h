@@ -21,7 +21,7 @@ void FillCurveTables();
 HostPoint CurvePoint(const HostPathSegment& first, const HostPathSegment& second, int step);
 
 /// Two screen pixels in art units at the zoom of the current view; 0 without a view.  Needs the host's
-/// suites, as do InBoundsWithTolerance and NearSegment.
+/// suites, as do InBoundsWithTolerance, IsStraight and NearSegment.
 double PullTolerance();
 
 double Distance(const HostPoint& a, const HostPoint& b);
@@ -38,6 +38,9 @@ bool InBoundsWithTolerance(const HostPoint& point, const HostRect& rect, double 
 
 /// Near means at most the tolerance away on each axis; the point becomes the anchor exactly.
 bool NearAnchor(HostPoint& point, const HostPoint& anchor, double tolerance);
+
+/// Have both handles of the piece no length?  Asks the host whether points are equal.
+bool IsStraight(const HostPathSegment& first, const HostPathSegment& second);
 
 /// Is the point within the tolerance of the piece?  `curves` 0 leaves out curved pieces other than
 /// arcs.
