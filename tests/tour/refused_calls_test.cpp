@@ -132,7 +132,6 @@ public:
         EXPECT_EQ(globals->timerBusy, 0);
         EXPECT_EQ(globals->storeLockDepth, 0);
         EXPECT_EQ(globals->snapIndex, nullptr);
-        EXPECT_EQ(globals->pendingTagCount, 0);
     }
 
     /// What was written can be read to its last object.
