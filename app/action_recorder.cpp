@@ -1,7 +1,6 @@
 #include "app/action_recorder.h"
 
 #include <algorithm>
-#include <ranges>
 
 #include "app/art_selection.h"
 #include "app/commands.h"
@@ -169,9 +168,9 @@ void ActionRecorder::TakeRegistration(Before& before) {
 void ActionRecorder::FollowHistory() {
     if (!IsSameDocument()) return;
     const workbench::UndoHistory& history = *host_.front()->history();
-    for (Placed& placed : placed_ | std::views::reverse) {
-        if (placed.undone || !history.HasUndone(placed.step)) continue;
-        placed.undone = true;
+    for (size_t i = placed_.size(); i-- > 0;) {
+        if (placed_[i].undone || !history.HasUndone(placed_[i].step)) continue;
+        placed_[i].undone = true;
         Add({.kind = ActionKind::kUndo});
     }
     for (Placed& placed : placed_) {
