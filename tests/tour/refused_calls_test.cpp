@@ -24,14 +24,16 @@ constexpr uint64_t kPlainTours = 8; ///< tours with a refusal to one without
 constexpr int kEntryName = 7;       ///< control of the Entry dialog
 
 /// What undoing must bring back: the tree with its tags and where its paths lie.
-std::string Describe(const Art& art) {
+std::string Describe(const Art& art, bool withTags = true) {
     std::string text = std::to_string(art.kind);
     if (const workbench::PathData* path = art.path()) {
         for (const auto& segment : path->segments)
             text += " " + std::to_string(segment.anchor.x) + "," + std::to_string(segment.anchor.y);
     }
-    for (const workbench::Tag& tag : art.tags) text += " " + tag.name + "=" + tag.value;
-    for (const Art* child = art.firstChild; child; child = child->below) text += "(" + Describe(*child) + ")";
+    for (const workbench::Tag& tag : art.tags)
+        if (withTags) text += " " + tag.name + "=" + tag.value;
+    for (const Art* child = art.firstChild; child; child = child->below)
+        text += "(" + Describe(*child, withTags) + ")";
     return text;
 }
 
@@ -61,6 +63,7 @@ public:
         AddPair(300, false);
         AddPair(100, true);
         start_ = Page();
+        pairs_ = Pairs();
     }
     void AddPair(double left, bool tagged) {
         Art& group = *document().AppendArt(kArtGroup, document().LayerAt(0).root);
@@ -70,6 +73,11 @@ public:
             document().ReorderArt(&square, kPlaceInsideAtBottom, &group);
             document().Select(square, tagged);
         }
+    }
+    /// The art that stood there first, without its tags: it is at the bottom, and stays as it is.
+    std::string Pairs() {
+        const Art* bottom = document().LayerAt(0).root->lastChild;
+        return Describe(*bottom->above, false) + Describe(*bottom, false);
     }
     std::string Page() { return Describe(*document().LayerAt(0).root); }
 
@@ -158,6 +166,7 @@ public:
     }
 
     void UndoAll() {
+        EXPECT_EQ(Pairs(), pairs_);
         while (document().history()->CanUndo()) document().history()->Undo();
         EXPECT_EQ(Page(), start_);
     }
@@ -189,7 +198,7 @@ public:
     }
 
 private:
-    std::string start_;
+    std::string start_, pairs_;
 };
 
 TEST_P(RefusedCalls, EachOfAWholeTourInTurn) {
