@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <functional>
+#include <numbers>
 
 #include "app/sample_cells.h"
 
@@ -66,7 +67,7 @@ void AddMeshes(Document& document, Art* layer) {
             const int a = static_cast<int>(at) / (j + 1), b = static_cast<int>(at) % (j + 1);
             workbench::MeshVertex& vertex = mesh.vertices[at];
             if (type == workbench::kMeshRing) {
-                const double turn = 2 * M_PI * a / i, radius = height / 2 * (0.2 + 0.4 * b);
+                const double turn = 2 * std::numbers::pi * a / i, radius = height / 2 * (0.2 + 0.4 * b);
                 vertex.position = {x + radius * std::cos(turn), y + radius * std::sin(turn)};
             } else {
                 vertex.position = {cell.left + width * a / i,

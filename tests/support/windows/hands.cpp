@@ -15,10 +15,10 @@ namespace {
 constexpr UINT kRunAction = WM_APP;
 constexpr UINT kIdleTimer = 1, kIdlePeriod = 10;                          // milliseconds
 constexpr unsigned kIdleTicks = 2;                                        // the first may have been under way
-constexpr unsigned kMostWaited = 30000, kAskedEvery = 2, kHeldPause = 60; // milliseconds
+constexpr unsigned kMostWaited = 30000, kAskedEvery = 2, kHeldPause = 40; // milliseconds
 constexpr char kClass[] = "HandsOfTests";
 
-std::atomic<unsigned> idleTicks = 0, pressesTaken = 0, actionsDone = 0;
+std::atomic<unsigned> idleTicks = 0, pressesTaken = 0, actionsBegun = 0, actionsDone = 0;
 
 /// The test can't go on, and a dialog may stand: what was learnt so far is the last line.
 [[noreturn]] void GiveUp(const char* what) {
@@ -48,8 +48,9 @@ LRESULT CALLBACK HiddenProcedure(HWND window, UINT message, WPARAM wParam, LPARA
     }
     if (message == kRunAction) {
         const auto action = *reinterpret_cast<std::function<void()>*>(lParam);
-        ++actionsDone; // it may open a dialog, in which the hands go on
+        ++actionsBegun; // it may open a dialog, in which the hands go on
         action();
+        ++actionsDone;
         return 0;
     }
     return DefWindowProcA(window, message, wParam, lParam);
@@ -94,12 +95,12 @@ struct HandsState {
     bool held = false; ///< the button, as the hands' thread knows
     std::vector<std::function<void()>> steps;
 
-    void RunAction(std::function<void()> action) {
+    /// Has an action run in the windows' thread; returns when `counter` counts it.
+    void RunAction(std::function<void()> action, const std::atomic<unsigned>& counter) {
         if (held) GiveUp("an action in the midst of a press");
-        const unsigned begin = actionsDone;
+        const unsigned begin = counter;
         PostMessageA(hidden, kRunAction, 0, reinterpret_cast<LPARAM>(&action));
-        WaitUntil("an action was run", [&] { return actionsDone != begin; });
-        WaitUntilIdle();
+        WaitUntil("an action was run", [&] { return counter != begin; });
     }
 };
 
@@ -126,14 +127,10 @@ void Hands::MoveTo(std::function<POINT()> place) {
         if (state.held) {
             at = place();
         } else {
-            state.RunAction([&] { at = place(); });
+            state.RunAction([&] { at = place(); }, actionsDone);
         }
         SetCursorPos(at.x, at.y);
-        if (state.held) {
-            Sleep(kHeldPause);
-        } else {
-            WaitUntilIdle();
-        }
+        if (state.held) Sleep(kHeldPause);
     });
 }
 
@@ -158,10 +155,7 @@ void Hands::Release() {
 }
 
 void Hands::KeyDown(int virtualKey) {
-    state_->steps.push_back([virtualKey] {
-        SendKey(static_cast<WORD>(virtualKey), 0, 0);
-        WaitUntilIdle();
-    });
+    state_->steps.push_back([virtualKey] { SendKey(static_cast<WORD>(virtualKey), 0, 0); });
 }
 
 void Hands::KeyUp(int virtualKey) {
@@ -183,7 +177,10 @@ void Hands::Type(const std::string& cp932) {
 
 void Hands::Do(std::function<void()> action) {
     HandsState& state = *state_;
-    state.steps.push_back([&state, action = std::move(action)] { state.RunAction(action); });
+    state.steps.push_back([&state, action = std::move(action)] {
+        state.RunAction(action, actionsBegun);
+        WaitUntilIdle();
+    });
 }
 
 void Hands::Until(const char* what, std::function<bool()> reached) {
