@@ -66,13 +66,13 @@ POINT PlacementTour::PixelOfArt(HostPoint point) {
     return pixel;
 }
 
-Tour& PlacementTour::DragRowTo(int row, HostPoint point) {
+PanelHands& PlacementTour::DragRowTo(int row, HostPoint point) {
     PointAt([this, row] { return RowPoint(kRecordList, row); });
     hands().Press();
     return MoveTo(point);
 }
 
-Tour& PlacementTour::MoveTo(HostPoint point) {
+PanelHands& PlacementTour::MoveTo(HostPoint point) {
     // Twice: a drag begins with the first, the second is its first move.
     PointAt([this, point] {
         const POINT pixel = PixelOfArt(point);

@@ -23,8 +23,8 @@ public:
     POINT PixelOfArt(HostPoint point); ///< on the screen
 
     /// Presses a row and drags it over the page; the button stays down.
-    Tour& DragRowTo(int row, HostPoint point);
-    Tour& MoveTo(HostPoint point);
+    PanelHands& DragRowTo(int row, HostPoint point);
+    PanelHands& MoveTo(HostPoint point);
     void Drop();
 
     size_t ArtOnPage();
