@@ -215,6 +215,7 @@ std::optional<uint64_t> PackLzss(std::span<const uint8_t> plain, std::span<uint8
         size_t end = std::min(plain.size(), start + kBlockBytes);
         if (run.end != 0) end = std::min(end, run.end - kLongest + 1);
         if (start != blocksEnd) GoOnBehindZeros(packer, start - blocksEnd);
+        if (onlyZeros) LeaveZerosAlone(packer.window);
         if (!PackNextBlock(packer, plain, start, static_cast<uint32_t>(end - start), writer))
             return std::nullopt;
         onlyZeros = run.end != 0 && end >= run.start + kResettingZeros;

@@ -33,6 +33,7 @@ public:
         next_ += literal ? 1 : 2;
         return literal ? kLiteral : kPair;
     }
+    const uint8_t* next() const { return next_; }
     uint8_t byte() const { return item_[0]; }
     uint32_t place() const { return PlaceOfPair(item_[0], item_[1]); }
     uint32_t bytes() const { return BytesOfPair(item_[1]); }
@@ -64,26 +65,30 @@ void CopySixteen(uint8_t* to, const uint8_t* from) {
     std::memcpy(to, from, 16);
 }
 
+// A number whose bytes lie in memory from the lowest on, and back.
+uint64_t Little(uint64_t value) {
+    if constexpr (std::endian::native == std::endian::little) return value;
+    return __builtin_bswap64(value);
+}
+
 // Eight bytes that go on with the last `distance` bytes before `to`, again and again, and by how many of them
-// the next eight begin alike.
+// the next eight begin alike.  Reads eight bytes before `to`.
 struct Pattern {
-    std::array<uint8_t, 8> bytes;
+    uint64_t bytes;
     uint32_t step;
 };
-Pattern PatternBefore(const uint8_t* to, uint64_t distance) {
+[[gnu::always_inline]] inline Pattern PatternBefore(const uint8_t* to, uint64_t distance) {
     static constexpr std::array<uint8_t, 8> kSteps = {0, 8, 8, 6, 8, 5, 6, 7};
-    Pattern pattern{{}, kSteps[distance]};
-    // Reading no more than the bytes meant keeps clear of waiting for stores that are under way.
-    if (distance == 1) {
-        pattern.bytes.fill(to[-1]);
-    } else if (distance == 4) {
-        std::memcpy(pattern.bytes.data(), to - 4, 4);
-        std::memcpy(pattern.bytes.data() + 4, to - 4, 4);
-    } else {
-        for (uint64_t i = 0; i < distance; ++i) pattern.bytes[i] = *(to - distance + i);
-        for (uint64_t i = distance; i < 8; ++i) pattern.bytes[i] = pattern.bytes[i - distance];
-    }
-    return pattern;
+    static constexpr std::array<uint64_t, 8> kRepeat = {0,
+                                                        0x0101'0101'0101'0101,
+                                                        0x0001'0001'0001'0001,
+                                                        0x0001'0000'0100'0001,
+                                                        0x0000'0001'0000'0001,
+                                                        0x0000'0100'0000'0001,
+                                                        0x0001'0000'0000'0001,
+                                                        0x0100'0000'0000'0001};
+    const uint64_t last = Little(LoadEight(to - 8)) >> (64 - 8 * distance);
+    return {Little(last * kRepeat[distance]), kSteps[distance]};
 }
 
 // Copies 18 bytes that don't overlap.
@@ -97,12 +102,12 @@ void CopyFar(uint8_t* to, const uint8_t* from) {
 void CopyNear(uint8_t* to, uint64_t distance) {
     if (distance >= 8) {
         const uint8_t* from = to - distance;
-        CopyEight(to, from);
-        CopyEight(to + 8, from + 8);
-        std::memcpy(to + 16, from + 16, 2);
+        for (uint32_t i = 0; i < 24; i += 8) CopyEight(to + i, from + i);
+    } else if (distance == 1) {
+        std::memset(to, to[-1], 24);
     } else {
         const Pattern pattern = PatternBefore(to, distance);
-        for (uint32_t i = 0; i < 4; ++i) CopyEight(to + i * pattern.step, pattern.bytes.data());
+        for (uint32_t i = 0; i < 4; ++i) std::memcpy(to + i * pattern.step, &pattern.bytes, 8);
     }
 }
 
@@ -118,7 +123,7 @@ void GoOn(uint8_t* to, uint64_t distance, uint64_t bytes) {
         std::memset(to, to[-1], bytes);
     } else {
         const Pattern pattern = PatternBefore(to, distance);
-        for (uint64_t i = 0; i < bytes; i += pattern.step) CopyEight(to + i, pattern.bytes.data());
+        for (uint64_t i = 0; i < bytes; i += pattern.step) std::memcpy(to + i, &pattern.bytes, 8);
     }
 }
 
@@ -163,21 +168,21 @@ void CopySpecial(const Unpacker& unpacker, uint64_t done, uint64_t distance, uin
     }
 }
 
-// The items of one group behind its flag byte; literals that follow each other are one copy.
+// The items of one group behind its flag byte.  In front of each pair stand some literals, mostly none: they
+// are copied without asking, because a processor can't foresee which item follows.
 void UnpackItems(Unpacker& unpacker, uint32_t flags) {
     const uint8_t* next = unpacker.next;
     uint64_t done = unpacker.done;
-    flags |= 1u << kItemsInGroup; // so that counting ends
-    for (uint32_t left = kItemsInGroup; left > 0;) {
-        if (flags & 1) {
-            const auto literals = std::min<uint32_t>(left, static_cast<uint32_t>(std::countr_one(flags)));
-            CopyEight(unpacker.start + done, next);
-            next += literals;
-            done += literals;
-            flags >>= literals;
-            left -= literals;
-            continue;
-        }
+    const auto copyLiterals = [&](uint32_t count) {
+        CopyEight(unpacker.start + done, next);
+        next += count;
+        done += count;
+    };
+    const auto pairs = kItemsInGroup - static_cast<uint32_t>(std::popcount(flags));
+    for (uint32_t i = 0; i < pairs; ++i) {
+        const auto literals = static_cast<uint32_t>(std::countr_one(flags));
+        copyLiterals(literals);
+        flags >>= literals + 1;
         const uint64_t distance = DistanceOf(PlaceOfPair(next[0], next[1]), done);
         const uint32_t bytes = BytesOfPair(next[1]);
         uint8_t* const to = unpacker.start + done;
@@ -188,9 +193,8 @@ void UnpackItems(Unpacker& unpacker, uint32_t flags) {
         }
         next += 2;
         done += bytes;
-        flags >>= 1;
-        --left;
     }
+    copyLiterals(static_cast<uint32_t>(std::popcount(flags)));
     unpacker.next = next;
     unpacker.done = done;
 }
@@ -235,25 +239,32 @@ void UnpackGroups(Unpacker& unpacker) {
     }
 }
 
-} // namespace
-
-uint64_t UnpackLzss(std::span<const uint8_t> packed, std::span<uint8_t> plain) {
-    Unpacker unpacker{packed.data(), packed.data() + packed.size(), plain.data(), 0, plain.size()};
-    if (plain.size() >= kGroupRoom + kSlack) UnpackGroups(unpacker);
-    ItemReader items(unpacker.next, unpacker.end);
-    uint64_t done = unpacker.done;
-    while (done < plain.size()) {
-        const ItemReader::Kind kind = items.Next();
+// Unpacks at most `items` items; returns the bytes done.
+uint64_t UnpackSingly(ItemReader& reader, std::span<uint8_t> plain, uint64_t done, uint64_t items) {
+    for (; items > 0 && done < plain.size(); --items) {
+        const ItemReader::Kind kind = reader.Next();
         if (kind == ItemReader::kEnd) break;
         if (kind == ItemReader::kLiteral) {
-            plain[done++] = items.byte();
+            plain[done++] = reader.byte();
             continue;
         }
-        const uint64_t bytes = std::min<uint64_t>(items.bytes(), plain.size() - done);
-        CopyMatch(plain.data(), done, DistanceOf(items.place(), done), bytes);
+        const uint64_t bytes = std::min<uint64_t>(reader.bytes(), plain.size() - done);
+        CopyMatch(plain.data(), done, DistanceOf(reader.place(), done), bytes);
         done += bytes;
     }
     return done;
+}
+
+} // namespace
+
+uint64_t UnpackLzss(std::span<const uint8_t> packed, std::span<uint8_t> plain) {
+    ItemReader first(packed.data(), packed.data() + packed.size());
+    Unpacker unpacker{nullptr, packed.data() + packed.size(), plain.data(), 0, plain.size()};
+    unpacker.done = UnpackSingly(first, plain, 0, kItemsInGroup);
+    unpacker.next = first.next();
+    UnpackGroups(unpacker);
+    ItemReader rest(unpacker.next, unpacker.end);
+    return UnpackSingly(rest, plain, unpacker.done, packed.size());
 }
 
 namespace {

@@ -73,6 +73,13 @@ void WalkToSpot(const MatchWindow& window, const uint8_t* text, const uint8_t* s
     }
 }
 
+// Whether the string of zeros matches as many bytes and is the oldest of its tree.  It isn't asked often, and
+// in line it would slow down what asks.
+[[gnu::noinline]] bool ZerosAreOldest(const MatchWindow& window, const uint8_t* string, uint32_t bytes) {
+    const WindowString& zeros = window.strings[window.zeros];
+    return zeros.group == 0 && zeros.age == window.zerosAge && LeadingZeros(string) >= bytes;
+}
+
 } // namespace
 
 void InitWindow(MatchWindow& window) {
@@ -93,6 +100,11 @@ void MoveText(MatchWindow& window, uint32_t bytes) {
     for (WindowString& string : window.strings) string.place = static_cast<uint16_t>(string.place - bytes);
     window.nearPlace -= bytes;
     window.ringOffset = (window.ringOffset + bytes) & (kRingBytes - 1);
+}
+
+void LeaveZerosAlone(MatchWindow& window) {
+    window.zeros = window.strings[kFirstString].behind;
+    window.zerosAge = window.strings[window.zeros].age;
 }
 
 Spot FindSpot(MatchWindow& window, const uint8_t* text, uint32_t place) {
@@ -130,6 +142,9 @@ Match FindMatch(const MatchWindow& window, const uint8_t* text, uint32_t place, 
     const uint32_t commonBefore = common(spot.before), commonBehind = common(spot.behind);
     Match match{0, std::max(commonBefore, commonBehind)};
     if (match.bytes < kShortest) return match;
+    // What is alike may be most of the tree.
+    if (spot.start >> (64 - 8 * kShortest) == 0 && ZerosAreOldest(window, text + place, match.bytes))
+        return {window.strings[window.zeros].place, match.bytes};
     uint32_t oldest = std::numeric_limits<uint32_t>::max();
     const auto consider = [&](const WindowString& string) {
         if (string.age >= oldest) return;

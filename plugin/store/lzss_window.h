@@ -49,6 +49,8 @@ struct MatchWindow {
     std::array<uint64_t, kLastGroup / 64 + 1> groups;
     std::array<uint64_t, kLastGroup / 4096 + 1> groupWords; ///< the words above that are not 0
     uint32_t ringOffset;                                    ///< from a place in the text to one of the ring
+    uint32_t zeros;     ///< the number of a string of zeros that was alone in the window
+    uint32_t zerosAge;  ///< its age, for as long as it is there; it is the oldest of its tree
     uint32_t nearPlace; ///< of the string that the one before is like; in the text
 
     uint32_t RingPlace(uint32_t place) const { return (place + ringOffset) & (kRingBytes - 1); }
@@ -59,6 +61,9 @@ void InitWindow(MatchWindow& window);
 
 /// Moves the text back by some bytes, and with it all places.
 void MoveText(MatchWindow& window, uint32_t bytes);
+
+/// Tells that the string of zeros is the only one in the window.
+void LeaveZerosAlone(MatchWindow& window);
 
 /// Where a string stands or could stand.
 struct Spot {
