@@ -260,6 +260,7 @@ uint64_t UnpackSingly(ItemReader& reader, std::span<uint8_t> plain, uint64_t don
 uint64_t UnpackLzss(std::span<const uint8_t> packed, std::span<uint8_t> plain) {
     ItemReader first(packed.data(), packed.data() + packed.size());
     Unpacker unpacker{nullptr, packed.data() + packed.size(), plain.data(), 0, plain.size()};
+    // So that patterns have eight bytes before them.
     unpacker.done = UnpackSingly(first, plain, 0, kItemsInGroup);
     unpacker.next = first.next();
     UnpackGroups(unpacker);
