@@ -13,9 +13,9 @@
 namespace {
 
 constexpr UINT kRunAction = WM_APP;
-constexpr UINT kIdleTimer = 1, kIdlePeriod = 10;                          // milliseconds
-constexpr unsigned kIdleTicks = 2;                                        // the first may have been under way
-constexpr unsigned kMostWaited = 30000, kAskedEvery = 2, kHeldPause = 40; // milliseconds
+constexpr UINT kIdleTimer = 1, kIdlePeriod = 10; // milliseconds
+constexpr unsigned kIdleTicks = 2;               // the first may have been under way
+constexpr unsigned kMostWaited = 30000, kAskedEvery = 2, kHeldPause = 40, kStaleState = 200; // milliseconds
 constexpr char kClass[] = "HandsOfTests";
 
 std::atomic<unsigned> idleTicks = 0, pressesTaken = 0, actionsBegun = 0, actionsDone = 0;
@@ -56,11 +56,20 @@ LRESULT CALLBACK HiddenProcedure(HWND window, UINT message, WPARAM wParam, LPARA
     return DefWindowProcA(window, message, wParam, lParam);
 }
 
+/// Wine keeps "the button is up" of a thread's last look for some milliseconds, and a program that is told of
+/// a press and looks at once would take it for a click.
+void WaitUntilPressIsSeen() {
+    for (unsigned waited = 0; GetAsyncKeyState(VK_LBUTTON) >= 0 && waited < kStaleState; ++waited) Sleep(1);
+}
+
 LRESULT CALLBACK NoteTaken(int code, WPARAM removed, LPARAM lParam) {
     const auto& message = *reinterpret_cast<const MSG*>(lParam);
     const bool press = message.message == WM_LBUTTONDOWN || message.message == WM_LBUTTONDBLCLK ||
                        message.message == WM_NCLBUTTONDOWN || message.message == WM_NCLBUTTONDBLCLK;
-    if (code >= 0 && removed == PM_REMOVE && press) ++pressesTaken;
+    if (code >= 0 && removed == PM_REMOVE && press) {
+        WaitUntilPressIsSeen();
+        ++pressesTaken;
+    }
     return CallNextHookEx(nullptr, code, removed, lParam);
 }
 
