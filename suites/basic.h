@@ -61,9 +61,9 @@ typedef struct HostActionMessage {
 #define HOST_SELECTOR_STARTUP "Startup"
 #define HOST_SELECTOR_ABOUT "About"
 #define HOST_SELECTOR_SHUTDOWN "Shutdown"
-/* "Unload" and "Reload" come only while no code of the plug-in is on the stack: no message, no handler, no window
-   or dialog procedure.  Behind "Unload" the host calls no address of the plug-in, and no window may have one
-   for its procedure. */
+/* "Unload" and "Reload" come only while no code of the plug-in is on the stack: no message, no handler, no
+   window or dialog procedure.  Behind "Unload" the host calls no address of the plug-in, and no window may
+   have one for its procedure. */
 #define HOST_SELECTOR_UNLOAD "Unload"
 #define HOST_SELECTOR_RELOAD "Reload"
 #define HOST_SELECTOR_GO "AI Go"

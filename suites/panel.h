@@ -58,9 +58,9 @@ typedef struct HostSize {
 typedef void (*HostFlyoutHandler)(PanelHandle panel, int32_t item);
 typedef HostError (*HostPanelSizeHandler)(PanelHandle panel);
 
-/* AI Panel Suite, version 2.  Handlers are called from outside of any message to the plug-in.  The host forgets
-   them when it unloads the plug-in, and the plug-in sets them again with its first use of the suites behind a
-   reload; the panel and its window stand all the while. */
+/* AI Panel Suite, version 2.  Handlers are called from outside of any message to the plug-in.  The host
+   forgets them when it unloads the plug-in, and the plug-in sets them again with its first use of the suites
+   behind a reload; the panel and its window stand all the while. */
 typedef struct AIPanelSuite {
     /* A hidden panel with a window of that size for the plug-in's controls.  `stateCount` and `resizable` are
        1, `reserved` is 0; a flyout may be null. */
