@@ -23,16 +23,16 @@ struct Refusal {
     std::string sentence;
 };
 
-[[noreturn]] void Refuse(const std::string& sentence) {
+[[noreturn]] void RefuseFile(const std::string& sentence) {
     throw Refusal{sentence};
 }
 
 /// Refuses members of other names.
 void CheckMembers(const ordered_json& object, std::initializer_list<const char*> names) {
-    if (!object.is_object()) Refuse("it is no object");
+    if (!object.is_object()) RefuseFile("it is no object");
     for (const auto& member : object.items()) {
         if (std::ranges::find(names, member.key()) == names.end())
-            Refuse("'" + member.key() + "' can't stand there");
+            RefuseFile("'" + member.key() + "' can't stand there");
     }
 }
 
@@ -43,12 +43,12 @@ const ordered_json* Find(const ordered_json& object, const char* name) {
 
 const ordered_json& Need(const ordered_json& object, const char* name) {
     const ordered_json* member = Find(object, name);
-    if (!member) Refuse(std::string("'") + name + "' is missing");
+    if (!member) RefuseFile(std::string("'") + name + "' is missing");
     return *member;
 }
 
 std::string ReadText(const ordered_json& value, const char* name) {
-    if (!value.is_string()) Refuse(std::string("'") + name + "' is no text");
+    if (!value.is_string()) RefuseFile(std::string("'") + name + "' is no text");
     return value.get<std::string>();
 }
 
@@ -56,14 +56,14 @@ int64_t ReadCount(const ordered_json& value, const std::string& name) {
     constexpr int64_t kMost = std::numeric_limits<int32_t>::max();
     const bool fits = value.is_number_unsigned() ? value.get<uint64_t>() <= static_cast<uint64_t>(kMost)
                                                  : value.is_number_integer() && value.get<int64_t>() >= 0;
-    if (!fits) Refuse("'" + name + "' is no whole number from 0 on");
+    if (!fits) RefuseFile("'" + name + "' is no whole number from 0 on");
     return value.get<int64_t>();
 }
 
 std::string ReadGroup(const ordered_json& value) {
     std::string error;
     const auto group = GroupNameOfUtf8(ReadText(value, "group"), &error);
-    if (!group) Refuse("'group': " + error);
+    if (!group) RefuseFile("'group': " + error);
     return *group;
 }
 
@@ -83,20 +83,20 @@ uint32_t KeyOfParameter(const std::string& name) {
 }
 
 std::map<uint32_t, double> ReadParameters(const ordered_json& parameters) {
-    if (!parameters.is_object()) Refuse("'parameters' is no object");
+    if (!parameters.is_object()) RefuseFile("'parameters' is no object");
     std::map<uint32_t, double> reals;
     for (const auto& member : parameters.items()) {
         const uint32_t key = KeyOfParameter(member.key());
-        if (key == 0) Refuse("the action has no parameter '" + member.key() + "'");
+        if (key == 0) RefuseFile("the action has no parameter '" + member.key() + "'");
         if (!member.value().is_number() || !std::isfinite(member.value().get<double>()))
-            Refuse("parameter '" + member.key() + "' is no number");
+            RefuseFile("parameter '" + member.key() + "' is no number");
         if (!reals.emplace(key, member.value().get<double>()).second)
-            Refuse("parameter '" + member.key() + "' is there twice");
+            RefuseFile("parameter '" + member.key() + "' is there twice");
     }
     for (const ActionParameter& parameter : PlaceActionParameters()) {
         const bool needed = parameter.key == kPlaceX || parameter.key == kPlaceY;
         if (needed && !reals.contains(parameter.key))
-            Refuse(std::string("parameter '") + parameter.english + "' is missing");
+            RefuseFile(std::string("parameter '") + parameter.english + "' is missing");
     }
     return reals;
 }
@@ -118,15 +118,15 @@ std::string ReadEntryText(const ordered_json& entry, const char* name, size_t mo
     if (!value) return {};
     std::string error;
     const auto text = Cp932OfUtf8(ReadText(*value, name), &error);
-    if (!text) Refuse(std::string("'") + name + "': " + error);
+    if (!text) RefuseFile(std::string("'") + name + "': " + error);
     if (text->size() > most)
-        Refuse(std::string("'") + name + "' is longer than " + std::to_string(most) + " bytes");
+        RefuseFile(std::string("'") + name + "' is longer than " + std::to_string(most) + " bytes");
     return *text;
 }
 
 ArtChoice ReadChoice(const ordered_json& select) {
     if (select.is_string()) return ArtChoiceOf(select.get<std::string>());
-    if (!select.is_array()) Refuse("'select' is no text and no list of numbers");
+    if (!select.is_array()) RefuseFile("'select' is no text and no list of numbers");
     ArtChoice choice;
     for (const ordered_json& number : select)
         choice.numbers.push_back(static_cast<size_t>(ReadCount(number, "select")));
@@ -136,7 +136,7 @@ ArtChoice ReadChoice(const ordered_json& select) {
 ActionStep ReadRegister(const ordered_json& action) {
     CheckMembers(action, {"action", "command", "select", "entry"});
     if (ReadText(Need(action, "command"), "command") != kRegisterWord)
-        Refuse("the command '" + action["command"].get<std::string>() + "' can't be played");
+        RefuseFile("the command '" + action["command"].get<std::string>() + "' can't be played");
     ActionStep step{.kind = ActionKind::kRegister};
     if (const ordered_json* select = Find(action, "select")) step.select = ReadChoice(*select);
     const ordered_json& entry = Need(action, "entry");
@@ -149,11 +149,11 @@ ActionStep ReadRegister(const ordered_json& action) {
 }
 
 ActionStep ReadStep(const ordered_json& action) {
-    if (!action.is_object()) Refuse("it is no object");
+    if (!action.is_object()) RefuseFile("it is no object");
     const std::string name = ReadText(Need(action, "action"), "action");
     if (name == kPlaceAction) return ReadPlace(action);
     if (name == kInternalAction) return ReadRegister(action);
-    if (name != kUndoWord && name != kRedoWord) Refuse("there is no action '" + name + "'");
+    if (name != kUndoWord && name != kRedoWord) RefuseFile("there is no action '" + name + "'");
     CheckMembers(action, {"action"});
     return {.kind = name == kUndoWord ? ActionKind::kUndo : ActionKind::kRedo};
 }
@@ -162,16 +162,16 @@ std::vector<ActionStep> ReadSteps(const ordered_json& file) {
     CheckMembers(file, {"schema", "actions"});
     const int64_t schema = ReadCount(Need(file, "schema"), "schema");
     if (schema != kActionSchema)
-        Refuse("its schema is " + std::to_string(schema) + ", and only " + std::to_string(kActionSchema) +
-               " is known");
+        RefuseFile("its schema is " + std::to_string(schema) + ", and only " + std::to_string(kActionSchema) +
+                   " is known");
     const ordered_json& actions = Need(file, "actions");
-    if (!actions.is_array()) Refuse("'actions' is no list");
+    if (!actions.is_array()) RefuseFile("'actions' is no list");
     std::vector<ActionStep> steps;
     for (const ordered_json& action : actions) {
         try {
             steps.push_back(ReadStep(action));
         } catch (const Refusal& refusal) {
-            Refuse("action " + std::to_string(steps.size() + 1) + ": " + refusal.sentence);
+            RefuseFile("action " + std::to_string(steps.size() + 1) + ": " + refusal.sentence);
         }
     }
     return steps;
@@ -221,7 +221,7 @@ ArtChoice ArtChoiceOf(const std::string& text) {
 
 std::optional<std::vector<ActionStep>> ParseActions(std::string_view text, std::string* error) {
     try {
-        if (text.size() > kMostActionBytes) Refuse("the file is too long");
+        if (text.size() > kMostActionBytes) RefuseFile("the file is too long");
         return ReadSteps(ordered_json::parse(text));
     } catch (const Refusal& refusal) {
         *error = refusal.sentence;

@@ -30,7 +30,7 @@ constexpr size_t kMostActionBytes = 4 << 20; ///< of a file
 
 enum class ActionKind { kPlace, kRegister, kUndo, kRedo };
 
-struct RecordPlace {
+struct ActionRecord {
     std::string group; ///< as the plug-in names it
     int32_t number = 0;
 };
@@ -43,10 +43,10 @@ struct ArtChoice {
 
 struct ActionStep {
     ActionKind kind = ActionKind::kPlace;
-    std::optional<RecordPlace> record{}; ///< to place
-    std::map<uint32_t, double> reals{};  ///< of the place action, by key
-    std::optional<ArtChoice> select{};   ///< to register
-    std::string group{};                 ///< to register in, as the plug-in names it
+    std::optional<ActionRecord> record{}; ///< to place
+    std::map<uint32_t, double> reals{};   ///< of the place action, by key
+    std::optional<ArtChoice> select{};    ///< to register
+    std::string group{};                  ///< to register in, as the plug-in names it
     RecordTexts texts{};
 };
 

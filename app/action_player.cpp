@@ -47,7 +47,7 @@ bool ShowGroup(HWND panel, const std::string& group, std::string* error) {
     return true;
 }
 
-bool SelectRecord(HWND panel, const RecordPlace& record, std::string* error) {
+bool SelectRecord(HWND panel, const ActionRecord& record, std::string* error) {
     if (!GroupFileExists(record.group.c_str())) {
         *error = GroupForPeople(record.group) + ": there is no such group";
         return false;
@@ -63,7 +63,7 @@ bool SelectRecord(HWND panel, const RecordPlace& record, std::string* error) {
 }
 
 /// What is selected in the panel now; a number below 0: nothing.
-RecordPlace SelectedRecord(HWND panel) {
+ActionRecord SelectedRecord(HWND panel) {
     char group[kNameBytes] = "";
     int32_t number = 0;
     const int32_t row = panel ? GetSelectedRow(GetDlgItem(panel, kRecordList)) : -1;
@@ -83,7 +83,7 @@ bool Place(const ActionStage& stage, const ActionStep& step, std::string* error)
     const SuitesHeld held(host);
     const HWND panel = PanelWindow();
     if (step.record && !SelectRecord(panel, *step.record, error)) return false;
-    const RecordPlace record = SelectedRecord(panel);
+    const ActionRecord record = SelectedRecord(panel);
     // Art that goes to layers of its own isn't brought to its place by the action but by the load alone.
     globals->originMode = kOriginCentre;
     host.ClearAlerts();

@@ -23,11 +23,11 @@ using workbench::Document;
 
 namespace {
 
-std::optional<RecordPlace> RecordOfRow(int32_t row) {
+std::optional<ActionRecord> RecordOfRow(int32_t row) {
     char group[kNameBytes] = "";
     int32_t number = 0;
     if (row < 0 || !GetRecordOfRow(row, group, &number)) return std::nullopt;
-    return RecordPlace{.group = group, .number = number};
+    return ActionRecord{.group = group, .number = number};
 }
 
 int32_t SelectedRow() {

@@ -51,7 +51,7 @@ bool Rewrite(const std::string& group, int32_t number, const NewTexts& texts) {
     return WriteRecord(group.c_str(), number) == 0;
 }
 
-int Refuse(const std::string& what) {
+int RefuseEdit(const std::string& what) {
     Complain(what + ": " + WordsOfStoreTrouble());
     return globals->storeTrouble == StoreTrouble::kDisk ? kFileTrouble : kRefusedOrDiffers;
 }
@@ -60,7 +60,7 @@ int Refuse(const std::string& what) {
 int Edit(Session& session, const EditOptions& options, std::string group, const NewTexts& texts) {
     // Between the steps the number must not come to mean another record.
     const StoreLock lock(kStoreExclusive);
-    if (!lock.held()) return Refuse(options.group);
+    if (!lock.held()) return RefuseEdit(options.group);
     int32_t number = options.number;
     if (!options.to.empty()) {
         std::string error;
@@ -72,18 +72,18 @@ int Edit(Session& session, const EditOptions& options, std::string group, const 
         RecordHeader header;
         if (!ReadHeader(group, number, &header)) {
             StoreFails(StoreTrouble::kRefused);
-            return Refuse(options.group + ", record " + std::to_string(number));
+            return RefuseEdit(options.group + ", record " + std::to_string(number));
         }
         if (!session.MakeFolders(*target, &error)) {
             Complain(options.to + ": " + error);
             return kFileTrouble;
         }
         if (MoveRecordToGroup(group.c_str(), number, target->c_str(), &number) != 0)
-            return Refuse(options.group + ", record " + std::to_string(options.number));
+            return RefuseEdit(options.group + ", record " + std::to_string(options.number));
         group = *target;
     }
     if (texts.any() && !Rewrite(group, number, texts))
-        return Refuse(GroupForPeople(group) + ", record " + std::to_string(number));
+        return RefuseEdit(GroupForPeople(group) + ", record " + std::to_string(number));
     std::cout << GroupForPeople(group) << "\t" << number << "\n";
     return kDone;
 }

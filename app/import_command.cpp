@@ -12,7 +12,7 @@
 
 namespace {
 
-using Json = nlohmann::json;
+using WorkerLine = nlohmann::json; ///< of a worker
 
 /// Whole groups to workers, the largest first, each to the one that has the least so far.
 std::vector<ImportShare> ShareOut(const ImportPlan& plan, const std::string& source,
@@ -33,11 +33,11 @@ std::vector<ImportShare> ShareOut(const ImportPlan& plan, const std::string& sou
 }
 
 std::string LineOf(const ImportOutcome& outcome) {
-    return Json{{"file", outcome.file},
-                {"skipped", outcome.skipped},
-                {"refused", outcome.refused},
-                {"lost", outcome.lost}}
-        .dump(-1, ' ', false, Json::error_handler_t::replace);
+    return WorkerLine{{"file", outcome.file},
+                      {"skipped", outcome.skipped},
+                      {"refused", outcome.refused},
+                      {"lost", outcome.lost}}
+        .dump(-1, ' ', false, WorkerLine::error_handler_t::replace);
 }
 
 struct Totals {
@@ -45,7 +45,7 @@ struct Totals {
 };
 
 void Count(const std::string& line, Totals* totals) {
-    const Json outcome = Json::parse(line);
+    const WorkerLine outcome = WorkerLine::parse(line);
     const std::string refused = outcome["refused"], lost = outcome["lost"], file = outcome["file"];
     if (outcome["skipped"]) {
         ++totals->skipped;

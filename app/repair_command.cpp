@@ -20,7 +20,7 @@ int DryRun(const std::string& folder) {
     return findings.empty() ? kDone : kRefusedOrDiffers;
 }
 
-int Repair(const std::string& folder, bool giveUp) {
+int RepairFolder(const std::string& folder, bool giveUp) {
     const StoreLock lock(kStoreExclusiveAsIs);
     if (!lock.held()) {
         Complain(folder + ": " + WordsOfStoreTrouble());
@@ -43,5 +43,5 @@ int RunRepair(const RepairOptions& options) {
     const OpenedDatabase database(options.database);
     if (database.trouble() != kDone) return database.trouble();
     return database.Ended(options.dryRun ? DryRun(options.database)
-                                         : Repair(options.database, options.giveUp));
+                                         : RepairFolder(options.database, options.giveUp));
 }

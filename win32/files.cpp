@@ -15,7 +15,7 @@ namespace {
 constexpr int kNewFileMode = 0666; // less what the user's umask takes away
 constexpr int kOpenTries = 10;
 
-HFILE Fail(DWORD code) {
+HFILE FailFile(DWORD code) {
     SetLastError(code);
     return HFILE_ERROR;
 }
@@ -91,7 +91,7 @@ HFILE _lopen(LPCSTR path, int mode) try {
     FileAccess denied;
     const int accessMode = mode & 3;
     if ((mode & ~0x73) != 0 || accessMode == 3 || !SharingOfMode(mode, &denied)) {
-        return Fail(ERROR_INVALID_PARAMETER);
+        return FailFile(ERROR_INVALID_PARAMETER);
     }
     const auto diskPath = DiskPathOfStorePath(path);
     if (!diskPath) return HFILE_ERROR;
@@ -181,7 +181,7 @@ HFILE _lcreat(LPCSTR path, int attributes) try {
     }
     if (systemCalls->truncate(file, 0) != 0) {
         CloseAfterFailure(file);
-        return Fail(ErrorCodeOfErrno(errno));
+        return FailFile(ErrorCodeOfErrno(errno));
     }
     return HandleOfDescriptor(file);
 } catch (const std::bad_alloc&) {
@@ -194,7 +194,7 @@ UINT _lread(HFILE handle, LPVOID buffer, UINT bytes) {
     while (done < bytes) {
         const ssize_t part = systemCalls->read(file, static_cast<char*>(buffer) + done, bytes - done);
         if (part < 0 && errno == EINTR) continue;
-        if (part < 0) return static_cast<UINT>(Fail(ErrorCodeOfErrno(errno)));
+        if (part < 0) return static_cast<UINT>(FailFile(ErrorCodeOfErrno(errno)));
         if (part == 0) break;
         done += static_cast<UINT>(part);
     }
@@ -271,15 +271,15 @@ BOOL GetFileInformationByHandle(HANDLE handle, BY_HANDLE_FILE_INFORMATION* infor
 
 LONG _llseek(HFILE handle, LONG offset, int origin) {
     const int file = DescriptorOfHandle(handle);
-    if (origin < FILE_BEGIN || origin > FILE_END) return Fail(ERROR_INVALID_PARAMETER);
+    if (origin < FILE_BEGIN || origin > FILE_END) return FailFile(ERROR_INVALID_PARAMETER);
     const off_t before = Position(file);
-    if (before < 0) return Fail(ErrorCodeOfErrno(errno));
+    if (before < 0) return FailFile(ErrorCodeOfErrno(errno));
     const int origins[] = {SEEK_SET, SEEK_CUR, SEEK_END};
     const off_t position = systemCalls->seek(file, offset, origins[origin]);
-    if (position < 0) return Fail(errno == EINVAL ? ERROR_NEGATIVE_SEEK : ErrorCodeOfErrno(errno));
+    if (position < 0) return FailFile(errno == EINVAL ? ERROR_NEGATIVE_SEEK : ErrorCodeOfErrno(errno));
     if (position > INT32_MAX) {
         systemCalls->seek(file, before, SEEK_SET);
-        return Fail(ERROR_INVALID_PARAMETER);
+        return FailFile(ERROR_INVALID_PARAMETER);
     }
     return static_cast<LONG>(position);
 }
@@ -288,7 +288,7 @@ HFILE _lclose(HFILE handle) {
     const int file = DescriptorOfHandle(handle);
     // After EINTR the descriptor is gone all the same on Linux.
     if (systemCalls->close(file) == 0 || errno == EINTR) return 0;
-    return Fail(ErrorCodeOfErrno(errno));
+    return FailFile(ErrorCodeOfErrno(errno));
 }
 
 BOOL FlushFileBuffers(HANDLE handle) {

@@ -12,7 +12,7 @@
 
 namespace {
 
-BOOL Fail(DWORD code) {
+BOOL FailFolder(DWORD code) {
     SetLastError(code);
     return FALSE;
 }
@@ -54,17 +54,18 @@ bool MoveByCopy(const std::string& from, const std::string& to, bool replaces) {
 bool MoveOnDisk(const char* from, const std::string& source, const std::string& target, DWORD flags) {
     const bool replaces = (flags & MOVEFILE_REPLACE_EXISTING) != 0;
     const RemovalLock targetLock(target.c_str());
-    if (replaces && !targetLock.granted()) return Fail(ERROR_ACCESS_DENIED);
+    if (replaces && !targetLock.granted()) return FailFolder(ERROR_ACCESS_DENIED);
     const auto move = replaces ? systemCalls->replace : systemCalls->rename;
     if (move(source.c_str(), target.c_str()) == 0) return true;
     const int error = errno;
     if (error == ENOENT && GetFileAttributesA(from) != INVALID_FILE_ATTRIBUTES)
-        return Fail(ERROR_PATH_NOT_FOUND);
+        return FailFolder(ERROR_PATH_NOT_FOUND);
     if (error != EXDEV) {
         SetErrorOfPath(error, source.c_str());
         return false;
     }
-    if ((flags & MOVEFILE_COPY_ALLOWED) == 0 || LeadsToDirectory(source)) return Fail(ERROR_NOT_SAME_DEVICE);
+    if ((flags & MOVEFILE_COPY_ALLOWED) == 0 || LeadsToDirectory(source))
+        return FailFolder(ERROR_NOT_SAME_DEVICE);
     return MoveByCopy(source, target, replaces);
 }
 
@@ -92,7 +93,7 @@ BOOL CreateDirectoryA(LPCSTR path, SECURITY_ATTRIBUTES* security) try {
     if (!diskPath) return FALSE;
     if (systemCalls->makeDirectory(diskPath->c_str(), 0777) == 0)
         return FlushFolderOf(*diskPath) == 0 ? TRUE : FailOnPath(*diskPath);
-    return errno == ENOENT ? Fail(ERROR_PATH_NOT_FOUND) : FailOnPath(*diskPath);
+    return errno == ENOENT ? FailFolder(ERROR_PATH_NOT_FOUND) : FailOnPath(*diskPath);
 } catch (const std::bad_alloc&) {
     return FailForMemory(FALSE);
 }
@@ -109,9 +110,9 @@ BOOL RemoveDirectoryA(LPCSTR path) try {
             errno = error;
     }
     if (result == 0) return TRUE;
-    if (errno == EEXIST) return Fail(ERROR_DIR_NOT_EMPTY);
+    if (errno == EEXIST) return FailFolder(ERROR_DIR_NOT_EMPTY);
     if (errno != ENOTDIR) return FailOnPath(*diskPath);
-    if (!IsLink(*diskPath) || !LeadsToDirectory(*diskPath)) return Fail(ERROR_DIRECTORY);
+    if (!IsLink(*diskPath) || !LeadsToDirectory(*diskPath)) return FailFolder(ERROR_DIRECTORY);
     return systemCalls->remove(diskPath->c_str()) == 0 ? TRUE : FailOnPath(*diskPath);
 } catch (const std::bad_alloc&) {
     return FailForMemory(FALSE);
@@ -120,9 +121,9 @@ BOOL RemoveDirectoryA(LPCSTR path) try {
 BOOL DeleteFileA(LPCSTR path) try {
     const auto diskPath = DiskPathOfStorePath(path);
     if (!diskPath) return FALSE;
-    if (IsLink(*diskPath) && LeadsToDirectory(*diskPath)) return Fail(ERROR_ACCESS_DENIED);
+    if (IsLink(*diskPath) && LeadsToDirectory(*diskPath)) return FailFolder(ERROR_ACCESS_DENIED);
     const RemovalLock lock(diskPath->c_str());
-    if (!lock.granted()) return Fail(ERROR_SHARING_VIOLATION);
+    if (!lock.granted()) return FailFolder(ERROR_SHARING_VIOLATION);
     return systemCalls->remove(diskPath->c_str()) == 0 ? TRUE : FailOnPath(*diskPath);
 } catch (const std::bad_alloc&) {
     return FailForMemory(FALSE);
@@ -144,9 +145,9 @@ BOOL MoveFileExA(LPCSTR from, LPCSTR to, DWORD flags) try {
     if (!target) return FALSE;
     const bool replaces = (flags & MOVEFILE_REPLACE_EXISTING) != 0;
     // As on Windows only files are replaced.
-    if (replaces && *source != *target && LeadsToDirectory(*target)) return Fail(ERROR_ACCESS_DENIED);
+    if (replaces && *source != *target && LeadsToDirectory(*target)) return FailFolder(ERROR_ACCESS_DENIED);
     const RemovalLock sourceLock(source->c_str());
-    if (!sourceLock.granted()) return Fail(ERROR_SHARING_VIOLATION);
+    if (!sourceLock.granted()) return FailFolder(ERROR_SHARING_VIOLATION);
     if (*source == *target) {
         if (GetFileAttributesA(from) == INVALID_FILE_ATTRIBUTES) return FALSE;
     } else if (!MoveOnDisk(from, *source, *target, flags)) {

@@ -14,16 +14,16 @@
 
 namespace {
 
-struct Search {
+struct Listing {
     DIR* directory; // null: there was one entry, and it has been given
     std::string folder;
 };
 
-Search* SearchOfHandle(HANDLE handle) {
-    return handle == nullptr || handle == INVALID_HANDLE_VALUE ? nullptr : static_cast<Search*>(handle);
+Listing* ListingOfHandle(HANDLE handle) {
+    return handle == nullptr || handle == INVALID_HANDLE_VALUE ? nullptr : static_cast<Listing*>(handle);
 }
 
-HANDLE Fail(DWORD code) {
+HANDLE FailListing(DWORD code) {
     SetLastError(code);
     return INVALID_HANDLE_VALUE;
 }
@@ -56,7 +56,7 @@ Description DescribeEntry(const std::string& folder, const char* diskName, WIN32
 }
 
 // False with GetLastError set, at the end or when the directory can't be read on.
-bool NextListed(Search& search, WIN32_FIND_DATAA* data) try {
+bool NextListed(Listing& search, WIN32_FIND_DATAA* data) try {
     while (search.directory != nullptr) {
         const dirent* entry = systemCalls->nextEntry(search.directory);
         if (entry == nullptr) {
@@ -79,15 +79,16 @@ bool NextListed(Search& search, WIN32_FIND_DATAA* data) try {
 HANDLE ListFolder(const std::string& folder, WIN32_FIND_DATAA* data) {
     const auto diskPath = folder.empty() ? std::string(".") : DiskPathOfStorePath(folder.c_str());
     if (!diskPath) return INVALID_HANDLE_VALUE;
-    std::unique_ptr<Search> search(new Search{nullptr, *diskPath});
+    std::unique_ptr<Listing> search(new Listing{nullptr, *diskPath});
     search->directory = systemCalls->openDirectory(diskPath->c_str());
     if (search->directory == nullptr) {
-        return Fail(errno == ENOENT || errno == ENOTDIR ? ERROR_PATH_NOT_FOUND : ErrorCodeOfErrno(errno));
+        return FailListing(errno == ENOENT || errno == ENOTDIR ? ERROR_PATH_NOT_FOUND
+                                                               : ErrorCodeOfErrno(errno));
     }
     if (NextListed(*search, data)) return search.release();
     const DWORD error = GetLastError();
     FindClose(search.release());
-    return Fail(error == ERROR_NO_MORE_FILES ? ERROR_FILE_NOT_FOUND : error);
+    return FailListing(error == ERROR_NO_MORE_FILES ? ERROR_FILE_NOT_FOUND : error);
 }
 
 HANDLE DescribeOne(const char* path, WIN32_FIND_DATAA* data) {
@@ -99,9 +100,9 @@ HANDLE DescribeOne(const char* path, WIN32_FIND_DATAA* data) {
         return INVALID_HANDLE_VALUE;
     }
     const auto name = StoreNameOfDiskName(diskPath->substr(diskPath->rfind('/') + 1));
-    if (!name || name->size() >= MAX_PATH) return Fail(ERROR_FILE_NOT_FOUND);
+    if (!name || name->size() >= MAX_PATH) return FailListing(ERROR_FILE_NOT_FOUND);
     FillEntry(entry, *name, data);
-    return new Search{nullptr, ""};
+    return new Listing{nullptr, ""};
 }
 
 // Where the last component begins.
@@ -120,7 +121,7 @@ HANDLE FindFirstFileA(LPCSTR pattern, WIN32_FIND_DATAA* data) try {
     const size_t last = LastComponent(path);
     const std::string component = path.substr(last);
     if (component == "*" || component == "*.*") return ListFolder(path.substr(0, last), data);
-    if (component.empty()) return Fail(ERROR_FILE_NOT_FOUND);
+    if (component.empty()) return FailListing(ERROR_FILE_NOT_FOUND);
     if (component.find_first_of("*?") != std::string::npos) {
         RefuseLoudly("FindFirstFileA with a pattern other than * and *.*");
         return INVALID_HANDLE_VALUE;
@@ -131,7 +132,7 @@ HANDLE FindFirstFileA(LPCSTR pattern, WIN32_FIND_DATAA* data) try {
 }
 
 BOOL FindNextFileA(HANDLE handle, WIN32_FIND_DATAA* data) {
-    Search* search = SearchOfHandle(handle);
+    Listing* search = ListingOfHandle(handle);
     if (search == nullptr) {
         SetLastError(ERROR_INVALID_HANDLE);
         return FALSE;
@@ -140,7 +141,7 @@ BOOL FindNextFileA(HANDLE handle, WIN32_FIND_DATAA* data) {
 }
 
 BOOL FindClose(HANDLE handle) {
-    Search* search = SearchOfHandle(handle);
+    Listing* search = ListingOfHandle(handle);
     if (search == nullptr) {
         SetLastError(ERROR_INVALID_HANDLE);
         return FALSE;

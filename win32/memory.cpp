@@ -82,7 +82,7 @@ Header* ExtendInKind(Header* header, SIZE_T total) {
     return header;
 }
 
-HGLOBAL Fail(DWORD code) {
+HGLOBAL FailBlock(DWORD code) {
     SetLastError(code);
     return nullptr;
 }
@@ -96,24 +96,24 @@ bool IsRefused() {
 bool (*refusesBlock)() = nullptr;
 
 HGLOBAL GlobalAlloc(UINT flags, SIZE_T bytes) {
-    if ((flags & ~UINT{GMEM_ZEROINIT}) != 0) return Fail(ERROR_INVALID_PARAMETER);
+    if ((flags & ~UINT{GMEM_ZEROINIT}) != 0) return FailBlock(ERROR_INVALID_PARAMETER);
     Header* header = bytes <= kLargestBlock && !IsRefused() ? NewBlock(bytes) : nullptr;
-    if (header == nullptr) return Fail(ERROR_NOT_ENOUGH_MEMORY);
+    if (header == nullptr) return FailBlock(ERROR_NOT_ENOUGH_MEMORY);
     header->bytes = bytes;
     return BytesOf(header);
 }
 
 HGLOBAL GlobalReAlloc(HGLOBAL block, SIZE_T bytes, UINT flags) {
     if (block == nullptr || (flags & ~UINT{GMEM_ZEROINIT}) != GMEM_MOVEABLE)
-        return Fail(ERROR_INVALID_PARAMETER);
-    if (bytes > kLargestBlock || IsRefused()) return Fail(ERROR_NOT_ENOUGH_MEMORY);
+        return FailBlock(ERROR_INVALID_PARAMETER);
+    if (bytes > kLargestBlock || IsRefused()) return FailBlock(ERROR_NOT_ENOUGH_MEMORY);
     Header* header = HeaderOf(block);
     const SIZE_T before = header->bytes;
     const SIZE_T beforeMapped = header->mapped;
     Header* extended = ExtendInKind(header, bytes + sizeof(Header));
     if (extended == nullptr) {
         extended = NewBlock(bytes);
-        if (extended == nullptr) return Fail(ERROR_NOT_ENOUGH_MEMORY);
+        if (extended == nullptr) return FailBlock(ERROR_NOT_ENOUGH_MEMORY);
         std::memcpy(BytesOf(extended), BytesOf(header), std::min(before, bytes));
         DropBlock(header);
     } else if (bytes > before && (flags & GMEM_ZEROINIT) != 0) {

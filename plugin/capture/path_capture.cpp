@@ -88,11 +88,6 @@ void CaptureStyle(ArtHandle path, AidbPathObject* stored, const HostPoint& origi
     PathStyleToRecord(style, &stored->style, &translation);
 }
 
-void Subtract(HostPoint& point, const HostPoint& origin) {
-    point.x -= origin.x;
-    point.y -= origin.y;
-}
-
 void CaptureSegments(ArtHandle path, std::span<AidbSegment> stored, const HostPoint& origin) {
     int32_t index = 0;
     for (AidbSegment& target : stored) {

@@ -23,6 +23,12 @@ constexpr int32_t kMaxPathSegments = INT16_MAX;
 ///         left out
 HostError PostArtPathProcess(ArtHandle path, MemoryHandle& object, const HostPoint* origin);
 
+/// A point of the art as one of the record, whose zero point is `origin`.
+inline void Subtract(HostPoint& point, const HostPoint& origin) {
+    point.x -= origin.x;
+    point.y -= origin.y;
+}
+
 /// Makes an unfilled or unstroked paint independent of the document: the handle of a pattern or gradient
 /// that paints nothing means nothing in a record.
 void ForgetHandle(HostColor& color);

@@ -1,14 +1,10 @@
 #include "plugin/capture/text_path_capture.h"
 
+#include "plugin/capture/path_capture.h"
 #include "plugin/objects/conversions.h"
 #include "plugin/objects/object_stream.h"
 
 namespace {
-
-void Subtract(HostPoint& point, const HostPoint& origin) {
-    point.x -= origin.x;
-    point.y -= origin.y;
-}
 
 /// Room for a text path of `segments` segments, its matrix and count filled in.
 uint8_t* AppendPath(const CapturedFrame& frame, const HostPoint& origin, int32_t segments,

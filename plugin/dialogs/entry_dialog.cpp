@@ -17,14 +17,14 @@ constexpr UINT kEntryDialog = 16057;
 
 enum FurtherControl : int {
     kRegister = IDOK,
-    kCancel = IDCANCEL,
-    kFolder = 10,
-    kSubFolder = 12,
+    kCancelEntry = IDCANCEL,
+    kEntryFolder = 10,
+    kEntrySubFolder = 12,
     kPreview = 17,
     kCreated = 18,
     kModified = 19,
 };
-constexpr PlaceLists kLists = {kFolder, kSubFolder, kEntryGroup};
+constexpr PlaceLists kEntryLists = {kEntryFolder, kEntrySubFolder, kEntryGroup};
 
 constexpr int kPreviewSide = 128;
 constexpr int kDateBytes = 64;
@@ -57,13 +57,13 @@ void ShowRecord(HWND dialog) {
     SetDlgItemTextA(dialog, kEntryComment, record->header.comment);
 }
 
-void ShowPlace(HWND dialog) {
+void ShowEntryPlace(HWND dialog) {
     SplitGroupName(globals->entryName, globals->selFolder, globals->selSubFolder, globals->selGroup);
-    if (!FillFolderList(dialog, kFolder, globals->selFolder)) {
+    if (!FillFolderList(dialog, kEntryFolder, globals->selFolder)) {
         globals->selFolder[0] = '\0';
         globals->selSubFolder[0] = '\0';
     }
-    FillSubFolderList(dialog, kLists, false);
+    FillSubFolderList(dialog, kEntryLists, false);
 }
 
 // The record's pixels as bytes unused, red, green, blue become those of a bitmap: blue, green, red, unused.
@@ -102,27 +102,27 @@ void TakeAll(HWND dialog) {
         TakeText(dialog, kEntryComment, header.comment, sizeof header.comment, kEntryCommentBytes);
     }
     char folder[kPartBytes], subFolder[kPartBytes], group[kPartBytes];
-    ReadFolderOfList(dialog, kFolder, folder);
-    ReadFolderOfList(dialog, kSubFolder, subFolder);
+    ReadFolderOfList(dialog, kEntryFolder, folder);
+    ReadFolderOfList(dialog, kEntrySubFolder, subFolder);
     ReadList(dialog, kEntryGroup, group);
     if (folder[0] == '\0') subFolder[0] = '\0';
     JoinGroupName(folder, subFolder, group, globals->entryName);
 }
 
-void OnCommand(HWND dialog, int control) {
+void OnEntryCommand(HWND dialog, int control) {
     switch (control) {
         case kRegister:
             TakeAll(dialog);
             EndDialog(dialog, kRegister);
             break;
-        case kCancel:
-            EndDialog(dialog, kCancel);
+        case kCancelEntry:
+            EndDialog(dialog, kCancelEntry);
             break;
-        case kFolder:
-            FillSubFolderList(dialog, kLists, true);
+        case kEntryFolder:
+            FillSubFolderList(dialog, kEntryLists, true);
             break;
-        case kSubFolder:
-            FillGroupList(dialog, kLists, true);
+        case kEntrySubFolder:
+            FillGroupList(dialog, kEntryLists, true);
             break;
         case kEntryGroup: // so that it stays when the lists above are only looked at
             ReadList(dialog, kEntryGroup, globals->selGroup);
@@ -137,10 +137,10 @@ INT_PTR CALLBACK EntryDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARA
         case WM_INITDIALOG:
             CentreDialog(dialog);
             ShowRecord(dialog);
-            ShowPlace(dialog);
+            ShowEntryPlace(dialog);
             return TRUE;
         case WM_COMMAND:
-            OnCommand(dialog, LOWORD(wParam));
+            OnEntryCommand(dialog, LOWORD(wParam));
             return TRUE;
         case WM_DRAWITEM:
             if (wParam == kPreview) PaintPreview(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));

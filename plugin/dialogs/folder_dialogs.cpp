@@ -14,53 +14,58 @@
 
 namespace {
 
-constexpr UINT kFolderSetting = 16147;
-constexpr UINT kGroupSetting = 16148;
-constexpr UINT kNewFolder = 16149;
-constexpr UINT kNewGroup = 16150;
+constexpr UINT kFolderSettingDialog = 16147;
+constexpr UINT kGroupSettingDialog = 16148;
+constexpr UINT kNewFolderDialog = 16149;
+constexpr UINT kNewGroupDialog = 16150;
 
-enum PlaceControl : int { kTake = 1, kCancel = 2, kName = 5, kFolder = 8, kSubFolder = 10 };
-constexpr PlaceLists kLists = {kFolder, kSubFolder, 0};
-constexpr size_t kMostPartBytes = 78;
+enum PlaceControl : int {
+    kTakePlace = 1,
+    kCancelPlace = 2,
+    kPlaceName = 5,
+    kPlaceFolder = 8,
+    kPlaceSubFolder = 10
+};
+constexpr PlaceLists kGroupPlaceLists = {kPlaceFolder, kPlaceSubFolder, 0};
 
 void ReadName(HWND dialog, char* part) {
-    ReadText(dialog, kName, part, kMostPartBytes);
+    ReadText(dialog, kPlaceName, part, kMostPartBytes);
 }
 
 // A second-level folder stands as its parent and its name, a top folder as "None" and its name.
 void ShowFolder(HWND dialog) {
     SplitCurrentName();
     const bool below = globals->selSubFolder[0] != '\0';
-    FillFolderList(dialog, kFolder, below ? globals->selFolder : "");
-    SetDlgItemTextA(dialog, kName, below ? globals->selSubFolder : globals->selFolder);
+    FillFolderList(dialog, kPlaceFolder, below ? globals->selFolder : "");
+    SetDlgItemTextA(dialog, kPlaceName, below ? globals->selSubFolder : globals->selFolder);
 }
 
 void ShowParents(HWND dialog) {
     SplitCurrentName();
-    FillFolderList(dialog, kFolder, globals->selFolder);
+    FillFolderList(dialog, kPlaceFolder, globals->selFolder);
 }
 
 void TakeFolder(HWND dialog) {
-    ReadFolderOfList(dialog, kFolder, globals->selFolder);
+    ReadFolderOfList(dialog, kPlaceFolder, globals->selFolder);
     ReadName(dialog, globals->selSubFolder);
     if (globals->selFolder[0] != '\0') return;
     std::strcpy(globals->selFolder, globals->selSubFolder);
     globals->selSubFolder[0] = '\0';
 }
 
-void ShowPlace(HWND dialog) {
-    FillFolderList(dialog, kFolder, globals->selFolder);
-    FillSubFolderList(dialog, kLists, false);
+void ShowGroupPlace(HWND dialog) {
+    FillFolderList(dialog, kPlaceFolder, globals->selFolder);
+    FillSubFolderList(dialog, kGroupPlaceLists, false);
 }
 
 void ShowGroup(HWND dialog) {
-    ShowPlace(dialog);
-    SetDlgItemTextA(dialog, kName, globals->selGroup);
+    ShowGroupPlace(dialog);
+    SetDlgItemTextA(dialog, kPlaceName, globals->selGroup);
 }
 
 void TakeGroup(HWND dialog) {
-    ReadFolderOfList(dialog, kFolder, globals->selFolder);
-    ReadFolderOfList(dialog, kSubFolder, globals->selSubFolder);
+    ReadFolderOfList(dialog, kPlaceFolder, globals->selFolder);
+    ReadFolderOfList(dialog, kPlaceSubFolder, globals->selSubFolder);
     ReadName(dialog, globals->selGroup);
     if (globals->selFolder[0] == '\0') globals->selSubFolder[0] = '\0';
 }
@@ -69,8 +74,8 @@ void TakeGroup(HWND dialog) {
 // taken apart at other places than where it was put together.
 void TakeNewGroup(HWND dialog) {
     char folder[kPartBytes], subFolder[kPartBytes], group[kPartBytes];
-    ReadFolderOfList(dialog, kFolder, folder);
-    ReadFolderOfList(dialog, kSubFolder, subFolder);
+    ReadFolderOfList(dialog, kPlaceFolder, folder);
+    ReadFolderOfList(dialog, kPlaceSubFolder, subFolder);
     ReadName(dialog, group);
     const char* name = group;
     while (*name == '\\') ++name;
@@ -91,14 +96,14 @@ struct PlaceDialog {
 void Open(HWND dialog, const PlaceDialog& kind) {
     CentreDialog(dialog);
     kind.show(dialog);
-    SendDlgItemMessageA(dialog, kName, EM_SETSEL, 0, -1);
-    SetFocus(GetDlgItem(dialog, kName));
+    SendDlgItemMessageA(dialog, kPlaceName, EM_SETSEL, 0, -1);
+    SetFocus(GetDlgItem(dialog, kPlaceName));
 }
 
-void OnCommand(HWND dialog, int control, const PlaceDialog& kind) {
-    if (control == kFolder && kind.hasSubFolders) FillSubFolderList(dialog, kLists, true);
-    if (control == kTake) kind.take(dialog);
-    if (control == kTake || control == kCancel) EndDialog(dialog, control);
+void OnPlaceCommand(HWND dialog, int control, const PlaceDialog& kind) {
+    if (control == kPlaceFolder && kind.hasSubFolders) FillSubFolderList(dialog, kGroupPlaceLists, true);
+    if (control == kTakePlace) kind.take(dialog);
+    if (control == kTakePlace || control == kCancelPlace) EndDialog(dialog, control);
 }
 
 INT_PTR Handle(HWND dialog, UINT message, WPARAM wParam, const PlaceDialog& kind) {
@@ -107,7 +112,7 @@ INT_PTR Handle(HWND dialog, UINT message, WPARAM wParam, const PlaceDialog& kind
             Open(dialog, kind);
             return FALSE; // the focus is set
         case WM_COMMAND:
-            OnCommand(dialog, LOWORD(wParam), kind);
+            OnPlaceCommand(dialog, LOWORD(wParam), kind);
             return TRUE;
         default:
             return FALSE;
@@ -127,23 +132,23 @@ INT_PTR CALLBACK GroupSettingProc(HWND dialog, UINT message, WPARAM wParam, LPAR
 }
 
 INT_PTR CALLBACK NewGroupProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
-    return Handle(dialog, message, wParam, {ShowPlace, TakeNewGroup, true});
+    return Handle(dialog, message, wParam, {ShowGroupPlace, TakeNewGroup, true});
 }
 
 } // namespace
 
 bool RunFolderSetting() {
-    return RunDialog(kFolderSetting, FolderSettingProc) == kTake;
+    return RunDialog(kFolderSettingDialog, FolderSettingProc) == kTakePlace;
 }
 
 bool RunGroupSetting() {
-    return RunDialog(kGroupSetting, GroupSettingProc) == kTake;
+    return RunDialog(kGroupSettingDialog, GroupSettingProc) == kTakePlace;
 }
 
 bool RunNewFolder() {
-    return RunDialog(kNewFolder, NewFolderProc) == kTake;
+    return RunDialog(kNewFolderDialog, NewFolderProc) == kTakePlace;
 }
 
 bool RunNewGroup() {
-    return RunDialog(kNewGroup, NewGroupProc) == kTake;
+    return RunDialog(kNewGroupDialog, NewGroupProc) == kTakePlace;
 }

@@ -14,7 +14,7 @@ namespace {
 constexpr UINT kPathDialog = 16157;
 constexpr size_t kMostPathBytes = 254;
 
-enum PathControl : int { kTake = 1, kCancel = 2, kPath = 5, kBrowse = 7, kClear = 8 };
+enum PathControl : int { kTakePath = 1, kCancelPath = 2, kPath = 5, kBrowse = 7, kClear = 8 };
 
 void ShowRoots(HWND dialog) {
     SendDlgItemMessageA(dialog, kPath, CB_LIMITTEXT, kMostPathBytes, 0);
@@ -54,14 +54,14 @@ void BrowseForFolder(HWND dialog) {
         PlainBeep();
 }
 
-void OnCommand(HWND dialog, int control) {
+void OnPathCommand(HWND dialog, int control) {
     switch (control) {
-        case kTake:
+        case kTakePath:
             ReadText(dialog, kPath, globals->aidbfpath, kMostPathBytes);
-            EndDialog(dialog, kTake);
+            EndDialog(dialog, kTakePath);
             break;
-        case kCancel:
-            EndDialog(dialog, kCancel);
+        case kCancelPath:
+            EndDialog(dialog, kCancelPath);
             break;
         case kBrowse:
             BrowseForFolder(dialog);
@@ -81,7 +81,7 @@ INT_PTR CALLBACK DatabasePathProc(HWND dialog, UINT message, WPARAM wParam, LPAR
             ShowRoots(dialog);
             return TRUE;
         case WM_COMMAND:
-            OnCommand(dialog, LOWORD(wParam));
+            OnPathCommand(dialog, LOWORD(wParam));
             return TRUE;
         default:
             return FALSE;
@@ -91,7 +91,7 @@ INT_PTR CALLBACK DatabasePathProc(HWND dialog, UINT message, WPARAM wParam, LPAR
 } // namespace
 
 int32_t ChooseDatabasePath(HWND panel) {
-    if (RunDialog(kPathDialog, DatabasePathProc) != kTake) return -1;
+    if (RunDialog(kPathDialog, DatabasePathProc) != kTakePath) return -1;
     SelectGroup("");
     globals->hasFolders = kNotKnown;
     RefreshAfterFolderChange(panel);

@@ -9,8 +9,6 @@
 
 namespace {
 
-constexpr size_t kMostPartBytes = 78; ///< taken from a control
-
 void AddToControl(void* control, const char* entry) {
     SendMessageA(static_cast<HWND>(control), CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(entry));
 }

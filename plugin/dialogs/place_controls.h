@@ -9,6 +9,8 @@ struct PlaceLists {
     int folder, subFolder, group;
 };
 
+constexpr size_t kMostPartBytes = 78; ///< taken from a control
+
 /// Fills the folder list and selects `folder`; false if "None" is selected.
 bool FillFolderList(HWND dialog, int list, const char* folder);
 

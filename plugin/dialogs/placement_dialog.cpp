@@ -12,7 +12,7 @@ namespace {
 
 constexpr UINT kPlacementDialog = 16153;
 
-enum PlacementControl : int { kSet = 1, kCancel = 2, kAcross = 9, kDown = 10 };
+enum PlacementControl : int { kSet = 1, kCancelPlacement = 2, kAcross = 9, kDown = 10 };
 
 /// A check box and its field.
 struct SnapBox {
@@ -33,7 +33,7 @@ struct Spacing {
 };
 constexpr Spacing kSpacings[] = {{kAcross, &Globals::flGrWidth}, {kDown, &Globals::flGrHeight}};
 
-void ShowSettings(HWND dialog) {
+void ShowSnapSettings(HWND dialog) {
     for (const SnapBox& box : kSnapBoxes)
         CheckDlgButton(dialog, box.control, globals->*box.field != 0 ? BST_CHECKED : BST_UNCHECKED);
     for (const Spacing& spacing : kSpacings) {
@@ -43,7 +43,7 @@ void ShowSettings(HWND dialog) {
     }
 }
 
-void TakeSettings(HWND dialog) {
+void TakeSnapSettings(HWND dialog) {
     for (const SnapBox& box : kSnapBoxes)
         globals->*box.field = IsDlgButtonChecked(dialog, box.control) == BST_CHECKED ? 1 : 0;
     for (const Spacing& spacing : kSpacings) {
@@ -59,11 +59,12 @@ INT_PTR CALLBACK PlacementDialogProc(HWND dialog, UINT message, WPARAM wParam, L
     switch (message) {
         case WM_INITDIALOG:
             CentreDialog(dialog);
-            ShowSettings(dialog);
+            ShowSnapSettings(dialog);
             return TRUE;
         case WM_COMMAND:
-            if (LOWORD(wParam) == kSet) TakeSettings(dialog);
-            if (LOWORD(wParam) == kSet || LOWORD(wParam) == kCancel) EndDialog(dialog, LOWORD(wParam));
+            if (LOWORD(wParam) == kSet) TakeSnapSettings(dialog);
+            if (LOWORD(wParam) == kSet || LOWORD(wParam) == kCancelPlacement)
+                EndDialog(dialog, LOWORD(wParam));
             return TRUE;
         default:
             return FALSE;

@@ -20,7 +20,7 @@ constexpr int kEnglish = 1; ///< the one language whose fields have English name
 constexpr char kLeftOut = '-';
 constexpr size_t kMostSearchBytes = 254;
 
-enum SearchControl : int { kSearch = 1, kLimit = 2, kCancel = 3, kField = 4, kText = 5 };
+enum SearchControl : int { kStartSearch = 1, kLimit = 2, kCancelSearch = 3, kField = 4, kText = 5 };
 constexpr int kFound = 1; ///< results of the dialog
 constexpr int kNoSearch = 2;
 
@@ -49,7 +49,7 @@ void FillFields(HWND dialog) {
                         static_cast<WPARAM>(mode >= 0 && mode < kFieldTexts ? mode : 0), 0);
 }
 
-void ShowSettings(HWND dialog) {
+void ShowSearchSettings(HWND dialog) {
     const bool canLimit = globals->findMode != kFindGroup && CountRecords(globals->aidbfname) > 1;
     EnableWindow(GetDlgItem(dialog, kLimit), canLimit ? TRUE : FALSE);
     FillFields(dialog);
@@ -58,7 +58,7 @@ void ShowSettings(HWND dialog) {
         CheckDlgButton(dialog, box.control, globals->*box.field != 0 ? BST_CHECKED : BST_UNCHECKED);
 }
 
-void TakeSettings(HWND dialog) {
+void TakeSearchSettings(HWND dialog) {
     const LRESULT field = SendDlgItemMessageA(dialog, kField, CB_GETCURSEL, 0, 0);
     if (field != CB_ERR) globals->flCnvFnMode = static_cast<int16_t>(field);
     ReadText(dialog, kText, globals->flCnvFnStr, kMostSearchBytes);
@@ -80,14 +80,14 @@ bool IsByEscape() {
     return GetKeyState(VK_ESCAPE) < 0;
 }
 
-void OnCommand(HWND dialog, int control) {
-    if (control == kCancel || (control == kLimit && IsByEscape())) {
+void OnSearchCommand(HWND dialog, int control) {
+    if (control == kCancelSearch || (control == kLimit && IsByEscape())) {
         EndDialog(dialog, kNoSearch);
         return;
     }
-    if (control != kSearch && control != kLimit) return;
-    TakeSettings(dialog);
-    if (control == kSearch) {
+    if (control != kStartSearch && control != kLimit) return;
+    TakeSearchSettings(dialog);
+    if (control == kStartSearch) {
         TellMissed(RunSearch(), "検索できないグループがありました。[%d]",
                    "Some groups could not be searched to their end. [%d]");
     } else {
@@ -101,11 +101,11 @@ INT_PTR CALLBACK SearchDialogProc(HWND dialog, UINT message, WPARAM wParam, LPAR
     switch (message) {
         case WM_INITDIALOG:
             CentreDialog(dialog);
-            ShowSettings(dialog);
+            ShowSearchSettings(dialog);
             SetFocus(GetDlgItem(dialog, kText));
             return FALSE; // the focus is set
         case WM_COMMAND:
-            OnCommand(dialog, LOWORD(wParam));
+            OnSearchCommand(dialog, LOWORD(wParam));
             return TRUE;
         case WM_CLOSE:
             EndDialog(dialog, kNoSearch);

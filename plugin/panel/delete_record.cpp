@@ -37,7 +37,7 @@ bool ItemOfRow(int32_t row, RihItem& item) {
     return true;
 }
 
-bool SameText(const char (&a)[kRecordNameBytes], const char (&b)[kRecordNameBytes]) {
+bool SameField(const char (&a)[kRecordNameBytes], const char (&b)[kRecordNameBytes]) {
     return std::strncmp(a, b, kRecordNameBytes - 1) == 0;
 }
 
@@ -47,7 +47,7 @@ bool IsRecordOfItem(const RihItem& item) {
     AidbReadRecord(item.groupPath, static_cast<int32_t>(item.recNo), &record.get(), kReadHeader, true);
     if (!record.get()) return false;
     const auto* header = reinterpret_cast<const RecordHeader*>(record.bytes());
-    return header->size != 0 && SameText(header->name, item.name) && SameText(header->kind, item.kind) &&
+    return header->size != 0 && SameField(header->name, item.name) && SameField(header->kind, item.kind) &&
            header->created == item.created;
 }
 

@@ -25,10 +25,6 @@ NameParts PartsOf(const char* name) {
     return parts;
 }
 
-bool IsText(const char* a, const char* b) {
-    return std::strcmp(a, b) == 0;
-}
-
 /// A name that may become the current one, and its row.
 struct Candidate {
     char name[kNameBytes] = "";
@@ -80,7 +76,7 @@ void WalkGroups(FolderWalk& walk, MemoryHandle groups, bool shown) {
     for (int32_t i = 0; i < RowCount(groups); ++i) {
         const char* text = RowText(groups, i);
         const int32_t row = shown ? AddRow(walk, text) : -1;
-        if (!IsText(text, globals->aidbfname)) continue;
+        if (!SameText(text, globals->aidbfname)) continue;
         walk.target.Take(text);
         if (row >= 0) walk.target.row = row;
     }
@@ -89,7 +85,7 @@ void WalkGroups(FolderWalk& walk, MemoryHandle groups, bool shown) {
 void WalkSubFolder(FolderWalk& walk, const char* folder, const char* text, bool folderOpen, bool inCurrent) {
     const NameParts parts = PartsOf(text);
     const int32_t row = folderOpen ? AddRow(walk, text) : -1;
-    const bool isCurrent = inCurrent && IsText(parts.subFolder, globals->selSubFolder);
+    const bool isCurrent = inCurrent && SameText(parts.subFolder, globals->selSubFolder);
     if (isCurrent) AimAtFolder(walk, text, row);
     const bool open = folderOpen && IsOpen(walk, text);
     if (!open && !isCurrent) return;
@@ -100,7 +96,7 @@ void WalkSubFolder(FolderWalk& walk, const char* folder, const char* text, bool 
 void WalkFolder(FolderWalk& walk, const char* text) {
     const NameParts parts = PartsOf(text);
     const int32_t row = AddRow(walk, text);
-    const bool isCurrent = IsText(parts.folder, globals->selFolder);
+    const bool isCurrent = SameText(parts.folder, globals->selFolder);
     if (isCurrent) AimAtFolder(walk, text, row);
     const bool open = IsOpen(walk, text);
     if (!open && !isCurrent) return;
@@ -121,7 +117,7 @@ void WalkRootGroups(FolderWalk& walk) {
         const int32_t row = AddRow(walk, text);
         ++walk.rootGroups;
         if (!walk.fallback.found) walk.fallback.Take(text);
-        if (!IsText(text, globals->aidbfname)) continue;
+        if (!SameText(text, globals->aidbfname)) continue;
         walk.target.Take(text);
         walk.target.row = row;
     }
@@ -141,19 +137,19 @@ void WalkTree(FolderWalk& walk) {
 void SelectNameOfRow(const char* text) {
     char name[kNameBytes];
     NameOfFolderRow(text, name);
-    if (!IsText(name, globals->aidbfname)) SelectGroup(name);
+    if (!SameText(name, globals->aidbfname)) SelectGroup(name);
 }
 
 bool ShowsSearchResult() {
-    return IsText(globals->aidbfname, kSearchResult);
+    return SameText(globals->aidbfname, kSearchResult);
 }
 
 } // namespace
 
 void NameOfFolderRow(const char* text, char* name) {
     NameParts parts = PartsOf(text);
-    if (IsText(parts.subFolder, kFolderRowPart)) parts.subFolder[0] = '\0';
-    if (parts.group[0] == '\0' || IsText(parts.group, kFolderRowGroup)) {
+    if (SameText(parts.subFolder, kFolderRowPart)) parts.subFolder[0] = '\0';
+    if (parts.group[0] == '\0' || SameText(parts.group, kFolderRowGroup)) {
         CopyText(parts.group, sizeof parts.group, kFolderSelected);
     }
     JoinGroupName(parts.folder, parts.subFolder, parts.group, name);

@@ -20,6 +20,7 @@
 #include "plugin/panel/panel_layout.h"
 #include "plugin/panel/panel_lists.h"
 #include "plugin/placement/action_names.h"
+#include "plugin/store/cp932.h"
 #include "plugin/store/record.h"
 #include "plugin/store/record_index.h"
 #include "plugin/store/store_names.h"
@@ -28,10 +29,6 @@ namespace {
 
 int32_t SelectedRecordRow(HWND panel) {
     return GetSelectedRow(GetDlgItem(panel, kRecordList));
-}
-
-bool IsText(const char* a, const char* b) {
-    return std::strcmp(a, b) == 0;
 }
 
 void RegisterSelected(HWND panel) {
@@ -66,7 +63,7 @@ void ChangeGroup(HWND panel) {
     GetWindowTextA(GetDlgItem(panel, kGroupCombo), text, sizeof text);
     SplitCurrentName();
     JoinGroupName(globals->selFolder, globals->selSubFolder, text, name);
-    if (text[0] == '\0' || IsText(name, globals->aidbfname)) return;
+    if (text[0] == '\0' || SameText(name, globals->aidbfname)) return;
     SelectGroup(name);
     RebuildFolderList(panel);
     IndexSelectedFolder();
@@ -86,7 +83,7 @@ void SetOrigin(HWND panel) {
 void NewFolder(HWND panel) {
     SplitCurrentName();
     const bool hasRoom = globals->selFolder[0] == '\0' || globals->selSubFolder[0] == '\0';
-    if (hasRoom || IsText(globals->selGroup, kSearchResult)) {
+    if (hasRoom || SameText(globals->selGroup, kSearchResult)) {
         AddFolder(panel, globals->aidbfname);
     } else {
         PlainBeep();
@@ -95,9 +92,9 @@ void NewFolder(HWND panel) {
 
 void DeleteGroupOrFolder(HWND panel) {
     SplitCurrentName();
-    const bool isFolder = IsText(globals->selGroup, kFolderSelected);
+    const bool isFolder = SameText(globals->selGroup, kFolderSelected);
     const bool isRoot = globals->selFolder[0] == '\0' && globals->selSubFolder[0] == '\0';
-    if (IsText(globals->selGroup, kSearchResult) || (isFolder && isRoot)) {
+    if (SameText(globals->selGroup, kSearchResult) || (isFolder && isRoot)) {
         PlainBeep();
     } else if (isFolder) {
         DeleteFolder(panel, globals->aidbfname);
@@ -108,7 +105,7 @@ void DeleteGroupOrFolder(HWND panel) {
 
 void SetGroupOrFolder(HWND panel) {
     // The group that is offered where there is none doesn't exist before something is stored in it.
-    if (IsText(globals->aidbfname, kUntitledGroup) && GroupFileExists(globals->aidbfname) == 0) {
+    if (SameText(globals->aidbfname, kUntitledGroup) && GroupFileExists(globals->aidbfname) == 0) {
         AddGroup(panel, globals->aidbfname);
     } else {
         MoveOrRename(panel, globals->aidbfname);

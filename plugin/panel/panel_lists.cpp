@@ -17,10 +17,6 @@
 
 namespace {
 
-bool IsText(const char* a, const char* b) {
-    return std::strcmp(a, b) == 0;
-}
-
 /// The entries of the combo while it is filled.
 struct ComboFilling {
     HWND combo;
@@ -30,7 +26,7 @@ struct ComboFilling {
 
 void InsertAtEnd(ComboFilling& filling, const char* text) {
     SendMessageA(filling.combo, CB_INSERTSTRING, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(text));
-    if (filling.selected < 0 && IsText(text, globals->selGroup)) filling.selected = filling.count;
+    if (filling.selected < 0 && SameText(text, globals->selGroup)) filling.selected = filling.count;
     ++filling.count;
 }
 
@@ -41,7 +37,7 @@ void InsertGroups(ComboFilling& filling) {
     for (int32_t i = 0; i < RowCount(rows.get()); ++i) {
         char folder[kPartBytes], subFolder[kPartBytes], group[kPartBytes];
         SplitGroupName(RowText(rows.get(), i), folder, subFolder, group);
-        if (!IsText(folder, globals->selFolder) || !IsText(subFolder, globals->selSubFolder)) continue;
+        if (!SameText(folder, globals->selFolder) || !SameText(subFolder, globals->selSubFolder)) continue;
         InsertAtEnd(filling, group);
     }
 }
@@ -68,14 +64,14 @@ void RebuildGroupCombo(HWND panel) {
     InsertGroups(filling);
     if (filling.count == 0) InsertAtEnd(filling, kUntitledGroup);
     const int lastGroup = filling.count - 1;
-    InsertAtEnd(filling, IsText(globals->selGroup, kFolderSelected) ? kFolderSelected : kSearchResult);
+    InsertAtEnd(filling, SameText(globals->selGroup, kFolderSelected) ? kFolderSelected : kSearchResult);
     const int selected = filling.selected < 0 ? lastGroup : filling.selected;
     SendMessageA(filling.combo, CB_SETCURSEL, static_cast<WPARAM>(selected), 0);
 }
 
 void IndexSelectedFolder() {
     SplitCurrentName();
-    if (!IsText(globals->selGroup, kFolderSelected)) return;
+    if (!SameText(globals->selGroup, kFolderSelected)) return;
     char root[kNameBytes];
     GetDatabaseRoot(root);
     if (root[0] != '\0') BuildFolderIndex(root, globals->selFolder, globals->selSubFolder);
@@ -99,7 +95,7 @@ void CloseRow(int32_t row) {
 /// The place of a name in `expandedRows`; -1 if it isn't there.
 int32_t FindExpanded(const char* name) {
     for (int32_t row = 0; row < globals->expandedCount; ++row) {
-        if (IsText(globals->expandedRows[row], name)) return row;
+        if (SameText(globals->expandedRows[row], name)) return row;
     }
     return -1;
 }
@@ -114,7 +110,7 @@ int32_t ToggleExpanded(const char* name) {
     }
     char folder[kPartBytes], subFolder[kPartBytes], group[kPartBytes];
     SplitGroupName(name, folder, subFolder, group);
-    if (!IsText(group, kFolderSelected) && !IsText(group, kFolderRowGroup)) return 0;
+    if (!SameText(group, kFolderSelected) && !SameText(group, kFolderRowGroup)) return 0;
     if (globals->expandedCount >= kExpandedRows) CloseRow(0);
     CopyText(globals->expandedRows[globals->expandedCount++], kNameBytes, name);
     return 1;

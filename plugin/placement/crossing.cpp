@@ -8,20 +8,20 @@
 
 namespace {
 
-struct Line {
+struct EndlessLine {
     bool vertical;
     double x;             // of a vertical line
     double slope, offset; // of any other: y = slope x + offset
 };
 
-Line LineThrough(const HostPoint& a, const HostPoint& b) {
+EndlessLine LineThrough(const HostPoint& a, const HostPoint& b) {
     if (a.x == b.x) return {true, a.x, 0.0, 0.0};
     const double slope = (b.y - a.y) / (b.x - a.x);
     return {false, 0.0, slope, a.y - slope * a.x};
 }
 
 /// False for parallel lines.
-bool CrossLines(const Line& a, const Line& b, HostPoint& crossing) {
+bool CrossLines(const EndlessLine& a, const EndlessLine& b, HostPoint& crossing) {
     if (a.vertical && b.vertical) return false;
     if (a.vertical) {
         crossing = {a.x, a.x * b.slope + b.offset};
@@ -54,8 +54,8 @@ const HostPoint& Nearer(const HostPoint& first, const HostPoint& second, const H
 
 bool CrossStraight(const Piece& a, const Piece& b, const HostPoint& pulled, double tolerance,
                    HostPoint& crossing) {
-    const Line lineA = LineThrough(a.first.anchor, a.second.anchor);
-    const Line lineB = LineThrough(b.first.anchor, b.second.anchor);
+    const EndlessLine lineA = LineThrough(a.first.anchor, a.second.anchor);
+    const EndlessLine lineB = LineThrough(b.first.anchor, b.second.anchor);
     if (!CrossLines(lineA, lineB, crossing)) return false;
     return lineA.vertical || lineB.vertical || Distance(crossing, pulled) <= tolerance;
 }
@@ -85,7 +85,7 @@ bool CrossLineAndCircle(const Piece& straight, const Circle& circle, const HostP
     const HostPoint& center = circle.center;
     const double r = circle.radius;
     const HostPoint target = Moved(pulled, center);
-    const Line line =
+    const EndlessLine line =
         LineThrough(Moved(straight.first.anchor, center), Moved(straight.second.anchor, center));
     HostPoint first, second;
     if (line.vertical) {
@@ -131,7 +131,7 @@ bool InBoxOf(const HostPoint& point, const HostPoint& a, const HostPoint& b) {
 bool CrossChains(std::span<const HostPoint> a, std::span<const HostPoint> b, const HostPoint& pulled,
                  double tolerance, HostPoint& crossing) {
     for (size_t i = 1; i < a.size(); ++i) {
-        const Line lineA = LineThrough(a[i - 1], a[i]);
+        const EndlessLine lineA = LineThrough(a[i - 1], a[i]);
         for (size_t j = 1; j < b.size(); ++j) {
             if (!CrossLines(lineA, LineThrough(b[j - 1], b[j]), crossing)) continue;
             if (InBoxOf(crossing, a[i - 1], a[i]) && InBoxOf(crossing, b[j - 1], b[j]) &&

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string_view>
 
 /// A byte that begins a double-byte character.
@@ -20,6 +21,10 @@ inline size_t CharacterBytes(const char* text) {
 /// The first place where `part`, single-byte characters alone, stands in `text`; null if nowhere.  A
 /// double-byte character's second byte is part of no match.
 const char* FindPart(const char* text, const char* part);
+
+inline bool SameText(const char* a, const char* b) {
+    return std::strcmp(a, b) == 0;
+}
 
 /// Copies a text to `out` of `capacity` bytes, cut to fit with a NUL.  The cut is made between bytes, also in
 /// the middle of a double-byte character.

@@ -28,7 +28,7 @@ struct alignas(kWordBytes) Note {
         return static_cast<uint32_t>(sizeof(Note)) + (uint32_t{nameWords} + kindWords) * kWordBytes;
     }
 };
-constexpr uint32_t kMostNoteBytes = sizeof(Note) + 2 * kRecordNameBytes;
+constexpr uint32_t kMostRoomOfNote = sizeof(Note) + 2 * kRecordNameBytes;
 constexpr uint32_t kMostNoteWords = UINT32_MAX - kSmallGrain; ///< a place is a row's number in 32 bits
 
 const Note* NoteAt(const void* notes, uint32_t word) {
@@ -77,7 +77,7 @@ void PutItems(std::span<const SortEntry> entries, const uint8_t* notes, RihItem*
 } // namespace
 
 bool GatherItem(GatheredItems& items, const char* groupPath, uint32_t recNo, const RecordHeader& header) {
-    const uint64_t room = items.noteBytes + kMostNoteBytes;
+    const uint64_t room = items.noteBytes + kMostRoomOfNote;
     if (BlockSize(items.notes.get()) < room) {
         if (room > kMostNoteWords * uint64_t{kWordBytes}) return StoreFails(StoreTrouble::kMemory);
         const MemoryHandle large = ResizeHandle(items.notes.get(), room, kSmallGrain);

@@ -16,7 +16,7 @@ namespace {
 
 constexpr LineGrammar kIntentGrammar = {'\n', "\r", 0x1000, '\''};
 constexpr const char* kKinds[] = {"delete", "move", "renumber", "pool", "move_group"}; // by IntentKind
-constexpr size_t kTokens = 4;
+constexpr size_t kIntentTokens = 4;
 constexpr uint32_t kMostNumber = 99999999;
 
 constexpr char kKind[] = "intent";
@@ -184,7 +184,7 @@ bool ParseIntent(std::string_view text, Intent& intent) {
     bool whole = false;
     while (reader.Next(line)) {
         if (whole) return false; // it says so in its last line
-        const std::vector<std::string> tokens = SplitTokens(line, kTokens);
+        const std::vector<std::string> tokens = SplitTokens(line, kIntentTokens);
         const std::string_view key = TokenAt(tokens, 0);
         whole = key == kWhole && TokenAt(tokens, 1) == "1";
         if (!whole && !TakeLine(key, TokenAt(tokens, 1), TokenAt(tokens, 2), intent)) return false;

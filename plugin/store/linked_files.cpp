@@ -20,10 +20,10 @@ namespace {
 constexpr LineGrammar kLinkNoteGrammar = kPreferencesGrammar;
 constexpr char kStoredKey[] = "orgn_fname";
 constexpr char kPooledKey[] = "copy_fname";
-constexpr size_t kTokens = 3; ///< of a line; those behind are dropped
+constexpr size_t kNoteTokens = 3; ///< of a line; those behind are dropped
 constexpr int kMostCounter = 999;
-constexpr int kAsideTries = 100;
-constexpr size_t kSuffixBytes = sizeof kNoteSuffix - 1;
+constexpr int kPooledAsideTries = 100;
+constexpr size_t kNoteSuffixBytes = sizeof kNoteSuffix - 1;
 
 size_t NameLimit() {
     return static_cast<size_t>(std::clamp<int>(globals->nameLimit, 0, kLinkNameBytes - 1));
@@ -131,7 +131,7 @@ int32_t Resolve(const char* groupName, int32_t number, const std::string& name, 
 bool PutNoteAside(const std::string& directory, const std::string& noteName) {
     const std::string path = JoinPath(directory, noteName);
     if (StateOfEntry(path) == EntryState::kMissing) return true;
-    for (int tries = 1; tries <= kAsideTries; ++tries) {
+    for (int tries = 1; tries <= kPooledAsideTries; ++tries) {
         const std::string aside = kStalePrefix + std::to_string(tries) + "-" + noteName;
         if (MoveFileExA(path.c_str(), JoinPath(directory, aside).c_str(), MOVEFILE_WRITE_THROUGH))
             return true;
@@ -174,7 +174,7 @@ LinkNote ParseLinkNote(std::string_view text) {
     LineReader reader(text, kLinkNoteGrammar);
     std::string line;
     while (reader.Next(line)) {
-        const std::vector<std::string> tokens = SplitTokens(line, kTokens);
+        const std::vector<std::string> tokens = SplitTokens(line, kNoteTokens);
         if (TokenAt(tokens, 0) == kStoredKey) note.storedName = TokenAt(tokens, 1, NameLimit());
         if (TokenAt(tokens, 0) == kPooledKey) note.pooledName = TokenAt(tokens, 1, NameLimit());
     }
@@ -201,7 +201,7 @@ bool WriteLinkNote(const std::string& path, const LinkNote& note) {
 }
 
 std::string NameOfLinkNote(std::string_view storedName) {
-    const size_t room = std::max(NameLimit(), kSuffixBytes) - kSuffixBytes;
+    const size_t room = std::max(NameLimit(), kNoteSuffixBytes) - kNoteSuffixBytes;
     return std::string(CutWhole(BaseOf(storedName), room)).append(kNoteSuffix);
 }
 

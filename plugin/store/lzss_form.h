@@ -10,6 +10,7 @@ constexpr uint32_t kLongest = 18;
 constexpr uint32_t kShortest = 3;
 constexpr uint32_t kFirstPlace = kRingBytes - kLongest;
 constexpr uint32_t kItemsInGroup = 8;
+constexpr uint32_t kLongestPeriod = 4; ///< of repeated strings that are looked for: a pixel
 
 /// The place in a packed pair's two bytes, and its length.
 constexpr uint32_t PlaceOfPair(uint32_t first, uint32_t second) {
@@ -43,6 +44,14 @@ inline uint32_t FirstDifference(uint64_t difference) {
     const int bits = std::endian::native == std::endian::little ? std::countr_zero(difference)
                                                                 : std::countl_zero(difference);
     return static_cast<uint32_t>(bits) / 8;
+}
+
+/// How many of the 18 bytes at `string` are zeros, from the front.
+inline uint32_t LeadingZeros(const uint8_t* string) {
+    if (const uint64_t word = LoadEight(string)) return FirstDifference(word);
+    if (const uint64_t word = LoadEight(string + 8)) return 8 + FirstDifference(word);
+    if (string[16] != 0) return 16;
+    return string[17] != 0 ? 17 : kLongest;
 }
 
 /// How many of the 18 bytes at `a` and `b` agree, from the front.

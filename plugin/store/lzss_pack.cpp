@@ -21,7 +21,6 @@ namespace {
 
 constexpr uint32_t kBlockBytes = 0x8000;
 constexpr uint32_t kHistory = kRingBytes;    ///< bytes of the text in front of a block
-constexpr uint32_t kLongestPeriod = 4;       ///< a pixel
 constexpr uint64_t kMostBytes = 0xFFFF'0000; ///< so that ages fit
 static_assert(kHistory + kBlockBytes <= std::numeric_limits<uint16_t>::max());
 

@@ -4,15 +4,7 @@
 
 namespace {
 
-constexpr uint32_t kLongestPeriod = 4; ///< a pixel
-constexpr uint16_t kZeros = 1;         ///< the number of the string of zeros
-
-uint32_t LeadingZeros(const uint8_t* string) {
-    if (const uint64_t word = LoadEight(string)) return FirstDifference(word);
-    if (const uint64_t word = LoadEight(string + 8)) return 8 + FirstDifference(word);
-    if (string[16] != 0) return 16;
-    return string[17] != 0 ? 17 : kLongest;
-}
+constexpr uint16_t kZeros = 1; ///< the number of the string of zeros
 
 size_t ZerosEnd(std::span<const uint8_t> bytes, size_t from) {
     while (bytes.size() - from >= sizeof(uint64_t) && LoadEight(&bytes[from]) == 0) from += sizeof(uint64_t);

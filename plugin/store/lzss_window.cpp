@@ -23,13 +23,6 @@ uint32_t GroupBehind(const MatchWindow& window, uint32_t group) {
     return word * 64 + LowBit(window.groups[word]);
 }
 
-uint32_t LeadingZeros(const uint8_t* string) {
-    if (const uint64_t word = LoadEight(string)) return FirstDifference(word);
-    if (const uint64_t word = LoadEight(string + 8)) return 8 + FirstDifference(word);
-    if (string[16] != 0) return 16;
-    return string[17] != 0 ? 17 : kLongest;
-}
-
 // Groups are in the order of their strings.
 uint32_t GroupOf(const uint8_t* string) {
     const uint32_t two = uint32_t{string[0]} << 8 | string[1];

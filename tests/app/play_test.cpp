@@ -86,9 +86,9 @@ TEST(ActionFile, RefusesWhatIsElseAndNamesThePlace) {
 }
 
 /// Two drawings in the group Shapes, and a page with a third.
-constexpr char kHead[] =
+constexpr char kPageHead[] =
     R"(<svg xmlns="http://www.w3.org/2000/svg" width="600pt" height="600pt" viewBox="0 0 600 600">)";
-constexpr char kSquare[] = R"(<rect id="box" x="10" y="40" width="150" height="120" fill="#f00"/></svg>)";
+constexpr char kRedBox[] = R"(<rect id="box" x="10" y="40" width="150" height="120" fill="#f00"/></svg>)";
 constexpr char kTwo[] =
     R"(<circle cx="50" cy="50" r="40" fill="#0f0"/><path d="M100 100h90v77z" fill="#00f"/></svg>)";
 constexpr char kPage[] = R"(<ellipse id="base" cx="450" cy="450" rx="70" ry="33" stroke="#808"/></svg>)";
@@ -98,11 +98,11 @@ protected:
     PlayTest() { setenv("XDG_DATA_HOME", (folder.path() / "data").c_str(), 1); }
 
     void SetUp() override {
-        for (const auto& [name, art] : {std::pair("square.svg", kSquare), {"two.svg", kTwo}}) {
-            WriteText(Path(name), std::string(kHead) + art);
+        for (const auto& [name, art] : {std::pair("square.svg", kRedBox), {"two.svg", kTwo}}) {
+            WriteText(Path(name), std::string(kPageHead) + art);
             Run({"register", Path(name), "--db", Path("db"), "--group", "Shapes", "--name", name});
         }
-        WriteText(Path("page.svg"), std::string(kHead) + kPage);
+        WriteText(Path("page.svg"), std::string(kPageHead) + kPage);
     }
 
     std::string Path(const std::string& name) const { return (folder.path() / name).string(); }

@@ -25,11 +25,6 @@ namespace fs = std::filesystem;
 constexpr int32_t kIncomplete = -1, kFalse = -2;
 constexpr int32_t kManyRecords = 700; ///< more than fit into a list's first block
 
-std::string TextOf(const fs::path& path) {
-    const Bytes bytes = BytesOfFile(path);
-    return {bytes.begin(), bytes.end()};
-}
-
 class MemoryFaultTest : public StoreTest {
 protected:
     struct Operation {
@@ -233,7 +228,7 @@ protected:
         WritePreferences();
         // Looking at it takes memory as well.
         StopFailingAllocations();
-        return TextOf(Preferences()) == PreferencesText() ? 0 : kIncomplete;
+        return TextOfFile(Preferences()) == PreferencesText() ? 0 : kIncomplete;
     }
 
     int32_t LoadPreferences() {

@@ -25,11 +25,6 @@ void Put(const fs::path& path, const std::string& text) {
     WriteFileBytes(path, Bytes(text.begin(), text.end()));
 }
 
-std::string TextOf(const fs::path& path) {
-    const Bytes bytes = BytesOfFile(path);
-    return {bytes.begin(), bytes.end()};
-}
-
 class RecordDataFaultTest : public StoreTest {
 public:
     void SetUp() override {
@@ -79,21 +74,21 @@ public:
         for (size_t number = 0; number < names.size(); ++number) {
             const fs::path directory = root() / (group + ".DAT") / std::to_string(number);
             const std::string who = names[number] == "C" ? "c" : names[number]; // renamed on the way
-            ASSERT_EQ(TextOf(directory / "who"), who) << what << ": " << directory;
+            ASSERT_EQ(TextOfFile(directory / "who"), who) << what << ": " << directory;
             if (who == "d") {
                 ASSERT_TRUE(fs::exists(directory / "old.lnk")) << what;
             }
             if (who == "c") {
-                ASSERT_EQ(TextOf(directory / "pic.tif"), "picture of c") << what;
+                ASSERT_EQ(TextOfFile(directory / "pic.tif"), "picture of c") << what;
                 ASSERT_TRUE(fs::exists(directory / "old.lnk")) << what;
-                ASSERT_EQ(TextOf(root() / "_%%image" / "old of c.png"), "of c") << what;
+                ASSERT_EQ(TextOfFile(root() / "_%%image" / "old of c.png"), "of c") << what;
             }
         }
         ASSERT_FALSE(fs::exists(root() / (group + ".DAT") / std::to_string(names.size()) / "who") &&
                      group == "G")
             << what;
-        ASSERT_EQ(TextOf(root() / "_%%image" / "old of d.png"), "of d") << what;
-        ASSERT_EQ(TextOf(root() / "_%%image" / "pic.tif"), "another's") << what;
+        ASSERT_EQ(TextOfFile(root() / "_%%image" / "old of d.png"), "of d") << what;
+        ASSERT_EQ(TextOfFile(root() / "_%%image" / "pic.tif"), "another's") << what;
     }
 
     // As the files say, without reading whole records.
@@ -142,7 +137,7 @@ public:
         if (ResolveLinkedFile("G", 2, name, path) != 0) return "?";
         std::string disk = path;
         std::ranges::replace(disk, '\\', '/');
-        return TextOf(disk);
+        return TextOfFile(disk);
     }
 
     int32_t Pool() { return ReadPooled() == "picture of c" ? 0 : -1; }
@@ -220,7 +215,7 @@ TEST_F(RecordDataFaultTest, Pool) {
         Recover(what);
         ASSERT_EQ(ReadPooled(), "picture of c") << what;
         ASSERT_EQ(ReadPooled(), "picture of c") << what << ", by its note";
-        ASSERT_EQ(TextOf(root() / "_%%image" / "pic.tif"), "another's") << what;
+        ASSERT_EQ(TextOfFile(root() / "_%%image" / "pic.tif"), "another's") << what;
         ASSERT_FALSE(fs::exists(root() / "G.DAT" / "2" / "pic.tif")) << what;
     };
     operation.checkStopped = [&operation](bool, const std::string& what) { operation.check(0, what); };
@@ -243,7 +238,7 @@ TEST_F(RecordDataFaultTest, Renumber) {
         std::map<std::string, std::string> found;
         for (const auto& entry : fs::directory_iterator(root() / "R.DAT")) {
             if (!entry.path().filename().string().starts_with(kRemovedPrefix))
-                found[entry.path().filename().string()] = TextOf(entry.path() / "who");
+                found[entry.path().filename().string()] = TextOfFile(entry.path() / "who");
         }
         const std::map<std::string, std::string> before = {
             {"0", "0"}, {"1", "1"}, {"2", "2"}, {"9", "9"}, {"10", "10"}, {"11", "11"}, {"20", "20"}};
@@ -271,8 +266,8 @@ TEST_F(RecordDataFaultTest, MoveOfADirectoryAndCopies) {
     move.run = [] { return MoveRecordData("G", 2, "H", 2); };
     move.check = [this](int32_t result, const std::string& what) {
         Recover(what);
-        const std::string there = TextOf(root() / "H.DAT" / "2" / "who");
-        const std::string here = TextOf(root() / "G.DAT" / "2" / "who");
+        const std::string there = TextOfFile(root() / "H.DAT" / "2" / "who");
+        const std::string here = TextOfFile(root() / "G.DAT" / "2" / "who");
         ASSERT_TRUE((there == "c") != (here == "c")) << what;
         if (result == 0) {
             ASSERT_EQ(there, "c") << what;
@@ -296,8 +291,8 @@ TEST_F(RecordDataFaultTest, MoveOfADirectoryAndCopies) {
     copy.check = [this](int32_t result, const std::string& what) {
         const fs::path directory = root() / "G.DAT" / "3";
         const bool copied = fs::exists(directory / "old.png");
-        ASSERT_TRUE(!copied || TextOf(directory / "old.png") == "linked") << what;
-        ASSERT_EQ(TextOf(root() / "_%%image" / "old of d.png"), "of d") << what;
+        ASSERT_TRUE(!copied || TextOfFile(directory / "old.png") == "linked") << what;
+        ASSERT_EQ(TextOfFile(root() / "_%%image" / "old of d.png"), "of d") << what;
         if (result == 0) {
             ASSERT_TRUE(copied && !fs::exists(directory / "old.lnk")) << what;
         }

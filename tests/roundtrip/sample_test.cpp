@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr char kGroup[] = "\\Group";
+constexpr char kSampleGroup[] = "\\Group";
 constexpr uint64_t kTries = 400; ///< of the calls, spread over all of them
 
 class SampleRecordTest : public PluginFixture {
@@ -35,7 +35,7 @@ protected:
     /// The sample as record 0; an empty document is the front one then.
     void StoreSample() {
         ASSERT_EQ(AidbPostArt(), kHostNoError);
-        ASSERT_EQ(WriteRecord(kGroup, -1), 0);
+        ASSERT_EQ(WriteRecord(kSampleGroup, -1), 0);
         host().Close();
         OpenEmptyDocument();
     }
@@ -81,7 +81,7 @@ TEST_F(SampleRecordTest, ARefusedCallOfALoadLeavesNothingTemporary) {
     size_t whole = 0;
     RefuseInTurn([&] {
         OpenEmptyDocument();
-        AidbLoadArt(kGroup, 0);
+        AidbLoadArt(kSampleGroup, 0);
         size_t pieces = 0;
         for (size_t i = 0; i < document().LayerCount(); ++i) pieces += document().LayerAt(i).root->childCount;
         if (whole == 0) whole = pieces;
@@ -97,7 +97,7 @@ TEST_F(SampleRecordTest, EachOriginPutsThatPointOfTheWholeWhereItIsAskedFor) {
         OpenEmptyDocument();
         globals->originMode = origin;
         globals->placePoint = {-3000, -4000}; // so that all of it lies below 0
-        AidbLoadArt(kGroup, 0);
+        AidbLoadArt(kSampleGroup, 0);
         RecordHeader header;
         std::memcpy(&header, BlockBytes(globals->curRecord), sizeof header);
         const double width = header.boundsRight / 65536.0, height = header.boundsTop / 65536.0;

@@ -21,6 +21,11 @@ std::string PreferencesPath();
 /// Makes the next start-up a first one, also where documents can't be redirected.
 void ForgetPreferences();
 
+/// A segment without handles.
+inline HostPathSegment Corner(double x, double y) {
+    return {{x, y}, {x, y}, {x, y}, 1};
+}
+
 class PluginFixture : public ::testing::Test {
 protected:
     PluginFixture();

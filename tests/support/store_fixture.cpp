@@ -13,6 +13,11 @@ Bytes BytesOfFile(const std::filesystem::path& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
+std::string TextOfFile(const std::filesystem::path& path) {
+    const Bytes bytes = BytesOfFile(path);
+    return {bytes.begin(), bytes.end()};
+}
+
 void WriteFileBytes(const std::filesystem::path& path, const Bytes& bytes) {
     std::ofstream file(path, std::ios::binary | std::ios::trunc);
     file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));

@@ -16,6 +16,7 @@
 using Bytes = std::vector<uint8_t>;
 
 Bytes BytesOfFile(const std::filesystem::path& path);
+std::string TextOfFile(const std::filesystem::path& path);
 void WriteFileBytes(const std::filesystem::path& path, const Bytes& bytes);
 
 /// The records of a group file as they are stored, cut at their size words without any code of the store;

@@ -11,7 +11,7 @@
 // Random trees of windows on a small screen, against a model that asks each pixel.
 namespace {
 
-constexpr int kWidth = 64, kHeight = 48;
+constexpr int kAreaWidth = 64, kAreaHeight = 48;
 constexpr size_t kMostWindows = 12;
 
 uint32_t PixelOf(COLORREF color) {
@@ -140,7 +140,7 @@ protected:
         }
     }
 
-    HeadlessDisplay hands_{kWidth, kHeight};
+    HeadlessDisplay hands_{kAreaWidth, kAreaHeight};
     std::mt19937 random_;
     HBRUSH background_;
     std::vector<HWND> windows_;
@@ -191,11 +191,11 @@ TEST_P(DesktopAreas, AContextDrawsWhereItsWindowShows) {
         for (const HWND window : windows_) held.emplace_back(window, GetDC(window));
         for (int change = Below(4); change > 0; --change) ChangeSomething(Below(2) > 0 ? WS_CLIPSIBLINGS : 0);
         for (const auto& [window, context] : held) {
-            PatBlt(screen, 0, 0, kWidth, kHeight, PATCOPY); // white, over everything
+            PatBlt(screen, 0, 0, kAreaWidth, kAreaHeight, PATCOPY); // white, over everything
             const RECT everything = {-100, -100, 200, 200};
             FillRect(context, &everything, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
-            for (int x = 0; x < kWidth; ++x)
-                for (int y = 0; y < kHeight; ++y) {
+            for (int x = 0; x < kAreaWidth; ++x)
+                for (int y = 0; y < kAreaHeight; ++y) {
                     const bool expected = IsWindow(window) && MayDraw(window, {x, y});
                     ASSERT_EQ(hands_.Pixel(x, y) == 0, expected) << x << ", " << y << " in round " << round;
                 }
@@ -229,8 +229,8 @@ TEST_P(DesktopAreas, WhatIsPaintedAddsUpToTheWholePicture) {
         if (Below(4) == 0 && !windows_.empty()) UpdateWindow(AnyWindow());
         MSG message;
         while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageA(&message);
-        for (int x = 0; x < kWidth; ++x)
-            for (int y = 0; y < kHeight; ++y) {
+        for (int x = 0; x < kAreaWidth; ++x)
+            for (int y = 0; y < kAreaHeight; ++y) {
                 COLORREF expected = ExpectedIn(GetDesktopWindow(), {x, y});
                 if (expected == CLR_INVALID) expected = GetSysColor(COLOR_BACKGROUND);
                 ASSERT_EQ(hands_.Pixel(x, y), PixelOf(expected)) << x << ", " << y << " in round " << round;

@@ -92,7 +92,7 @@ struct Script {
 Script* theScript = nullptr;
 
 template <class... Values>
-void Say(const char* format, Values... values) {
+void SayLine(const char* format, Values... values) {
     char line[160];
     std::snprintf(line, sizeof line, format, values...);
     theScript->log += line;
@@ -110,9 +110,9 @@ void SayState(HWND dialog) {
     const HWND focus = GetFocus();
     if (SendMessageA(focus, WM_GETDLGCODE, 0, 0) & DLGC_HASSETSEL)
         SendMessageA(focus, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
-    Say("  focus %d default %d selected %d to %d checked %u", focus != nullptr ? GetDlgCtrlID(focus) : -1,
-        DefaultButton(dialog), static_cast<int>(start), static_cast<int>(end),
-        IsDlgButtonChecked(dialog, kCheck));
+    SayLine("  focus %d default %d selected %d to %d checked %u", focus != nullptr ? GetDlgCtrlID(focus) : -1,
+            DefaultButton(dialog), static_cast<int>(start), static_cast<int>(end),
+            IsDlgButtonChecked(dialog, kCheck));
 }
 
 void SayPlaces(HWND dialog) {
@@ -122,9 +122,10 @@ void SayPlaces(HWND dialog) {
     MapDialogRect(dialog, &place); // left and top, width and height
     GetWindowRect(GetDlgItem(dialog, kOne), &item);
     MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&item), 2);
-    Say("client as units %d, item's place %d", client.right == units.right && client.bottom == units.bottom,
-        item.left == place.left && item.top == place.top && item.right - item.left == place.right &&
-            item.bottom - item.top == place.bottom);
+    SayLine("client as units %d, item's place %d",
+            client.right == units.right && client.bottom == units.bottom,
+            item.left == place.left && item.top == place.top && item.right - item.left == place.right &&
+                item.bottom - item.top == place.bottom);
 }
 
 // One step at each tick; the key that a step holds goes up at the next.
@@ -138,11 +139,11 @@ void TakeStep(HWND dialog) {
     if (script.next == sizeof kSteps / sizeof kSteps[0]) {
         KillTimer(dialog, 1);
         EndDialog(dialog, 42);
-        Say("ended: owner enabled %d", IsWindowEnabled(script.owner));
+        SayLine("ended: owner enabled %d", IsWindowEnabled(script.owner));
         return;
     }
     const Step& step = kSteps[script.next++];
-    Say("- %s", step.name);
+    SayLine("- %s", step.name);
     script.held = step.held;
     if (step.held != 0) script.place->controls.holdKey(step.held, true);
     PostMessageA(step.message == WM_CLOSE ? dialog : GetFocus(), step.message, step.wParam, 1);
@@ -151,12 +152,13 @@ void TakeStep(HWND dialog) {
 INT_PTR CALLBACK ScriptDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_INITDIALOG:
-            Say("start: first %d parameter %d owner enabled %d", GetDlgCtrlID(reinterpret_cast<HWND>(wParam)),
-                static_cast<int>(lParam), IsWindowEnabled(theScript->owner));
+            SayLine("start: first %d parameter %d owner enabled %d",
+                    GetDlgCtrlID(reinterpret_cast<HWND>(wParam)), static_cast<int>(lParam),
+                    IsWindowEnabled(theScript->owner));
             SayPlaces(dialog);
             SetDlgItemTextA(dialog, kOne, "text");
             SetDlgItemTextA(dialog, kMany, "lines");
-            Say("question %d", static_cast<int>(SendMessageA(dialog, kQuestion, 0, 0)));
+            SayLine("question %d", static_cast<int>(SendMessageA(dialog, kQuestion, 0, 0)));
             SetTimer(dialog, 1, 20, nullptr);
             return TRUE;
         case kQuestion:
@@ -168,8 +170,8 @@ INT_PTR CALLBACK ScriptDialogProc(HWND dialog, UINT message, WPARAM wParam, LPAR
         case WM_COMMAND:
             // An edit's own notifications are another script's.
             if (HIWORD(wParam) == BN_CLICKED)
-                Say("  command %d from %d", LOWORD(wParam),
-                    lParam != 0 ? GetDlgCtrlID(reinterpret_cast<HWND>(lParam)) : 0);
+                SayLine("  command %d from %d", LOWORD(wParam),
+                        lParam != 0 ? GetDlgCtrlID(reinterpret_cast<HWND>(lParam)) : 0);
             return TRUE;
         default:
             return FALSE;
@@ -240,8 +242,8 @@ std::string DialogScript(const DialogPlace& place) {
     Script script = {&place, owner, "", 0, 0};
     theScript = &script;
     const INT_PTR result = place.runDialog(ScriptDialogTemplate(), owner, ScriptDialogProc, 5);
-    Say("result %d, owner enabled %d, active %d", static_cast<int>(result), IsWindowEnabled(owner),
-        GetActiveWindow() == owner);
+    SayLine("result %d, owner enabled %d, active %d", static_cast<int>(result), IsWindowEnabled(owner),
+            GetActiveWindow() == owner);
     theScript = nullptr;
     DestroyWindow(owner);
     return script.log;

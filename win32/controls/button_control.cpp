@@ -15,12 +15,12 @@ struct ButtonData {
 
 constexpr int kCheckBox = 13; ///< pixels on each side
 
-DWORD TypeOf(HWND window) {
+DWORD ButtonTypeOf(HWND window) {
     return StyleOf(window) & kButtonTypeMask;
 }
 
 bool IsCheckBox(HWND window) {
-    return TypeOf(window) == BS_CHECKBOX || TypeOf(window) == BS_AUTOCHECKBOX;
+    return ButtonTypeOf(window) == BS_CHECKBOX || ButtonTypeOf(window) == BS_AUTOCHECKBOX;
 }
 
 void DrawPushButton(HWND window, const ButtonData& data, HDC context) {
@@ -28,7 +28,7 @@ void DrawPushButton(HWND window, const ButtonData& data, HDC context) {
     const bool enabled = IsWindowEnabled(window) != 0;
     RECT face = client;
     FillRect(context, &client, ControlColors(window, GetParent(window), WM_CTLCOLORBTN, context));
-    if (TypeOf(window) == BS_DEFPUSHBUTTON && enabled) {
+    if (ButtonTypeOf(window) == BS_DEFPUSHBUTTON && enabled) {
         DrawBorder(context, face, COLOR_WINDOWFRAME);
         InflateRect(&face, -1, -1);
     }
@@ -106,7 +106,7 @@ void Draw(HWND window, const ButtonData& data, HDC context, UINT action) {
     {
         const Selected font(context, data.font);
         const ButtonData now = data; // the owner's answer may destroy the button
-        if (TypeOf(window) == BS_OWNERDRAW)
+        if (ButtonTypeOf(window) == BS_OWNERDRAW)
             DrawByOwner(window, now, context, action);
         else if (IsCheckBox(window))
             DrawCheckBox(window, now, context);
@@ -154,7 +154,7 @@ void EndPress(HWND window, ButtonData& data, bool inside) {
     }
     SendMessageA(window, kButtonSetState, FALSE, 0);
     if (DataOf<ButtonData>(window) != &data) return;
-    if (inside && TypeOf(window) == BS_AUTOCHECKBOX) SetChecked(window, data, !data.checked);
+    if (inside && ButtonTypeOf(window) == BS_AUTOCHECKBOX) SetChecked(window, data, !data.checked);
     ReleaseCapture();
     if (inside) NotifyParent(window, BN_CLICKED);
 }
@@ -168,12 +168,12 @@ void LoseCapture(HWND window, ButtonData& data) {
 void ChangeFocus(HWND window, ButtonData& data, bool focused) {
     data.focused = focused;
     if (!focused && data.pressing && GetCapture() == window) ReleaseCapture();
-    if (TypeOf(window) == BS_OWNERDRAW) DrawNow(window, data, ODA_FOCUS);
-    if (TypeOf(window) != BS_OWNERDRAW || !focused) Redraw(window);
+    if (ButtonTypeOf(window) == BS_OWNERDRAW) DrawNow(window, data, ODA_FOCUS);
+    if (ButtonTypeOf(window) != BS_OWNERDRAW || !focused) Redraw(window);
 }
 
 LRESULT DialogCode(HWND window) {
-    switch (TypeOf(window)) {
+    switch (ButtonTypeOf(window)) {
         case BS_PUSHBUTTON:
             return DLGC_BUTTON | DLGC_UNDEFPUSHBUTTON;
         case BS_DEFPUSHBUTTON:
@@ -195,7 +195,7 @@ bool TakeInput(HWND window, ButtonData& data, UINT message, WPARAM wParam, LPARA
     switch (message) {
         case WM_LBUTTONDBLCLK:
             // An owner-drawn button tells of the second press itself, and has no click of it.
-            if (TypeOf(window) == BS_OWNERDRAW) {
+            if (ButtonTypeOf(window) == BS_OWNERDRAW) {
                 NotifyParent(window, kButtonDoubleClicked);
                 return true;
             }

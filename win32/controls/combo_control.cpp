@@ -16,11 +16,6 @@ const ListData& ListOf(const ComboData& data) {
     return list != nullptr ? *list : none;
 }
 
-HWND TopLevelOf(HWND window) {
-    while ((StyleOf(window) & WS_CHILD) != 0 && GetParent(window) != nullptr) window = GetParent(window);
-    return window;
-}
-
 int FontHeight(HWND window, const ComboData& data) {
     const WindowContext context(window);
     const Selected font(context.context(), data.font);

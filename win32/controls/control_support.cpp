@@ -6,6 +6,11 @@ DWORD StyleOf(HWND window) {
     return static_cast<DWORD>(GetWindowLongPtrA(window, GWL_STYLE));
 }
 
+HWND TopLevelOf(HWND window) {
+    while (window != nullptr && (StyleOf(window) & WS_CHILD) != 0) window = GetParent(window);
+    return window;
+}
+
 RECT ClientRectangle(HWND window) {
     RECT client = {};
     GetClientRect(window, &client);

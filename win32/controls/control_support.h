@@ -49,6 +49,9 @@ inline HFONT FontOf(WPARAM value) {
 }
 
 DWORD StyleOf(HWND window);
+
+/// The window that a control stands in, over all levels; the window itself if it is no child.
+HWND TopLevelOf(HWND window);
 RECT ClientRectangle(HWND window);
 bool IsKeyDown(int virtualKey); ///< as of the message at work
 std::string TextOf(HWND window);

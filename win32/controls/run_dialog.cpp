@@ -31,11 +31,6 @@ SIZE UnitsOfFont(HFONT font) {
     return {std::max<LONG>((size.cx / (kCount / 2) + 1) / 2, 1), std::max<LONG>(metrics.tmHeight, 1)};
 }
 
-HWND TopLevelOf(HWND window) {
-    while (window != nullptr && (StyleOf(window) & WS_CHILD) != 0) window = GetParent(window);
-    return window;
-}
-
 POINT PlaceOfDialog(const DialogData& data, const DialogTemplate& dialog, HWND owner, SIZE size) {
     const int right = GetSystemMetrics(SM_CXSCREEN), bottom = GetSystemMetrics(SM_CYSCREEN);
     POINT place = {(right - size.cx) / 2, (bottom - size.cy) / 2};

@@ -10,7 +10,7 @@ struct StaticData {
     HICON icon = nullptr;
 };
 
-DWORD TypeOf(HWND window) {
+DWORD StaticTypeOf(HWND window) {
     return StyleOf(window) & kStaticTypeMask;
 }
 
@@ -18,7 +18,7 @@ void PaintText(HWND window, const StaticData& data, HDC context) {
     RECT client = ClientRectangle(window);
     const Selected font(context, data.font);
     FillRect(context, &client, ControlColors(window, GetParent(window), WM_CTLCOLORSTATIC, context));
-    const DWORD type = TypeOf(window);
+    const DWORD type = StaticTypeOf(window);
     UINT format = DT_WORDBREAK;
     if (type == SS_CENTER) format |= DT_CENTER;
     if (type == SS_RIGHT) format |= DT_RIGHT;
@@ -48,7 +48,7 @@ void Paint(HWND window, const StaticData& data, WPARAM given) {
     const HDC context = paint.context();
     const int saved = SaveDC(context);
     const RECT client = ClientRectangle(window);
-    switch (TypeOf(window)) {
+    switch (StaticTypeOf(window)) {
         case SS_OWNERDRAW:
             PaintOwnerDrawn(window, data, context);
             break;
@@ -70,7 +70,7 @@ void Paint(HWND window, const StaticData& data, WPARAM given) {
 
 HICON SetIcon(HWND window, StaticData& data, HICON icon) {
     const HICON old = data.icon;
-    if (TypeOf(window) != SS_ICON) return nullptr;
+    if (StaticTypeOf(window) != SS_ICON) return nullptr;
     data.icon = icon;
     if (icon != nullptr)
         SetWindowPos(window, nullptr, 0, 0, GetSystemMetrics(SM_CXICON), GetSystemMetrics(SM_CYICON),
@@ -80,7 +80,7 @@ HICON SetIcon(HWND window, StaticData& data, HICON icon) {
 }
 
 bool ShowsText(HWND window) {
-    const DWORD type = TypeOf(window);
+    const DWORD type = StaticTypeOf(window);
     return type == SS_LEFT || type == SS_CENTER || type == SS_RIGHT;
 }
 

@@ -16,13 +16,13 @@ constexpr size_t kMostWindows = kPlaceMask - kFirstPlace;
 constexpr size_t kRestingPlaces = 1024; // free ones that wait before they are used again
 constexpr uint16_t kMostUses = 0x7FFF;
 
-struct Place {
+struct WindowPlace {
     std::unique_ptr<Window> window;
     uint16_t uses = 0; // the handle's upper half
 };
 
 struct WindowTable {
-    std::vector<Place> places;
+    std::vector<WindowPlace> places;
     std::deque<size_t> free; // the longest free first, so that handles come back late
     std::unique_ptr<Window> desktop;
     int count = 0;
@@ -35,7 +35,7 @@ WindowTable& Table() {
 
 constexpr uintptr_t kDesktopHandle = 0x10010;
 
-HWND HandleOf(size_t place, uint16_t uses) {
+HWND WindowHandleOf(size_t place, uint16_t uses) {
     return reinterpret_cast<HWND>(uintptr_t{uses} << kPlaceBits | (place + kFirstPlace));
 }
 
@@ -54,7 +54,7 @@ Window* WindowIfAny(HWND handle) {
     const uintptr_t place = number & kPlaceMask;
     WindowTable& table = Table();
     if (place < kFirstPlace || place - kFirstPlace >= table.places.size()) return nullptr;
-    const Place& entry = table.places[place - kFirstPlace];
+    const WindowPlace& entry = table.places[place - kFirstPlace];
     return entry.window != nullptr && entry.window->handle == handle ? entry.window.get() : nullptr;
 }
 
@@ -89,10 +89,10 @@ Window* AddWindow(WindowClass& windowClass) {
     } else {
         table.places.emplace_back();
     }
-    Place& entry = table.places[place];
+    WindowPlace& entry = table.places[place];
     entry.uses = static_cast<uint16_t>(entry.uses % kMostUses + 1);
     entry.window = std::make_unique<Window>();
-    entry.window->handle = HandleOf(place, entry.uses);
+    entry.window->handle = WindowHandleOf(place, entry.uses);
     entry.window->windowClass = &windowClass;
     ++windowClass.windows;
     ++table.count;

@@ -21,9 +21,9 @@ struct Freed {
 };
 template <typename Thing, auto Free>
 using Owned = std::unique_ptr<Thing, Freed<Free>>;
-using Description = Owned<PangoFontDescription, pango_font_description_free>;
+using FontDescription = Owned<PangoFontDescription, pango_font_description_free>;
 using Metrics = Owned<PangoFontMetrics, pango_font_metrics_unref>;
-using Layout = Owned<PangoLayout, g_object_unref>;
+using TextLayout = Owned<PangoLayout, g_object_unref>;
 using PangoFontOwner = Owned<PangoFont, g_object_unref>;
 using ContextOwner = Owned<PangoContext, g_object_unref>;
 using FontMapOwner = Owned<PangoFontMap, g_object_unref>;
@@ -91,8 +91,8 @@ PangoContext* TextContext() {
     return context.get();
 }
 
-Description DescriptionOf(const TypefaceKey& key, double emHeight) {
-    Description description(pango_font_description_new());
+FontDescription DescriptionOf(const TypefaceKey& key, double emHeight) {
+    FontDescription description(pango_font_description_new());
     pango_font_description_set_family(description.get(), FamiliesOf(key.face).c_str());
     pango_font_description_set_absolute_size(description.get(), emHeight * PANGO_SCALE);
     pango_font_description_set_weight(description.get(),
@@ -170,7 +170,7 @@ std::string TextOfUnit(uint16_t unit) {
 } // namespace
 
 struct TypefaceFont {
-    Layout layout;
+    TextLayout layout;
 };
 
 Typeface::Typeface(const TypefaceKey& key) : key_(key), font_(std::make_unique<TypefaceFont>()) {
@@ -178,7 +178,7 @@ Typeface::Typeface(const TypefaceKey& key) : key_(key), font_(std::make_unique<T
     emHeight_ = size.emHeight;
     ascent_ = size.ascent;
     descent_ = size.descent;
-    const Description description = DescriptionOf(key, emHeight_);
+    const FontDescription description = DescriptionOf(key, emHeight_);
     font_->layout.reset(pango_layout_new(TextContext()));
     pango_layout_set_font_description(font_->layout.get(), description.get());
     pango_layout_set_single_paragraph_mode(font_->layout.get(), TRUE);

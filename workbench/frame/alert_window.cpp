@@ -9,7 +9,7 @@ namespace workbench {
 
 namespace {
 
-constexpr int kMargin = 16;
+constexpr int kAlertMargin = 16;
 constexpr int kLineHeight = 18;
 constexpr int kButtonWidth = 84, kButtonHeight = 24, kButtonGap = 8;
 
@@ -37,9 +37,9 @@ void PaintAlert(HWND window, const AlertBox& box) {
     RECT client;
     GetClientRect(window, &client);
     FillColor(context, client, GetSysColor(COLOR_BTNFACE));
-    int top = kMargin;
+    int top = kAlertMargin;
     for (const std::string& line : box.lines) {
-        DrawLine(context, {kMargin, top, client.right, top + kLineHeight}, 0, line,
+        DrawLine(context, {kAlertMargin, top, client.right, top + kLineHeight}, 0, line,
                  GetSysColor(COLOR_BTNTEXT));
         top += kLineHeight;
     }
@@ -101,20 +101,22 @@ int RunAlert(HWND owner, const std::string& text, AlertKind kind) {
     const std::vector<const char*> buttons = ButtonsOf(kind);
     AlertBox box{.lines = LinesOf(text), .last = std::max(static_cast<int>(buttons.size()), kAlertNo)};
     const HDC measure = GetDC(nullptr);
-    int width = std::max(260, 2 * kMargin + static_cast<int>(buttons.size()) * (kButtonWidth + kButtonGap));
-    for (const std::string& line : box.lines) width = std::max(width, TextWidth(measure, line) + 2 * kMargin);
+    int width =
+        std::max(260, 2 * kAlertMargin + static_cast<int>(buttons.size()) * (kButtonWidth + kButtonGap));
+    for (const std::string& line : box.lines)
+        width = std::max(width, TextWidth(measure, line) + 2 * kAlertMargin);
     ReleaseDC(nullptr, measure);
     const int textHeight = static_cast<int>(box.lines.size()) * kLineHeight;
-    const int height = textHeight + 3 * kMargin + kButtonHeight + 24;
+    const int height = textHeight + 3 * kAlertMargin + kButtonHeight + 24;
     const HWND window = CreateWindowExA(
         WS_EX_TOPMOST, kAlertClass, kind == AlertKind::kError ? "Error" : "Workbench",
         WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN, (GetSystemMetrics(SM_CXSCREEN) - width) / 2,
         (GetSystemMetrics(SM_CYSCREEN) - height) / 2, width + 2, height, owner, nullptr, nullptr, &box);
     if (!window) return box.last;
-    int right = width - kMargin;
+    int right = width - kAlertMargin;
     for (size_t i = 0; i < buttons.size(); ++i) {
         MakeButton(window, kAlertYes + static_cast<int>(i), buttons[i], right - kButtonWidth,
-                   textHeight + 2 * kMargin);
+                   textHeight + 2 * kAlertMargin);
         right -= kButtonWidth + kButtonGap;
     }
     const BOOL wasDisabled = owner ? EnableWindow(owner, FALSE) : TRUE;

@@ -10,7 +10,7 @@ namespace workbench {
 
 namespace {
 
-constexpr char kClass[] = "WorkbenchCanvas";
+constexpr char kCanvasClass[] = "WorkbenchCanvas";
 constexpr int kReach = 3;         ///< pixels around the pointer in which art is hit
 constexpr int kDragThreshold = 3; ///< pixels before a press becomes a band
 constexpr int kWheelStep = 48;
@@ -24,8 +24,8 @@ bool IsDown(int key) {
 } // namespace
 
 Canvas::Canvas(Host& host, HWND parent, const CanvasPictures& pictures) : host_(host), pictures_(pictures) {
-    RegisterFrameClass(kClass, Procedure);
-    CreateWindowExA(0, kClass, "", WS_CHILD | WS_VISIBLE, 0, 0, 0, 0, parent, nullptr, nullptr, this);
+    RegisterFrameClass(kCanvasClass, Procedure);
+    CreateWindowExA(0, kCanvasClass, "", WS_CHILD | WS_VISIBLE, 0, 0, 0, 0, parent, nullptr, nullptr, this);
 }
 
 Canvas::~Canvas() {

@@ -10,7 +10,7 @@ namespace workbench {
 
 namespace {
 
-constexpr char kClass[] = "WorkbenchDocument";
+constexpr char kDocumentClass[] = "WorkbenchDocument";
 constexpr int kBarWidth = 16;
 constexpr int kLineStep = 40;                               ///< pixels
 constexpr LONG kSmallestWidth = 160, kSmallestHeight = 120; ///< of the window
@@ -40,10 +40,10 @@ std::string DocumentTitle(const Document& document, const std::string& fileName)
 }
 
 HWND DocumentWindow::Make(HWND owner, const RECT& place) {
-    RegisterFrameClass(kClass, Procedure);
-    return CreateWindowExA(0, kClass, "", WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN, place.left,
-                           place.top, place.right - place.left, place.bottom - place.top, owner, nullptr,
-                           nullptr, nullptr);
+    RegisterFrameClass(kDocumentClass, Procedure);
+    return CreateWindowExA(0, kDocumentClass, "", WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN,
+                           place.left, place.top, place.right - place.left, place.bottom - place.top, owner,
+                           nullptr, nullptr, nullptr);
 }
 
 DocumentWindow::DocumentWindow(Host& host, HWND owner, const RECT& place, const CanvasPictures& pictures)

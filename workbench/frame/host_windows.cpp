@@ -9,7 +9,7 @@ namespace workbench {
 
 namespace {
 
-constexpr char kClass[] = "Workbench";
+constexpr char kWorkbenchClass[] = "Workbench";
 constexpr UINT kTicksPerSecond = 60;
 
 HostWindows* current = nullptr;
@@ -17,9 +17,9 @@ HostWindows* current = nullptr;
 } // namespace
 
 HostWindows::HostWindows(Host& host, PluginModule& plugin, SIZE size) : host_(host), plugin_(plugin) {
-    RegisterFrameClass(kClass, Procedure);
-    CreateWindowExA(0, kClass, "Workbench", WS_POPUP | WS_VISIBLE | WS_CLIPCHILDREN, 0, 0, size.cx, size.cy,
-                    nullptr, nullptr, nullptr, this);
+    RegisterFrameClass(kWorkbenchClass, Procedure);
+    CreateWindowExA(0, kWorkbenchClass, "Workbench", WS_POPUP | WS_VISIBLE | WS_CLIPCHILDREN, 0, 0, size.cx,
+                    size.cy, nullptr, nullptr, nullptr, this);
     current = this;
     host_.SetFrame(this);
 }

@@ -8,7 +8,7 @@ namespace workbench {
 
 namespace {
 
-constexpr char kClass[] = "WorkbenchLayers";
+constexpr char kLayersClass[] = "WorkbenchLayers";
 constexpr int kWheelRows = 3;
 
 /// An eye of two arcs, as rows of pixels around (x, y).
@@ -36,8 +36,8 @@ void DrawDot(HDC context, int x, int y, COLORREF color) {
 } // namespace
 
 LayerList::LayerList(Host& host, HWND owner, const RECT& place) : host_(host) {
-    RegisterFrameClass(kClass, Procedure);
-    CreateWindowExA(WS_EX_TOOLWINDOW, kClass, "Layers", WS_POPUP | WS_CAPTION | WS_SYSMENU, place.left,
+    RegisterFrameClass(kLayersClass, Procedure);
+    CreateWindowExA(WS_EX_TOOLWINDOW, kLayersClass, "Layers", WS_POPUP | WS_CAPTION | WS_SYSMENU, place.left,
                     place.top, place.right - place.left, place.bottom - place.top, owner, nullptr, nullptr,
                     this);
 }

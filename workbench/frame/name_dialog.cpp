@@ -9,9 +9,9 @@ namespace workbench {
 
 namespace {
 
-constexpr char kClass[] = "WorkbenchNameDialog";
-constexpr int kWidth = 460, kHeight = 104, kMargin = 14;
-constexpr int kButtonWidth = 84, kButtonHeight = 24;
+constexpr char kNameDialogClass[] = "WorkbenchNameDialog";
+constexpr int kNameWidth = 460, kNameHeight = 104, kNameMargin = 14;
+constexpr int kNameButtonWidth = 84, kNameButtonHeight = 24;
 constexpr int kMostBytes = 1023;
 
 struct NameDialog {
@@ -83,25 +83,26 @@ void RunDialog(HWND window, NameDialog& dialog) {
 } // namespace
 
 std::optional<std::string> AskName(HWND owner, const std::string& title, const std::string& proposal) {
-    RegisterFrameClass(kClass, NameProcedure);
+    RegisterFrameClass(kNameDialogClass, NameProcedure);
     NameDialog dialog;
     const HWND window = CreateWindowExA(
-        0, kClass, WindowText(title).c_str(), WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN,
-        (GetSystemMetrics(SM_CXSCREEN) - kWidth) / 2, (GetSystemMetrics(SM_CYSCREEN) - kHeight) / 2, kWidth,
-        kHeight, owner, nullptr, nullptr, &dialog);
+        0, kNameDialogClass, WindowText(title).c_str(), WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN,
+        (GetSystemMetrics(SM_CXSCREEN) - kNameWidth) / 2, (GetSystemMetrics(SM_CYSCREEN) - kNameHeight) / 2,
+        kNameWidth, kNameHeight, owner, nullptr, nullptr, &dialog);
     if (!window) return std::nullopt;
     RECT client;
     GetClientRect(window, &client);
     const std::string shown = WindowText(proposal);
     const HWND edit = MakeControl(window, "EDIT", shown, ES_AUTOHSCROLL, kNameDialogEdit,
-                                  {kMargin, kMargin, client.right - kMargin, kMargin + 24});
+                                  {kNameMargin, kNameMargin, client.right - kNameMargin, kNameMargin + 24});
     SendMessageA(edit, EM_LIMITTEXT, kMostBytes, 0);
     SendMessageA(edit, EM_SETSEL, 0, -1);
-    const LONG top = kMargin + 24 + 10, right = client.right - kMargin;
-    MakeControl(window, "BUTTON", "OK", BS_DEFPUSHBUTTON, kNameDialogOk,
-                {right - 2 * kButtonWidth - 8, top, right - kButtonWidth - 8, top + kButtonHeight});
+    const LONG top = kNameMargin + 24 + 10, right = client.right - kNameMargin;
+    MakeControl(
+        window, "BUTTON", "OK", BS_DEFPUSHBUTTON, kNameDialogOk,
+        {right - 2 * kNameButtonWidth - 8, top, right - kNameButtonWidth - 8, top + kNameButtonHeight});
     MakeControl(window, "BUTTON", "Cancel", BS_PUSHBUTTON, kNameDialogCancel,
-                {right - kButtonWidth, top, right, top + kButtonHeight});
+                {right - kNameButtonWidth, top, right, top + kNameButtonHeight});
     const BOOL wasDisabled = owner ? EnableWindow(owner, FALSE) : TRUE;
     ShowWindow(window, SW_SHOW);
     SetFocus(edit);

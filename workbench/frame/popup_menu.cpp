@@ -8,7 +8,7 @@ namespace workbench {
 
 namespace {
 
-constexpr char kClass[] = "WorkbenchPopup";
+constexpr char kPopupClass[] = "WorkbenchPopup";
 constexpr int kMarkWidth = 24;
 constexpr int kRightMargin = 28;
 
@@ -152,7 +152,7 @@ RECT PlaceOf(POINT at, int width, int height) {
 } // namespace
 
 int RunPopupMenu(HWND owner, POINT at, const std::vector<PopupItem>& items, const Theme& theme) {
-    RegisterFrameClass(kClass, PopupProcedure);
+    RegisterFrameClass(kPopupClass, PopupProcedure);
     const HDC measure = GetDC(nullptr);
     int width = 80, height = 4;
     for (const PopupItem& item : items) {
@@ -163,8 +163,8 @@ int RunPopupMenu(HWND owner, POINT at, const std::vector<PopupItem>& items, cons
     Popup popup{.items = items, .theme = theme, .parent = topPopup};
     const RECT place = PlaceOf(at, width, height);
     popup.window =
-        CreateWindowExA(WS_EX_TOPMOST | WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE, kClass, "", WS_POPUP, place.left,
-                        place.top, place.right, place.bottom, owner, nullptr, nullptr, &popup);
+        CreateWindowExA(WS_EX_TOPMOST | WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE, kPopupClass, "", WS_POPUP,
+                        place.left, place.top, place.right, place.bottom, owner, nullptr, nullptr, &popup);
     if (!popup.window) return 0;
     topPopup = &popup;
     ShowWindow(popup.window, SW_SHOWNA);

@@ -9,8 +9,8 @@ namespace workbench {
 
 namespace {
 
-constexpr char kClass[] = "WorkbenchProgress";
-constexpr int kWidth = 320, kHeight = 64, kMargin = 14;
+constexpr char kProgressClass[] = "WorkbenchProgress";
+constexpr int kProgressWidth = 320, kProgressHeight = 64, kProgressMargin = 14;
 constexpr DWORD kPatience = 333; ///< milliseconds before the window appears
 constexpr DWORD kBetween = 50;   ///< milliseconds from one picture of the bar to the next
 
@@ -24,12 +24,13 @@ ProgressWindow::~ProgressWindow() {
 }
 
 void ProgressWindow::Make() {
-    RegisterFrameClass(kClass, Procedure);
+    RegisterFrameClass(kProgressClass, Procedure);
     RECT place{};
     GetWindowRect(over_, &place);
-    const int left = (place.left + place.right - kWidth) / 2, top = (place.top + place.bottom - kHeight) / 2;
-    CreateWindowExA(WS_EX_TOPMOST | WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE, kClass, "", WS_POPUP, left, top,
-                    kWidth, kHeight, nullptr, nullptr, nullptr, this);
+    const int left = (place.left + place.right - kProgressWidth) / 2,
+              top = (place.top + place.bottom - kProgressHeight) / 2;
+    CreateWindowExA(WS_EX_TOPMOST | WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE, kProgressClass, "", WS_POPUP, left,
+                    top, kProgressWidth, kProgressHeight, nullptr, nullptr, nullptr, this);
     if (window_) ShowWindow(window_, SW_SHOWNA);
 }
 
@@ -57,9 +58,9 @@ void ProgressWindow::Paint() {
     GetClientRect(window_, &client);
     FillColor(context, client, colors.face);
     FrameColor(context, client, colors.border);
-    DrawLine(context, {kMargin, 8, client.right - kMargin, 30}, 0, text_, colors.text);
+    DrawLine(context, {kProgressMargin, 8, client.right - kProgressMargin, 30}, 0, text_, colors.text);
     if (of_ > 0) {
-        RECT bar{kMargin, 36, client.right - kMargin, 50};
+        RECT bar{kProgressMargin, 36, client.right - kProgressMargin, 50};
         FrameColor(context, bar, colors.border);
         InflateRect(&bar, -2, -2);
         bar.right = bar.left + static_cast<LONG>((bar.right - bar.left) * static_cast<double>(done_) /

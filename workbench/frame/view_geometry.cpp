@@ -7,7 +7,7 @@ namespace workbench {
 
 namespace {
 
-constexpr int kMargin = 24; ///< pixels around a page that was fitted
+constexpr int kPageMargin = 24; ///< pixels around a page that was fitted
 constexpr double kFarthest = 1e7;
 
 LONG WholePixel(double value) {
@@ -64,8 +64,8 @@ double NextZoom(double zoom, bool larger) {
 
 void ShowPage(View& view, const HostRect& page, SIZE size) {
     const double width = page.right - page.left, height = page.top - page.bottom;
-    const double fit = std::min(std::max<LONG>(size.cx - 2 * kMargin, 1) / width,
-                                std::max<LONG>(size.cy - 2 * kMargin, 1) / height);
+    const double fit = std::min(std::max<LONG>(size.cx - 2 * kPageMargin, 1) / width,
+                                std::max<LONG>(size.cy - 2 * kPageMargin, 1) / height);
     const double zoom = std::clamp(fit, kSmallestZoom, 1.0);
     SetView(view,
             {(page.left + page.right) / 2 - size.cx / zoom / 2,

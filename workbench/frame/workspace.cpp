@@ -15,18 +15,18 @@ namespace workbench {
 namespace {
 
 constexpr char kHelpGroup[] = "About";
-constexpr LONG kMargin = 12;
+constexpr LONG kWindowMargin = 12;
 constexpr LONG kLayersWidth = 220, kLayersHeight = 150;
 constexpr LONG kPanelRoom = 452; ///< kept free on the right, for panels
 
 RECT DocumentPlace(SIZE size) {
-    return {kMargin, kBarHeight + kMargin, std::max(size.cx - kPanelRoom, kMargin + 200),
-            std::max(size.cy - kMargin, LONG{kBarHeight + 200})};
+    return {kWindowMargin, kBarHeight + kWindowMargin, std::max(size.cx - kPanelRoom, kWindowMargin + 200),
+            std::max(size.cy - kWindowMargin, LONG{kBarHeight + 200})};
 }
 
 RECT LayersPlace(SIZE size) {
-    return {size.cx - kLayersWidth - kMargin, size.cy - kLayersHeight - kMargin, size.cx - kMargin,
-            size.cy - kMargin};
+    return {size.cx - kLayersWidth - kWindowMargin, size.cy - kLayersHeight - kWindowMargin,
+            size.cx - kWindowMargin, size.cy - kWindowMargin};
 }
 
 std::string FileNameOf(const std::string& path) {

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "workbench/suites/art_places.h"
+#include "workbench/suites/finite.h"
 
 namespace workbench {
 
@@ -14,10 +15,6 @@ namespace {
 HostError Put(int32_t& out, bool flag) {
     out = flag ? 1 : 0;
     return kHostNoError;
-}
-
-bool IsFinite(const HostPoint& point) {
-    return std::isfinite(point.x) && std::isfinite(point.y);
 }
 
 ArtHandle HandleOf(const Art* art) {

@@ -73,22 +73,17 @@ std::string ArgumentText(const T& value, bool outputs) {
     }
 }
 
-template <typename... Raw>
-std::string JoinedText([[maybe_unused]] bool outputs, const Raw&... raw) {
-    std::string text;
-    ((text += (text.empty() ? "" : ", ") + ArgumentText(raw, outputs)), ...);
-    return text;
-}
+/// An argument whose type is known by the function alone: some hundred entries share what goes over them.
+struct TracedArgument {
+    template <typename T>
+    static TracedArgument Of(const T& value) {
+        return {&value, [](const void* it, bool outputs) {
+                    return ArgumentText(*static_cast<const T*>(it), outputs);
+                }};
+    }
 
-template <typename... Raw>
-std::string ArgumentsText(const Raw&... raw) {
-    return JoinedText(true, raw...);
-}
-
-/// Without what out pointers point at, which a failed call leaves as it was.
-template <typename... Raw>
-std::string InputsText(const Raw&... raw) {
-    return JoinedText(false, raw...);
-}
+    const void* value;
+    std::string (*text)(const void* value, bool outputs);
+};
 
 } // namespace workbench

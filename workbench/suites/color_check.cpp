@@ -1,5 +1,7 @@
 #include "workbench/suites/color_check.h"
 
+#include "workbench/suites/finite.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -20,15 +22,7 @@ const void* HandleIn(const HostColor& color) {
     }
 }
 
-bool AllFinite(std::initializer_list<double> values) {
-    return std::all_of(values.begin(), values.end(), [](double value) { return std::isfinite(value); });
-}
-
-bool IsFinite(const HostMatrix& m) {
-    return AllFinite({m.a, m.b, m.c, m.d, m.tx, m.ty});
-}
-
-bool IsFinite(const HostColor& color) {
+bool IsFiniteColor(const HostColor& color) {
     switch (color.kind) {
         case kColorGray:
             return std::isfinite(color.u.gray.gray);
@@ -59,7 +53,8 @@ bool IsFinite(const HostColor& color) {
 } // namespace
 
 HostError CheckColor(SuiteCall& call, const HostColor& color) {
-    if (color.kind < kColorGray || color.kind > kColorThree || !IsFinite(color)) return kHostBadParameter;
+    if (color.kind < kColorGray || color.kind > kColorThree || !IsFiniteColor(color))
+        return kHostBadParameter;
     if (call.document().Knows(color)) return kHostNoError;
     const void* handle = HandleIn(color);
     if (!handle) return call.FaultUnlessRefused(kHostBadHandle, "a colour that names nothing");

@@ -6,15 +6,12 @@
 #include <utility>
 
 #include "workbench/suites/color_check.h"
+#include "workbench/suites/finite.h"
 #include "workbench/suites/suite_call.h"
 
 namespace workbench {
 
 namespace {
-
-bool IsFinite(const HostPoint& point) {
-    return std::isfinite(point.x) && std::isfinite(point.y);
-}
 
 // References.  One vertex and one segment are out at a time, so a plug-in that keeps an older one is found
 // out at once.
@@ -89,7 +86,7 @@ HostError GetEdgeCount(SuiteCall& call, HostMeshVertex& vertex, int32_t& count) 
     return kHostNoError;
 }
 
-HostError GetColor(SuiteCall& call, HostMeshVertex& vertex, HostColor& color) {
+HostError GetVertexColor(SuiteCall& call, HostMeshVertex& vertex, HostColor& color) {
     const MeshVertex* own = VertexOf(call, vertex);
     if (!own) return kHostBadHandle;
     color = own->color;
@@ -228,7 +225,7 @@ const void* MeshSuiteTable() {
 const void* MeshVertexSuiteTable() {
     static constexpr AIMeshVertexSuite table{
         Entry<"AI Mesh Vertex Suite", "GetEdgeCount", GetEdgeCount>::Run,
-        Entry<"AI Mesh Vertex Suite", "GetColor", GetColor>::Run,
+        Entry<"AI Mesh Vertex Suite", "GetColor", GetVertexColor>::Run,
         Entry<"AI Mesh Vertex Suite", "SetColor", SetColor>::Run,
         Entry<"AI Mesh Vertex Suite", "GetPoint", GetVertexPoint>::Run,
         Entry<"AI Mesh Vertex Suite", "SetPoint", SetVertexPoint>::Run,

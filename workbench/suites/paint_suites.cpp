@@ -7,15 +7,12 @@
 #include <set>
 
 #include "workbench/suites/color_check.h"
+#include "workbench/suites/finite.h"
 #include "workbench/suites/suite_call.h"
 
 namespace workbench {
 
 namespace {
-
-bool AllFinite(std::initializer_list<double> values) {
-    return std::all_of(values.begin(), values.end(), [](double value) { return std::isfinite(value); });
-}
 
 // AI Path Style Suite
 

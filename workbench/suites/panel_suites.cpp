@@ -224,7 +224,7 @@ HostError SetItemEnabled(SuiteCall& call, HostFlyout& flyout, int32_t number, in
 
 // AI User Interface Theme Suite, AI Context Suite
 
-HostError GetColor(SuiteCall& call, int32_t kind, int32_t color, double* values) {
+HostError GetThemeColor(SuiteCall& call, int32_t kind, int32_t color, double* values) {
     if (!values) return call.Fault(kHostBadParameter, "a pointer is missing");
     if (kind != 1 || color < 0 || color > 1) return kHostBadParameter;
     const Theme& theme = call.host().theme;
@@ -353,7 +353,7 @@ const void* PanelFlyoutMenuSuiteTable() {
 
 const void* UserInterfaceThemeSuiteTable() {
     static constexpr AIUserInterfaceThemeSuite table{
-        Entry<"AI User Interface Theme Suite", "GetColor", GetColor>::Run,
+        Entry<"AI User Interface Theme Suite", "GetColor", GetThemeColor>::Run,
         Entry<"AI User Interface Theme Suite", "IsDark", IsDark>::Run,
     };
     return &table;

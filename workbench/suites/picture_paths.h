@@ -11,6 +11,4 @@ namespace workbench {
 /// and for one that has both separators in it.
 HostError PutFile(const std::string& file, HostText& path);
 
-bool IsFiniteMatrix(const HostMatrix& matrix);
-
 } // namespace workbench

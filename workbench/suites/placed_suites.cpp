@@ -4,17 +4,11 @@
 #include <cmath>
 
 #include "suites/art.h"
+#include "workbench/suites/finite.h"
 #include "workbench/suites/picture_paths.h"
 #include "workbench/suites/suite_call.h"
 
 namespace workbench {
-
-bool IsFiniteMatrix(const HostMatrix& m) {
-    for (const double value : {m.a, m.b, m.c, m.d, m.tx, m.ty}) {
-        if (!std::isfinite(value)) return false;
-    }
-    return true;
-}
 
 HostError PutFile(const std::string& file, HostText& path) {
     const bool unclear = file.find('/') != std::string::npos && file.find('\\') != std::string::npos;
@@ -76,7 +70,7 @@ HostError ExecutePlaceRequest(SuiteCall& call, HostPlaceRequest& request) {
 }
 
 HostError SetPlacedMatrix(SuiteCall&, Of<PlacedData> placed, const HostMatrix& matrix) {
-    if (!IsFiniteMatrix(matrix)) return kHostBadParameter;
+    if (!IsFinite(matrix)) return kHostBadParameter;
     placed.data.matrix = matrix;
     return kHostNoError;
 }
@@ -100,7 +94,7 @@ HostError TransformArt(SuiteCall& call, Art& art, const HostMatrix& matrix, doub
     const bool all = flags == kTransformAll || flags == kTransformAction;
     if (!all && flags != kTransformArtAlone)
         return call.Fault(kHostBadParameter, "a transform of parts of the art");
-    if (!IsFiniteMatrix(matrix) || !std::isfinite(lineScale)) return kHostBadParameter;
+    if (!IsFinite(matrix) || !std::isfinite(lineScale)) return kHostBadParameter;
     const Layer* layer = call.document().LayerOf(art);
     if (!layer) return call.Fault(kHostBadPlace, "art that is no part of the tree");
     if (!Document::CanChange(layer)) return kHostBadPlace;

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstring>
 
+#include "workbench/suites/finite.h"
 #include "workbench/suites/picture_paths.h"
 #include "workbench/suites/suite_call.h"
 
@@ -28,7 +29,7 @@ HostError GetRasterMatrix(SuiteCall&, Of<RasterData> raster, HostMatrix& matrix)
 }
 
 HostError SetRasterMatrix(SuiteCall&, Of<RasterData> raster, const HostMatrix& matrix) {
-    if (!IsFiniteMatrix(matrix)) return kHostBadParameter;
+    if (!IsFinite(matrix)) return kHostBadParameter;
     raster.data.matrix = matrix;
     return kHostNoError;
 }

@@ -8,6 +8,8 @@ namespace workbench {
 SuiteCall::SuiteCall(size_t suite, const char* operation)
     : state_(CurrentState()), suite_(suite), operation_(operation) {}
 
+SuiteCall::~SuiteCall() = default;
+
 HostError SuiteCall::Begin(bool canBeRefused) {
     if (!state_) return kHostRefused; // a table that outlived its host
     number_ = ++state_->calls;
@@ -38,8 +40,15 @@ const char* SuiteCall::Lend(const std::string& text) {
     return lent.get();
 }
 
-void SuiteCall::Trace(const std::string& arguments, const std::string& result) {
-    std::string line = std::to_string(number_) + ' ' + Title() + '(' + arguments + ')';
+void SuiteCall::Trace(std::initializer_list<TracedArgument> arguments, bool outputs,
+                      const std::string& result) {
+    std::string line = std::to_string(number_) + ' ' + Title() + '(';
+    const char* separator = "";
+    for (const TracedArgument& argument : arguments) {
+        line += separator + argument.text(argument.value, outputs);
+        separator = ", ";
+    }
+    line += ')';
     if (!result.empty()) line += " = " + result;
     state_->trace(line);
 }

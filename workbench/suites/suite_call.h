@@ -17,9 +17,10 @@
 
 #include <algorithm>
 #include <concepts>
+#include <initializer_list>
 #include <new>
 #include <string>
-#include <tuple>
+#include <type_traits>
 
 #include "workbench/suites/call_text.h"
 #include "workbench/suites/host_state.h"
@@ -30,6 +31,7 @@ namespace workbench {
 class SuiteCall {
 public:
     SuiteCall(size_t suite, const char* operation);
+    ~SuiteCall();
 
     /// Counts the call and checks that it may be made.  Then, unless this gives an error, go on.
     HostError Begin(bool canBeRefused);
@@ -56,7 +58,9 @@ public:
     Document& document() { return *state_->document; }
 
     bool traced() const { return state_ && state_->trace; }
-    void Trace(const std::string& arguments, const std::string& result);
+
+    /// What out pointers point at is told with `outputs`: a failed call leaves it as it was.
+    void Trace(std::initializer_list<TracedArgument> arguments, bool outputs, const std::string& result);
 
     void Fail(HostError error) {
         if (!error_) error_ = error;
@@ -258,11 +262,11 @@ struct Entry<suite, operation, body, kind> {
         SuiteCall call(number, operation.text);
         if constexpr (std::is_void_v<Result>) {
             if (!call.Begin(false)) Perform(call, raw...);
-            if (call.traced()) call.Trace(ArgumentsText(raw...), "");
+            if (call.traced()) call.Trace({TracedArgument::Of(raw)...}, true, "");
         } else if constexpr (kind == EntryKind::kPlain) {
             Result result{};
             if (!call.Begin(false)) result = Perform(call, raw...);
-            if (call.traced()) call.Trace(ArgumentsText(raw...), std::to_string(result));
+            if (call.traced()) call.Trace({TracedArgument::Of(raw)...}, true, std::to_string(result));
             return result;
         } else {
             HostError error = call.Begin(true);
@@ -271,30 +275,33 @@ struct Entry<suite, operation, body, kind> {
                 if (!error) error = done;
             }
             if (call.traced())
-                call.Trace(error ? InputsText(raw...) : ArgumentsText(raw...), ErrorText(error));
+                call.Trace({TracedArgument::Of(raw)...}, error == kHostNoError, ErrorText(error));
             return error;
         }
     }
 
 private:
-    static Result Perform(SuiteCall& call, typename Argument<Parameters>::Raw... raw) try {
-        // Braces fix the order: the first bad argument decides.
-        const std::tuple<typename Argument<Parameters>::Held...> held{
-            Argument<Parameters>::Hold(call, raw)...};
-        if (call.error()) {
-            if constexpr (std::is_void_v<Result>)
-                return;
-            else if constexpr (kind == EntryKind::kPlain)
-                return Result{};
-            else
-                return call.error();
+    using Outcome = std::conditional_t<std::is_void_v<Result>, HostError, Result>; ///< something to hold
+
+    /// The body's call, as a constructor because the braces of one fix the order in which arguments are
+    /// looked up: the first bad one decides.
+    struct Performed {
+        Performed(SuiteCall& call, typename Argument<Parameters>::Held... held) {
+            if (call.error()) {
+                if constexpr (kind != EntryKind::kPlain) outcome = static_cast<Outcome>(call.error());
+            } else if constexpr (std::is_void_v<Result>) {
+                body(call, Argument<Parameters>::Pass(held)...);
+            } else {
+                outcome = body(call, Argument<Parameters>::Pass(held)...);
+            }
         }
-        return std::apply(
-            [&call](const auto&... each) { return body(call, Argument<Parameters>::Pass(each)...); }, held);
+        Outcome outcome{};
+    };
+
+    static Outcome Perform(SuiteCall& call, typename Argument<Parameters>::Raw... raw) try {
+        return Performed{call, Argument<Parameters>::Hold(call, raw)...}.outcome;
     } catch (const std::bad_alloc&) {
-        if constexpr (!std::is_void_v<Result>) {
-            return kind == EntryKind::kPlain ? Result{} : static_cast<Result>(kHostOutOfMemory);
-        }
+        return kind == EntryKind::kPlain ? Outcome{} : static_cast<Outcome>(kHostOutOfMemory);
     }
 };
 

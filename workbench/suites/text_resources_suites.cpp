@@ -55,7 +55,7 @@ HostError GetFontKey(SuiteCall& call, EngineFont& font, FontKey& key) {
 
 // AIATE Paint Suite
 
-HostError GetColor(SuiteCall&, EnginePaint& paint, HostColor& color) {
+HostError GetPaintColor(SuiteCall&, EnginePaint& paint, HostColor& color) {
     color = paint.color;
     return kHostNoError;
 }
@@ -167,7 +167,7 @@ const void* FontSuiteTable() {
 
 const void* EnginePaintSuiteTable() {
     static constexpr AIATEPaintSuite table{
-        Entry<"AIATE Paint Suite", "GetColor", GetColor>::Run,
+        Entry<"AIATE Paint Suite", "GetColor", GetPaintColor>::Run,
         Entry<"AIATE Paint Suite", "NewPaint", NewPaint>::Run,
         Entry<"AIATE Paint Suite", "LineCapFromEngine", FromEngine>::Run,
         Entry<"AIATE Paint Suite", "LineCapToEngine", ToEngine>::Run,

@@ -13,7 +13,7 @@ namespace {
 constexpr std::string_view kDigits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 constexpr std::string_view kPngStart = "data:image/png;base64,";
 
-int DigitOf(char c) {
+int Base64DigitOf(char c) {
     if (c >= 'A' && c <= 'Z') return c - 'A';
     if (c >= 'a' && c <= 'z') return c - 'a' + 26;
     if (c >= '0' && c <= '9') return c - '0' + 52;
@@ -28,7 +28,7 @@ bool DecodeBase64(std::string_view text, std::vector<uint8_t>* bytes) {
     for (const char c : text) {
         if (IsBlank(c)) continue;
         if (c == '=') break;
-        const int digit = DigitOf(c);
+        const int digit = Base64DigitOf(c);
         if (digit < 0) return false;
         bits = (bits << 6 | static_cast<uint32_t>(digit)) & 0xFFFFFF;
         if (++count < 4) continue;

@@ -13,7 +13,7 @@ using Entities = std::map<std::string, std::string, std::less<>>;
 using Text = std::string_view;
 
 /// The place of a document type declaration; `start == end` if there is none.
-struct Declaration {
+struct DocumentType {
     size_t start = 0, end = 0;
     Text subset; ///< between the brackets
 };
@@ -35,7 +35,7 @@ size_t SkipTo(Text text, Text mark, size_t at) {
     return found == Text::npos ? text.size() : found + mark.size();
 }
 
-Declaration FindDeclaration(Text text) {
+DocumentType FindDocumentType(Text text) {
     size_t at = 0;
     for (;;) {
         at = text.find('<', at);
@@ -49,7 +49,7 @@ Declaration FindDeclaration(Text text) {
             break;
     }
     if (!text.substr(at).starts_with("<!DOCTYPE")) return {};
-    Declaration found{at, 0, {}};
+    DocumentType found{at, 0, {}};
     while (at < text.size() && text[at] != '>' && text[at] != '[')
         at = text[at] == '"' || text[at] == '\'' ? SkipQuoted(text, at) : at + 1;
     if (at < text.size() && text[at] == '[') {
@@ -162,7 +162,7 @@ private:
 } // namespace
 
 bool ExpandEntities(std::string* text, std::string* error) {
-    const Declaration declaration = FindDeclaration(*text);
+    const DocumentType declaration = FindDocumentType(*text);
     if (declaration.start == declaration.end) return true;
     const Entities entities = ReadEntities(declaration.subset);
     if (entities.empty()) {

@@ -69,17 +69,12 @@ std::vector<HostGradientStop> ReadStops(ReadContext& context, pugi::xml_node own
     return stops;
 }
 
-std::string NameOf(ReadContext& context, pugi::xml_node element) {
-    const std::string_view own = context.Own(element, kOwnName);
-    return std::string(own.empty() ? std::string_view(element.attribute("id").value()) : own);
-}
-
 /// The document's gradient for the stops of `owner`; elements that share stops share it.
 GradientHandle GradientOf(ReadContext& context, pugi::xml_node owner, int32_t type,
                           std::vector<HostGradientStop> stops) {
     GradientHandle& known = context.gradients[{owner.internal_object(), type}];
     if (known) return known;
-    Gradient& gradient = context.document.NewGradient(NameOf(context, owner));
+    Gradient& gradient = context.document.NewGradient(context.NameOf(owner));
     gradient.type = type;
     gradient.stops = std::move(stops);
     return known = gradient.handle;

@@ -178,8 +178,7 @@ void SetNature(ReadContext& context, pugi::xml_node element, const Surroundings&
     ReadArtStyle(context, element, here, art);
     if (here.instance) return;
     art.tags = ReadTags(element, context.ownPrefix);
-    const std::string_view own = context.Own(element, kOwnName);
-    art.name = own.empty() ? std::string_view(element.attribute("id").value()) : own;
+    art.name = context.NameOf(element);
     if (art.name.empty()) art.name = TitleOf(element);
 }
 

@@ -8,7 +8,7 @@
 namespace workbench {
 namespace {
 
-bool Same(HostPoint a, HostPoint b) {
+bool AlmostEqual(HostPoint a, HostPoint b) {
     // Relative commands add up rounding errors; a real step is never this small.
     const double scale = std::max({1.0, std::abs(a.x), std::abs(a.y)});
     return std::abs(a.x - b.x) <= 1e-9 * scale && std::abs(a.y - b.y) <= 1e-9 * scale;
@@ -131,7 +131,7 @@ void PathBuilder::Close() {
         if (!Begin()) return;
     }
     auto& segments = open_.segments;
-    if (segments.size() > 1 && Same(segments.back().anchor, segments.front().anchor)) {
+    if (segments.size() > 1 && AlmostEqual(segments.back().anchor, segments.front().anchor)) {
         segments.front().in = segments.back().in;
         // A straight end must stay one if the two anchors differ in their last bits.
         const HostPathSegment& last = segments.back();

@@ -75,13 +75,8 @@ Art* ReadTileMembers(ReadContext& context, pugi::xml_node owner, const HostMatri
     return nullptr;
 }
 
-std::string NameOf(ReadContext& context, pugi::xml_node element) {
-    const std::string_view own = context.Own(element, kOwnName);
-    return std::string(own.empty() ? std::string_view(element.attribute("id").value()) : own);
-}
-
 PatternHandle KeepPattern(ReadContext& context, pugi::xml_node owner, Art* art) {
-    Pattern& pattern = context.document.NewPattern(NameOf(context, owner));
+    Pattern& pattern = context.document.NewPattern(context.NameOf(owner));
     pattern.art = art;
     return pattern.handle;
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "workbench/svg/own_words.h"
 #include "workbench/svg/svg_writer.h"
 #include "workbench/svg/transforms.h"
 
@@ -141,6 +142,11 @@ pugi::xml_node ReadContext::Target(pugi::xml_node element) const {
 Text ReadContext::Own(pugi::xml_node element, const char* name) const {
     if (ownPrefix.empty()) return {};
     return element.attribute((ownPrefix + name).c_str()).value();
+}
+
+std::string ReadContext::NameOf(pugi::xml_node element) const {
+    const Text own = Own(element, kOwnName);
+    return std::string(own.empty() ? Text(element.attribute("id").value()) : own);
 }
 
 Art* ReadContext::NewArt(int32_t kind, Art* container) {

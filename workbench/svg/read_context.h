@@ -103,6 +103,8 @@ struct ReadContext {
     /// An attribute of our own namespace; empty if absent.
     std::string_view Own(pugi::xml_node element, const char* name) const;
 
+    std::string NameOf(pugi::xml_node element) const; ///< our own word for it, or the id
+
     /// New art on top of a container, or free-standing; null once the bounds are reached.
     Art* NewArt(int32_t kind, Art* container);
 };

@@ -5,7 +5,7 @@
 namespace workbench {
 namespace {
 
-void AppendPoint(std::string* text, HostPoint point) {
+void AppendShortPoint(std::string* text, HostPoint point) {
     AppendNumber(text, point.x);
     // A minus sign separates as well as a blank.
     const size_t place = text->size();
@@ -13,20 +13,20 @@ void AppendPoint(std::string* text, HostPoint point) {
     if ((*text)[place] != '-') text->insert(place, 1, ' ');
 }
 
-bool Same(HostPoint a, HostPoint b) {
+bool Equal(HostPoint a, HostPoint b) {
     return a.x == b.x && a.y == b.y;
 }
 
 void AppendPiece(std::string* text, const HostPathSegment& from, const HostPathSegment& to) {
-    if (Same(from.out, from.anchor) && Same(to.in, to.anchor)) {
+    if (Equal(from.out, from.anchor) && Equal(to.in, to.anchor)) {
         *text += 'L';
-        AppendPoint(text, to.anchor);
+        AppendShortPoint(text, to.anchor);
         return;
     }
     *text += 'C';
     for (const HostPoint point : {from.out, to.in, to.anchor}) {
         if (text->back() != 'C') *text += ' ';
-        AppendPoint(text, point);
+        AppendShortPoint(text, point);
     }
 }
 
@@ -77,13 +77,13 @@ std::string PathDataText(const Subpaths& subpaths) {
         const auto& segments = subpath.segments;
         if (segments.empty()) continue;
         text += 'M';
-        AppendPoint(&text, segments.front().anchor);
+        AppendShortPoint(&text, segments.front().anchor);
         for (size_t i = 1; i < segments.size(); ++i) AppendPiece(&text, segments[i - 1], segments[i]);
         if (!subpath.closed) continue;
         // A straight way back needs no words, unless it has no length and so would be taken for the start.
-        const bool straight = Same(segments.back().out, segments.back().anchor) &&
-                              Same(segments.front().in, segments.front().anchor);
-        const bool doubled = segments.size() > 1 && Same(segments.back().anchor, segments.front().anchor);
+        const bool straight = Equal(segments.back().out, segments.back().anchor) &&
+                              Equal(segments.front().in, segments.front().anchor);
+        const bool doubled = segments.size() > 1 && Equal(segments.back().anchor, segments.front().anchor);
         if (!straight || doubled) AppendPiece(&text, segments.back(), segments.front());
         text += 'Z';
     }

@@ -27,7 +27,7 @@ bool IsDataAttribute(const Tag& tag) {
            IsXmlText(tag.value);
 }
 
-int DigitOf(char c) {
+int HexDigitOf(char c) {
     if (c >= '0' && c <= '9') return c - '0';
     return c >= 'A' && c <= 'F' ? c - 'A' + 10 : -1;
 }
@@ -76,8 +76,8 @@ std::string PercentText(Text bytes) {
 std::string BytesOfPercentText(Text text) {
     std::string bytes;
     for (size_t i = 0; i < text.size(); ++i) {
-        const int high = text[i] == '%' && text.size() - i > 2 ? DigitOf(text[i + 1]) : -1;
-        const int low = high < 0 ? -1 : DigitOf(text[i + 2]);
+        const int high = text[i] == '%' && text.size() - i > 2 ? HexDigitOf(text[i + 1]) : -1;
+        const int low = high < 0 ? -1 : HexDigitOf(text[i + 2]);
         if (low < 0) {
             bytes += text[i];
             continue;

@@ -14,10 +14,6 @@ double Narrowed(double value) {
     return static_cast<float>(value);
 }
 
-HostPathSegment Corner(double x, double y) {
-    return {{x, y}, {x, y}, {x, y}, 1};
-}
-
 /// One piece by its four control points.
 struct Piece {
     HostPathSegment first, second;

@@ -111,19 +111,19 @@ void Scribbler::DrawCircle(PathData& path) {
 
 namespace {
 
-struct Result {
+struct Found {
     HostPoint point;
     int16_t kind;
 };
 
-bool Same(const Result& a, const Result& b) {
+bool Same(const Found& a, const Found& b) {
     const auto same = [](double x, double y) {
         return std::memcmp(&x, &y, sizeof x) == 0 || (std::isnan(x) && std::isnan(y));
     };
     return a.kind == b.kind && same(a.point.x, b.point.x) && same(a.point.y, b.point.y);
 }
 
-std::string TextOf(const Result& result) {
+std::string TextOf(const Found& result) {
     std::ostringstream text;
     text.precision(17);
     text << "kind " << result.kind << " (" << result.point.x << ", " << result.point.y << ")";
@@ -143,7 +143,7 @@ std::string Move(const HostPoint& from, int enabled, PlainSnap& plain) {
     constexpr auto kSearches = std::to_array<Search>({SnapToAnchor, SnapToIntersection, SnapToPath, ToGrid});
     constexpr auto kPlainly = std::to_array<void (PlainSnap::*)(HostPoint&, int16_t&)>(
         {&PlainSnap::ToAnchor, &PlainSnap::ToIntersection, &PlainSnap::ToPath, &PlainSnap::ToGrid});
-    Result walked{from, kSnapNone}, indexed = walked, expected = walked;
+    Found walked{from, kSnapNone}, indexed = walked, expected = walked;
     for (size_t i = 0; i < kSearches.size(); ++i) {
         if (!(enabled >> i & 1)) continue;
         if (expected.kind == kSnapNone) (plain.*kPlainly[i])(expected.point, expected.kind);

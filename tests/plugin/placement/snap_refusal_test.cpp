@@ -43,10 +43,10 @@ namespace {
 using Search = HostError (*)(HostPoint&, int16_t&);
 constexpr auto kSearches = std::to_array<Search>({SnapToAnchor, SnapToIntersection, SnapToPath});
 
-struct Result {
+struct Snapped {
     HostPoint point;
     int16_t kind;
-    bool operator==(const Result& other) const {
+    bool operator==(const Snapped& other) const {
         return kind == other.kind && std::memcmp(&point, &other.point, sizeof point) == 0;
     }
 };
@@ -79,8 +79,8 @@ protected:
         Run(search, point);
         return host().callCount() - before;
     }
-    static Result Run(Search search, HostPoint point) {
-        Result result{point, kSnapNone};
+    static Snapped Run(Search search, HostPoint point) {
+        Snapped result{point, kSnapNone};
         search(result.point, result.kind);
         return result;
     }
@@ -91,12 +91,12 @@ constexpr HostPoint kBesideCrossing{20.5, 10.5};
 // Whatever is refused, the search ends or goes on with less, and the next one is as good as ever.
 TEST_F(SnapRefusalTest, EveryCallOfAWalkMayBeRefused) {
     for (const Search search : kSearches) {
-        const Result good = Run(search, kBesideCrossing);
+        const Snapped good = Run(search, kBesideCrossing);
         const uint64_t calls = CallsOf(search, kBesideCrossing);
         ASSERT_GT(calls, 5u);
         for (uint64_t n = 1; n <= calls; ++n) {
             host().RefuseCall(n);
-            const Result result = Run(search, kBesideCrossing);
+            const Snapped result = Run(search, kBesideCrossing);
             host().RefuseNone();
             EXPECT_TRUE(result.kind == kSnapNone || result.kind == good.kind) << n;
             EXPECT_TRUE(Run(search, kBesideCrossing) == good) << n;
@@ -108,7 +108,7 @@ TEST_F(SnapRefusalTest, EveryCallOfAWalkMayBeRefused) {
 // An index that can't read the document, at the start or on the way, gives way to the walk at once.
 TEST_F(SnapRefusalTest, WithoutAnIndexTheWalkGivesTheSame) {
     for (const Search search : kSearches) {
-        const Result good = Run(search, kBesideCrossing);
+        const Snapped good = Run(search, kBesideCrossing);
         const uint64_t walk = CallsOf(search, kBesideCrossing);
         uint64_t first = 0, next = 0;
         {
@@ -120,7 +120,7 @@ TEST_F(SnapRefusalTest, WithoutAnIndexTheWalkGivesTheSame) {
         for (uint64_t n = 3; n <= first; ++n) { // behind the two that read the zoom
             const Snapping snapping;
             host().RefuseCall(n);
-            const Result result = Run(search, kBesideCrossing);
+            const Snapped result = Run(search, kBesideCrossing);
             host().RefuseNone();
             EXPECT_TRUE(Run(search, kBesideCrossing) == good) << n;
             if (globals->snapIndex->state != IndexState::kFailed) continue;
@@ -135,11 +135,11 @@ TEST_F(SnapRefusalTest, WithoutAnIndexTheWalkGivesTheSame) {
 }
 
 TEST_F(SnapRefusalTest, WithoutMemoryTheWalkGivesTheSame) {
-    const Result good = Run(SnapToIntersection, kBesideCrossing);
+    const Snapped good = Run(SnapToIntersection, kBesideCrossing);
     int failed = 0;
     for (bool reached = true; reached; ++failed) {
         allocationsLeft = failed + 1;
-        Result result{};
+        Snapped result{};
         {
             const Snapping snapping; // the first allocation
             result = Run(SnapToIntersection, kBesideCrossing);

@@ -15,10 +15,6 @@ using workbench::PathData;
 
 namespace {
 
-HostPathSegment Corner(double x, double y) {
-    return {{x, y}, {x, y}, {x, y}, 1};
-}
-
 class SnapTest : public PluginFixture {
 protected:
     PathData& AddPath(Art* parent, std::vector<HostPathSegment> segments, bool closed = false) {

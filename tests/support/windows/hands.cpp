@@ -15,7 +15,8 @@ namespace {
 constexpr UINT kRunAction = WM_APP;
 constexpr UINT kIdleTimer = 1, kIdlePeriod = 10; // milliseconds
 constexpr unsigned kIdleTicks = 2;               // the first may have been under way
-constexpr unsigned kMostWaited = 30000, kAskedEvery = 2, kHeldPause = 40, kStaleState = 200; // milliseconds
+constexpr unsigned kMostWaited = 30000, kHandsAskedEvery = 2, kHeldPause = 40,
+                   kStaleState = 200; // milliseconds
 constexpr char kClass[] = "HandsOfTests";
 
 std::atomic<unsigned> idleTicks = 0, pressesTaken = 0, actionsBegun = 0, actionsDone = 0;
@@ -30,9 +31,9 @@ std::atomic<unsigned> idleTicks = 0, pressesTaken = 0, actionsBegun = 0, actions
 
 template <typename Reached>
 void WaitUntil(const char* what, Reached reached) {
-    for (unsigned waited = 0; !reached(); waited += kAskedEvery) {
+    for (unsigned waited = 0; !reached(); waited += kHandsAskedEvery) {
         if (waited > kMostWaited) GiveUp(what);
-        Sleep(kAskedEvery);
+        Sleep(kHandsAskedEvery);
     }
 }
 
@@ -214,7 +215,7 @@ void Hands::Play() {
     // The last step still waits for the program to be idle.
     while (!done) {
         windows_.RunWaiting();
-        Sleep(kAskedEvery);
+        Sleep(kHandsAskedEvery);
     }
     hands.join();
 }

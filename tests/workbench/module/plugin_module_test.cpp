@@ -14,7 +14,7 @@ using workbench::Library;
 using workbench::PluginModule;
 using Bytes = std::vector<uint8_t>;
 
-constexpr char kFile[] = VELQUORNE_MODULE_FILE;
+constexpr char kModuleFile[] = VELQUORNE_MODULE_FILE;
 
 class PluginModuleTest : public ::testing::Test {
 protected:
@@ -22,7 +22,7 @@ protected:
     void TearDown() override {
         host.CheckBalance(true);
         for (const std::string& fault : host.faults()) ADD_FAILURE() << fault;
-        EXPECT_FALSE(Library::IsInProcess(kFile));
+        EXPECT_FALSE(Library::IsInProcess(kModuleFile));
     }
 
     static Bytes StateOf(const PluginModule& plugin) {
@@ -35,9 +35,9 @@ protected:
 };
 
 TEST_F(PluginModuleTest, BuiltModuleComesUpAndGoesDown) {
-    PluginModule plugin(host, kFile);
+    PluginModule plugin(host, kModuleFile);
     ASSERT_TRUE(plugin.ready()) << plugin.error();
-    EXPECT_TRUE(Library::IsInProcess(kFile));
+    EXPECT_TRUE(Library::IsInProcess(kModuleFile));
     ASSERT_EQ(plugin.StartUp(), kHostNoError);
     EXPECT_TRUE(plugin.running());
     EXPECT_EQ(host.BlockCount(), 1u);
@@ -50,7 +50,7 @@ TEST_F(PluginModuleTest, BuiltModuleComesUpAndGoesDown) {
 
 // The module's own variables are gone after an unload; all that counts has to be in the block.
 TEST_F(PluginModuleTest, EveryByteOfTheStateSurvivesAnUnload) {
-    PluginModule plugin(host, kFile);
+    PluginModule plugin(host, kModuleFile);
     ASSERT_EQ(plugin.StartUp(), kHostNoError) << plugin.error();
     const Bytes started = StateOf(plugin);
     auto* state = static_cast<uint8_t*>(plugin.state());
@@ -69,7 +69,7 @@ TEST_F(PluginModuleTest, EveryByteOfTheStateSurvivesAnUnload) {
 
     ASSERT_EQ(plugin.Unload(), kHostNoError);
     EXPECT_FALSE(plugin.ready());
-    EXPECT_FALSE(Library::IsInProcess(kFile));
+    EXPECT_FALSE(Library::IsInProcess(kModuleFile));
     EXPECT_EQ(plugin.Send("Nobody", "Nothing"), kHostRefused);
     EXPECT_EQ(kept(), before);
 
@@ -85,7 +85,7 @@ TEST_F(PluginModuleTest, EveryByteOfTheStateSurvivesAnUnload) {
 }
 
 TEST_F(PluginModuleTest, MissingFileSaysWhy) {
-    PluginModule missing(host, std::string(kFile) + ".missing");
+    PluginModule missing(host, std::string(kModuleFile) + ".missing");
     EXPECT_FALSE(missing.ready());
     EXPECT_NE(missing.error(), "");
     EXPECT_EQ(missing.StartUp(), kHostRefused);

@@ -63,19 +63,19 @@ protected:
     Document document;
 };
 
-constexpr uint32_t kRed = 0xFF0000, kBlue = 0x0000FF, kWhite = 0xFFFFFF, kGreen = 0x008000;
+constexpr uint32_t kRedDot = 0xFF0000, kBlueDot = 0x0000FF, kWhiteDot = 0xFFFFFF, kGreenDot = 0x008000;
 
 TEST_F(PlacedTest, APictureStandsUprightInItsOwnSpaceAndTurnsWithTheMatrix) {
     const HostMatrix upright{20, 0, 0, 10, 10, 20};
     PlacedData& placed = Place(Png(), 2, 4, upright); // covers (10, 20) to (50, 60), y upward
-    EXPECT_EQ(At(11, 41), kRed);
-    EXPECT_EQ(At(48, 52), kRed);
-    EXPECT_EQ(At(11, 70), kBlue);
-    EXPECT_EQ(At(8, 50), kWhite);
-    EXPECT_EQ(At(30, 82), kWhite);
+    EXPECT_EQ(At(11, 41), kRedDot);
+    EXPECT_EQ(At(48, 52), kRedDot);
+    EXPECT_EQ(At(11, 70), kBlueDot);
+    EXPECT_EQ(At(8, 50), kWhiteDot);
+    EXPECT_EQ(At(30, 82), kWhiteDot);
     placed.matrix = {0, 20, -10, 0, 50, 20}; // a quarter turn counter-clockwise: the upper half lies left
-    EXPECT_EQ(At(15, 60), kRed);
-    EXPECT_EQ(At(45, 60), kBlue);
+    EXPECT_EQ(At(15, 60), kRedDot);
+    EXPECT_EQ(At(45, 60), kBlueDot);
 }
 
 TEST_F(PlacedTest, ADrawingIsAPictureToo) {
@@ -83,9 +83,9 @@ TEST_F(PlacedTest, ADrawingIsAPictureToo) {
         "<svg xmlns='http://www.w3.org/2000/svg' width='10pt' height='10pt'>"
         "<rect width='400' height='5pt' fill='green'/></svg>";
     Place(Write("a.svg", svg), 10, 10, {4, 0, 0, 4, 30, 30});
-    EXPECT_EQ(At(50, 35), kGreen);
-    EXPECT_EQ(At(50, 65), kWhite);
-    EXPECT_EQ(At(90, 35), kWhite); // what lies outside of the drawing's page is cut off
+    EXPECT_EQ(At(50, 35), kGreenDot);
+    EXPECT_EQ(At(50, 65), kWhiteDot);
+    EXPECT_EQ(At(90, 35), kWhiteDot); // what lies outside of the drawing's page is cut off
 }
 
 // A box with its diagonals tells that something is missing; the rest of the page is drawn all the same.
@@ -99,11 +99,11 @@ TEST_F(PlacedTest, WhatCantBeShownIsACrossedBox) {
     for (const std::string& file : {cut, jpeg, (folder / "gone.png").string(), folder.string(),
                                     std::string("/dev/zero"), std::string()}) {
         PlacedData& placed = Place(file, 40, 40, {1, 0, 0, 1, 30, 30});
-        EXPECT_NE(At(50, 50), kWhite) << file; // where the diagonals meet
-        EXPECT_EQ(At(50, 40), kWhite) << file;
+        EXPECT_NE(At(50, 50), kWhiteDot) << file; // where the diagonals meet
+        EXPECT_EQ(At(50, 40), kWhiteDot) << file;
         placed.matrix = {1, 1, 1, 1, 0, 0}; // flat: nothing to see, and nothing ends
         Place(png, 2, 4, {1, 0, 0, 1, 0, 0});
-        EXPECT_EQ(At(1, 99), kBlue) << file;
+        EXPECT_EQ(At(1, 99), kBlueDot) << file;
         while (Art* art = document.LayerAt(0).root->firstChild) document.DisposeArt(art);
     }
 }
