@@ -57,10 +57,6 @@ void DialogAnswers::Next(std::function<void(HWND)> answer) {
     answers.push_back(std::move(answer));
 }
 
-size_t DialogAnswers::waiting() const {
-    return answers.size();
-}
-
 std::string TextOf(HWND window) {
     std::string text(kFarFromShort, '\0');
     text.resize(static_cast<size_t>(GetWindowTextA(window, text.data(), kFarFromShort)));

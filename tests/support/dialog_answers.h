@@ -18,8 +18,6 @@ public:
 
     /// `answer` must end the dialog.
     void Next(std::function<void(HWND dialog)> answer);
-
-    size_t waiting() const;
 };
 
 // What hands do and eyes see.  Texts are cp932.

@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "tests/support/plugin_fixture.h"
 #include "tests/support/test_desktop.h"
@@ -29,7 +30,17 @@ protected:
     /// Sends a tick of the plug-in's timer.
     void Tick();
 
+    /// A group's file, in folders that are made with it, and records at its end.  Each preview is of one
+    /// colour, by the record's name (ColorOfName), and each stamp by the name's first letter (StampOfName).
+    void MakeGroup(const std::string& group, const std::vector<std::string>& names = {});
+    void MakeFolder(const std::string& folder) { MakeFoldersAbove(folder + "\\"); }
+
 private:
+    void MakeFoldersAbove(const std::string& path);
+
     TestDesktop desktop_; // opens before the windows, ends behind them
     std::unique_ptr<workbench::HostWindows> windows_;
 };
+
+uint32_t ColorOfName(const std::string& name); ///< 0x00RRGGBB
+uint32_t StampOfName(const std::string& name);

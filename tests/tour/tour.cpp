@@ -1,10 +1,6 @@
 #include "tests/tour/tour.h"
 
-#include <cstring>
-
-#include "plugin/store/record.h"
 #include "plugin/store/record_index.h"
-#include "plugin/store/record_layout.h"
 #include "workbench/suites/text_encoding.h"
 
 namespace fs = std::filesystem;
@@ -25,27 +21,6 @@ std::vector<std::string> Tour::Records() {
     for (int32_t row = 0; row < RihCount(globals->rihList); ++row)
         names.emplace_back(RihItemOfRow(globals->rihList, row)->name);
     return names;
-}
-
-void Tour::MakeGroup(const std::string& group, const std::vector<std::string>& names) {
-    for (const std::string& name : names) {
-        globals->curRecord = NewRecord();
-        ASSERT_NE(globals->curRecord, nullptr);
-        uint8_t* record = BlockBytes(globals->curRecord);
-        auto* header = reinterpret_cast<RecordHeader*>(record);
-        std::strncpy(header->name, name.c_str(), sizeof header->name - 1);
-        std::strncpy(header->kind, ("kind " + name).c_str(), sizeof header->kind - 1);
-        header->boundsTop = header->boundsRight = 100 * 65536;
-        header->created = header->modified = 3000000000u + static_cast<uint32_t>(made_++);
-        // A preview of one colour for each record.
-        for (uint32_t pixel = 0; pixel < kPreviewBytes; pixel += 4) {
-            record[kPreviewOffset + pixel + 1] = static_cast<uint8_t>(40 * made_);
-            record[kPreviewOffset + pixel + 2] = 0x80;
-            record[kPreviewOffset + pixel + 3] = static_cast<uint8_t>(255 - 40 * made_);
-        }
-        ASSERT_EQ(WriteRecord(group.c_str(), -1), 0);
-        FreeHandle(globals->curRecord);
-    }
 }
 
 std::set<std::string> Tour::FilesOnDisk() {

@@ -38,13 +38,10 @@ public:
 
     std::vector<std::string> Records(); ///< their names, by row, from the index
 
-    /// Makes a group file with records of these names through the store, each with a drawing of its own.
-    void MakeGroup(const std::string& group, const std::vector<std::string>& names);
     std::set<std::string> FilesOnDisk(); ///< below the root, without the lock's file
 
 private:
     std::unique_ptr<Hands> hand_; ///< the same as hands(), with fewer arts
-    int made_ = 0;                ///< records
 };
 
 std::string Utf8(const char* cp932); ///< as the host holds texts

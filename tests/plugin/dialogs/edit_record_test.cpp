@@ -19,29 +19,18 @@ namespace {
 namespace fs = std::filesystem;
 using Names = std::vector<std::string>;
 
-constexpr uint32_t kStamp = 3000000000u;
-
 class EditRecordTest : public PanelFixture {
 protected:
     void SetUp() override {
         PanelFixture::SetUp();
         globals->language = 1;
-        fs::create_directory(rootOnDisk() / "F");
-        for (const char* name : {"a", "b", "c"}) Append("G", name);
-        Append("\\F\\H", "x");
+        MakeGroup("G", {"a", "b", "c"});
+        MakeGroup("\\F\\H", {"x"});
         fs::create_directories(rootOnDisk() / "G.DAT" / "1");
         fs::create_directories(rootOnDisk() / "G.DAT" / "2" / "of c");
         BuildThePanel();
         SelectGroup("G");
         RefreshAfterFolderChange(panel());
-    }
-    void Append(const char* group, const char* name) {
-        globals->curRecord = NewRecord();
-        auto* header = reinterpret_cast<RecordHeader*>(BlockBytes(globals->curRecord));
-        std::strcpy(header->name, name);
-        header->created = header->modified = kStamp;
-        ASSERT_EQ(WriteRecord(group, -1), 0);
-        FreeHandle(globals->curRecord);
     }
     RecordHeader HeaderOf(const char* group, int32_t number) {
         HandleOwner record(NewRecord());
@@ -74,8 +63,8 @@ TEST_F(EditRecordTest, InPlace) {
     EXPECT_EQ(EditRecord(panel(), globals->aidbfname, 0), 0);
     EXPECT_EQ(NamesIn("G"), (Names{"z", "b", "c"}));
     EXPECT_STREQ(HeaderOf("G", 0).comment, "about");
-    EXPECT_EQ(HeaderOf("G", 0).created, kStamp);
-    EXPECT_NE(HeaderOf("G", 0).modified, kStamp);
+    EXPECT_EQ(HeaderOf("G", 0).created, StampOfName("a"));
+    EXPECT_NE(HeaderOf("G", 0).modified, StampOfName("a"));
     EXPECT_EQ(Row(), 2); // by name it is the last now
     answers_.Next([](HWND dialog) {
         Type(dialog, 7, "never");
@@ -95,8 +84,8 @@ TEST_F(EditRecordTest, IntoAnotherGroup) {
     EXPECT_EQ(EditRecord(panel(), "G", 1), 0);
     EXPECT_EQ(NamesIn("G"), (Names{"a", "c"}));
     EXPECT_EQ(NamesIn("\\F\\H"), (Names{"x", "B"}));
-    EXPECT_EQ(HeaderOf("\\F\\H", 1).modified, kStamp); // both stamps stay
-    EXPECT_EQ(HeaderOf("\\F\\H", 1).created, kStamp);
+    EXPECT_EQ(HeaderOf("\\F\\H", 1).modified, StampOfName("b")); // both stamps stay
+    EXPECT_EQ(HeaderOf("\\F\\H", 1).created, StampOfName("b"));
     EXPECT_TRUE(fs::exists(rootOnDisk() / "F" / "H.DAT" / "1"));
     EXPECT_TRUE(fs::exists(rootOnDisk() / "G.DAT" / "1" / "of c"));
     EXPECT_STREQ(globals->aidbfname, "\\F\\H");

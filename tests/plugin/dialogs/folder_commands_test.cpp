@@ -27,13 +27,8 @@ protected:
     void SetUp() override {
         PanelFixture::SetUp();
         globals->language = 1;
-        fs::create_directories(rootOnDisk() / "F" / "S");
-        fs::create_directory(rootOnDisk() / "P");
-        for (const char* group : {"G", "\\F\\A", "\\F\\B", "\\F\\S\\T"}) {
-            globals->curRecord = NewRecord();
-            ASSERT_EQ(WriteRecord(group, -1), 0);
-            FreeHandle(globals->curRecord);
-        }
+        MakeFolder("\\P");
+        for (const char* group : {"G", "\\F\\A", "\\F\\B", "\\F\\S\\T"}) MakeGroup(group, {"r"});
         fs::create_directories(rootOnDisk() / "F" / "A.DAT" / "0");
         BuildThePanel();
     }

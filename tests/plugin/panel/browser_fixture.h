@@ -1,8 +1,6 @@
 /// A panel over a database that a test fills before it is built.
 #pragma once
 
-#include <functional>
-#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -14,14 +12,6 @@ using Names = std::vector<std::string>;
 class BrowserFixture : public PanelFixture {
 protected:
     void SetUp() override;
-
-    /// Appends records to a group, which is made with its folders.  Each preview is of one colour, by the
-    /// record's name (ColorOfName).
-    void MakeRecords(const std::string& group, std::initializer_list<const char*> names);
-
-    /// An empty group file.
-    void MakeEmptyGroup(const std::string& group);
-    void MakeFolder(const std::string& folder);
 
     /// Builds the panel with a name current.
     void Browse(const std::string& current);
@@ -39,8 +29,6 @@ protected:
     /// Puts the pointer at a point of a control.
     void PointAt(HWND window, int x, int y);
 };
-
-uint32_t ColorOfName(const std::string& name); ///< 0x00RRGGBB
 
 /// A picture in memory that painters draw into, all of one strange colour before.
 class Canvas {

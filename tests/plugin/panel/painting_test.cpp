@@ -17,7 +17,7 @@ protected:
     void ShowRecords(int16_t toolMode, int16_t sortMode) {
         globals->toolMode = toolMode;
         globals->sortMode = sortMode;
-        MakeRecords("Shapes", {"arch", "beam", "dome"});
+        MakeGroup("Shapes", {"arch", "beam", "dome"});
         Browse("Shapes");
         SelectListRow(recordList(), 1);
     }
@@ -39,14 +39,6 @@ TEST_F(PaintingTest, IconCells) {
     EXPECT_EQ(canvas.All({0, 0, 100, 1}), 0xCCCCCCu);
     EXPECT_EQ(canvas.All({66, 0, 67, 34}), 0xCCCCCCu) << "neighbours share a border";
     EXPECT_EQ(canvas.All({100, 0, 230, 60}), 0xEEEEEEu) << "behind the last cell";
-}
-
-TEST_F(PaintingTest, LargeCells) {
-    ShowRecords(2, 0);
-    Canvas canvas(300, 200);
-    PaintRecordList(canvas.context(), recordList());
-    EXPECT_EQ(canvas.All({2, 2, 64, 64}), ColorOfName("arch"));
-    EXPECT_EQ(canvas.All({65 + 2, 2, 65 + 64, 64}), ColorOfName("beam"));
 }
 
 // Each view of the list: the row's colour, the sorted column over it, the box of the picture, the line below.
@@ -107,8 +99,8 @@ TEST_F(PaintingTest, ScrolledListBeginsWithALaterRow) {
 }
 
 TEST_F(PaintingTest, FolderRows) {
-    MakeRecords("\\Plants\\Trees", {"oak"});
-    MakeEmptyGroup("Ground");
+    MakeGroup("\\Plants\\Trees", {"oak"});
+    MakeGroup("Ground");
     Browse("Ground");
     Canvas canvas(200, 200);
     PaintFolderList(canvas.context(), folderList());
