@@ -25,7 +25,6 @@ const char* NameOf(UINT type, int code) {
     static const Name kNames[] = {
         {0, BN_CLICKED, "clicked"},
         {0, 5, "double clicked"},
-        {0, 3, "disabled"},
         {1, EN_SETFOCUS, "edit focus"},
         {1, EN_KILLFOCUS, "edit loses focus"},
         {1, EN_CHANGE, "change"},
@@ -258,18 +257,6 @@ std::string ButtonScript(const ControlPlace& place) {
         log += scene.Log();
     }
     return log;
-}
-
-std::string StaticScript(const ControlPlace& place) {
-    Scene scene(place, 0, "STATIC", SS_OWNERDRAW | SS_NOTIFY, 20);
-    scene.Step("press");
-    scene.Pointer(WM_LBUTTONDOWN, 5, 5);
-    scene.Step("release");
-    scene.Pointer(WM_LBUTTONUP, 5, 5, 0);
-    scene.Step("disabled");
-    EnableWindow(scene.control, FALSE);
-    scene.Step("end");
-    return scene.Log();
 }
 
 std::string EditScript(const ControlPlace& place) {

@@ -16,7 +16,6 @@ struct ControlPlace {
 };
 
 std::string ButtonScript(const ControlPlace& place);
-std::string StaticScript(const ControlPlace& place);
 std::string EditScript(const ControlPlace& place);
 std::string MultilineScript(const ControlPlace& place);
 std::string DropDownListScript(const ControlPlace& place);

@@ -29,8 +29,7 @@ TEST_P(ControlsTest, TellsItsParentWhatARealOneTells) {
 }
 
 INSTANTIATE_TEST_SUITE_P(, ControlsTest,
-                         testing::Values(ControlCase{"button", ButtonScript},
-                                         ControlCase{"static", StaticScript}, ControlCase{"edit", EditScript},
+                         testing::Values(ControlCase{"button", ButtonScript}, ControlCase{"edit", EditScript},
                                          ControlCase{"multi", MultilineScript},
                                          ControlCase{"list", DropDownListScript},
                                          ControlCase{"drop", DropDownScript},

@@ -81,13 +81,13 @@ protected:
         return {left, top, left + Below(45), top + Below(35)};
     }
 
-    void MakeOne(DWORD siblings) {
+    void MakeOne() {
         // Few parents, so that siblings overlap.
         const int parents = std::min(static_cast<int>(windows_.size()), 3);
         const HWND parent =
             parents > 0 && Below(5) > 0 ? windows_[static_cast<size_t>(Below(parents))] : nullptr;
         const bool owned = Below(6) == 0; // a window of its own that stays above what would be its parent
-        DWORD style = (parent != nullptr && !owned ? WS_CHILD : WS_POPUP) | siblings;
+        DWORD style = (parent != nullptr && !owned ? WS_CHILD : WS_POPUP) | WS_CLIPSIBLINGS;
         if (Below(4) > 0) style |= WS_VISIBLE;
         if (Below(2) > 0) style |= WS_CLIPCHILDREN;
         if (Below(3) == 0) style |= WS_BORDER;
@@ -105,9 +105,9 @@ protected:
         std::erase_if(windows_, [](HWND window) { return !IsWindow(window); });
     }
 
-    void ChangeSomething(DWORD siblings) {
+    void ChangeSomething() {
         if (windows_.size() < 3 || (windows_.size() < kMostWindows && Below(4) == 0)) {
-            MakeOne(siblings);
+            MakeOne();
             return;
         }
         const HWND window = AnyWindow();
@@ -163,48 +163,6 @@ bool InClient(HWND window, POINT point) {
     return PtInRect(&client, point);
 }
 
-HWND ParentOf(HWND window) {
-    return (StyleOf(window) & WS_CHILD) != 0 ? GetParent(window) : GetDesktopWindow();
-}
-
-bool MayDraw(HWND window, POINT point) {
-    if (!IsWindowVisible(window) || !InClient(window, point)) return false;
-    if ((StyleOf(window) & WS_CLIPCHILDREN) != 0)
-        for (HWND child = GetWindow(window, GW_CHILD); child != nullptr;
-             child = GetWindow(child, GW_HWNDNEXT))
-            if ((StyleOf(child) & WS_VISIBLE) != 0 && InFrame(child, point)) return false;
-    for (HWND at = window; at != GetDesktopWindow(); at = ParentOf(at)) {
-        if (!InClient(ParentOf(at), point)) return false;
-        if ((StyleOf(at) & WS_CLIPSIBLINGS) == 0) continue;
-        for (HWND above = GetWindow(at, GW_HWNDPREV); above != nullptr; above = GetWindow(above, GW_HWNDPREV))
-            if ((StyleOf(above) & WS_VISIBLE) != 0 && InFrame(above, point)) return false;
-    }
-    return true;
-}
-
-// The context is taken first and follows the windows.
-TEST_P(DesktopAreas, AContextDrawsWhereItsWindowShows) {
-    while (windows_.size() < kMostWindows) MakeOne(Below(2) > 0 ? WS_CLIPSIBLINGS : 0);
-    const HDC screen = GetDC(nullptr);
-    for (int round = 0; round < 12; ++round) {
-        std::vector<std::pair<HWND, HDC>> held;
-        for (const HWND window : windows_) held.emplace_back(window, GetDC(window));
-        for (int change = Below(4); change > 0; --change) ChangeSomething(Below(2) > 0 ? WS_CLIPSIBLINGS : 0);
-        for (const auto& [window, context] : held) {
-            PatBlt(screen, 0, 0, kAreaWidth, kAreaHeight, PATCOPY); // white, over everything
-            const RECT everything = {-100, -100, 200, 200};
-            FillRect(context, &everything, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
-            for (int x = 0; x < kAreaWidth; ++x)
-                for (int y = 0; y < kAreaHeight; ++y) {
-                    const bool expected = IsWindow(window) && MayDraw(window, {x, y});
-                    ASSERT_EQ(hands_.Pixel(x, y) == 0, expected) << x << ", " << y << " in round " << round;
-                }
-            ReleaseDC(window, context);
-        }
-    }
-    ReleaseDC(nullptr, screen);
-}
-
 // The colour of a pixel when all is painted, from the topmost window down.
 COLORREF ExpectedIn(HWND parent, POINT point) {
     for (HWND window = GetWindow(parent, GW_CHILD); window != nullptr;
@@ -225,7 +183,7 @@ COLORREF ExpectedIn(HWND parent, POINT point) {
 // Whatever windows do, when they have painted what they were asked to, the screen is as if all was painted.
 TEST_P(DesktopAreas, WhatIsPaintedAddsUpToTheWholePicture) {
     for (int round = 0; round < 60; ++round) {
-        for (int change = Below(4); change >= 0; --change) ChangeSomething(WS_CLIPSIBLINGS);
+        for (int change = Below(4); change >= 0; --change) ChangeSomething();
         if (Below(4) == 0 && !windows_.empty()) UpdateWindow(AnyWindow());
         MSG message;
         while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageA(&message);

@@ -133,33 +133,4 @@ TEST(DesktopHandles, AStaleHandleLeadsNowhere) {
     ForgetLogClass();
 }
 
-// What a class and a window keep beside the messages.
-TEST(DesktopHandles, WordsAndTextsHaveTheirLimits) {
-    WNDCLASSA words = {};
-    words.lpfnWndProc = DefWindowProcA;
-    words.cbWndExtra = 12;
-    words.lpszClassName = "Words";
-    ASSERT_NE(RegisterClassA(&words), 0);
-    EXPECT_EQ(RegisterClassA(&words), 0);
-    const HWND window = CreateWindowExA(0, "WORDS",
-                                        "a\x95\x5C"
-                                        "b",
-                                        WS_POPUP, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
-    EXPECT_FALSE(UnregisterClassA("Words", nullptr)); // it has a window
-    char text[9];
-    EXPECT_EQ(GetWindowTextA(window, text, 3), 1); // not half a character
-    EXPECT_STREQ(text, "a");
-    EXPECT_EQ(GetWindowTextA(window, text, 4), 3);
-    EXPECT_EQ(GetWindowTextLengthA(window), 4);
-    SetWindowLongPtrA(window, 4, 0x123456789);
-    EXPECT_EQ(GetWindowLongPtrA(window, 4), 0x123456789);
-    for (const int index : {5, 8, 1000, -1, -1000}) {
-        SetLastError(0);
-        EXPECT_EQ(SetWindowLongPtrA(window, index, 1), 0);
-        EXPECT_EQ(GetLastError(), ERROR_INVALID_INDEX) << index;
-    }
-    DestroyWindow(window);
-    EXPECT_TRUE(UnregisterClassA("words", nullptr));
-}
-
 } // namespace

@@ -1,4 +1,4 @@
-/// Windows that write down the messages they get, in the form in which real ones were written down.
+/// Windows that write down the messages they get.
 #pragma once
 
 #include <windows.h>
@@ -6,8 +6,7 @@
 #include <string>
 #include <vector>
 
-/// A class whose procedure notes each message that tests look at, and passes all on to DefWindowProcA.  Not
-/// noted are WM_NCPAINT and WM_ERASEBKGND, whose moments differ by design, and what isn't listed there.
+/// A class whose procedure notes the messages that tests look at, and passes all on to DefWindowProcA.
 void RegisterLogClass();
 void ForgetLogClass();
 

@@ -211,30 +211,6 @@ std::vector<uint8_t> ScriptDialogTemplate() {
     return writer.bytes;
 }
 
-std::vector<uint8_t> PlainDialogTemplate() {
-    TemplateWriter writer;
-    writer.Long(WS_POPUP | WS_CAPTION | DS_SETFONT);
-    writer.Long(0);
-    writer.Word(2);
-    writer.Place(5, 6, 100, 50);
-    writer.Word(0);
-    writer.Word(0);
-    writer.Text("Plain");
-    writer.Word(8);
-    writer.Text("MS Sans Serif");
-    for (const unsigned id : {1u, 2u}) {
-        writer.Align();
-        writer.Long(WS_CHILD | WS_VISIBLE | WS_TABSTOP);
-        writer.Long(0);
-        writer.Place(10, 10, 40, 14);
-        writer.Word(id);
-        writer.Text("BUTTON");
-        writer.Text("Press");
-        writer.Word(0);
-    }
-    return writer.bytes;
-}
-
 std::string DialogScript(const DialogPlace& place) {
     const HWND owner = CreateWindowExA(0, "STATIC", "owner", WS_POPUP | WS_VISIBLE, 10, 10, 400, 300, nullptr,
                                        nullptr, nullptr, nullptr);

@@ -13,8 +13,6 @@
 /// The bytes of an extended template: labels, edits of one and of more lines, a check box, a group of three
 /// buttons, a disabled one, a drop-down list, OK and Cancel.
 std::vector<uint8_t> ScriptDialogTemplate();
-/// The same in the plain form, as far as it goes.
-std::vector<uint8_t> PlainDialogTemplate();
 
 struct DialogPlace {
     ControlPlace controls;

@@ -3,7 +3,6 @@
 #include <windows.h>
 
 #include <functional>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -29,42 +28,6 @@ TEST(DialogTest, KeysLeadWhereTheyLeadInARealDialog) {
     const ObjectCounts before = CountObjects();
     EXPECT_EQ(DialogScript({kScriptPlace, RunTemplate}), ExpectedLog("dialog"));
     EXPECT_TRUE(CountObjects() == before);
-}
-
-// In a block of exactly its size, so that a read beyond its end is seen.
-bool CanRead(const std::vector<uint8_t>& bytes, size_t count) {
-    const auto block = std::make_unique<uint8_t[]>(count);
-    std::copy_n(bytes.begin(), count, block.get());
-    DialogTemplate dialog;
-    return ReadDialogTemplate(block.get(), count, dialog);
-}
-
-TEST(DialogTest, ADamagedTemplateIsRefusedOrReadWithinItsBytes) {
-    for (const std::vector<uint8_t>& whole : {ScriptDialogTemplate(), PlainDialogTemplate()}) {
-        ASSERT_TRUE(CanRead(whole, whole.size()));
-        for (size_t count = 0; count < whole.size(); ++count) EXPECT_FALSE(CanRead(whole, count)) << count;
-        for (size_t at = 0; at < whole.size(); ++at)
-            for (const uint8_t damage : {0x01, 0x80, 0xFF}) {
-                std::vector<uint8_t> damaged = whole;
-                damaged[at] ^= damage;
-                CanRead(damaged, damaged.size());
-            }
-    }
-}
-
-TEST(DialogTest, ThePlainFormIsReadToo) {
-    const std::vector<uint8_t> bytes = PlainDialogTemplate();
-    DialogTemplate dialog;
-    ASSERT_TRUE(ReadDialogTemplate(bytes.data(), bytes.size(), dialog));
-    EXPECT_EQ(dialog.title, "Plain");
-    EXPECT_EQ(dialog.face, "MS Sans Serif");
-    EXPECT_EQ(dialog.pointSize, 8);
-    EXPECT_EQ(dialog.y, 6);
-    ASSERT_EQ(dialog.items.size(), 2u);
-    EXPECT_EQ(dialog.items[1].id, 2);
-    EXPECT_EQ(dialog.items[1].className, "BUTTON");
-    EXPECT_EQ(dialog.items[1].title, "Press");
-    EXPECT_EQ(dialog.items[1].width, 40);
 }
 
 INT_PTR CALLBACK NestingProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -95,22 +58,6 @@ TEST(DialogTest, ADialogGoesWithItsOwner) {
     EXPECT_EQ(RunTemplate(ScriptDialogTemplate(), owner, NestingProc, reinterpret_cast<LPARAM>(&nest)), 0);
     EXPECT_EQ(RunTemplate(ScriptDialogTemplate(), owner, NestingProc, 0), 0);
     EXPECT_TRUE(CountObjects() == before);
-}
-
-TEST(DialogTest, AnInnerDialogLeavesTheOuterOneInForce) {
-    HeadlessDisplay display(640, 480);
-    const HWND owner = NewOwner();
-    std::function<void(HWND)> nothing = [](HWND) {};
-    std::function<void(HWND)> nest = [&](HWND outer) {
-        EXPECT_EQ(RunTemplate(ScriptDialogTemplate(), outer, NestingProc, reinterpret_cast<LPARAM>(&nothing)),
-                  9);
-        EXPECT_TRUE(IsWindowEnabled(outer));
-        EXPECT_FALSE(IsWindowEnabled(owner));
-    };
-    display.Key(VK_RETURN).Key(VK_RETURN);
-    EXPECT_EQ(RunTemplate(ScriptDialogTemplate(), owner, NestingProc, reinterpret_cast<LPARAM>(&nest)), 9);
-    EXPECT_TRUE(IsWindowEnabled(owner));
-    DestroyWindow(owner);
 }
 
 // ---- Picking a folder -----------------------------------------------------------------------------------
@@ -159,30 +106,6 @@ TEST_F(FolderDialogTest, WalksInAndOutByKeys) {
     EXPECT_EQ(Pick(), root_ + "\\b");
     EXPECT_STREQ(name_, "b");
     EXPECT_EQ(shown, (std::vector<std::string>{root_, root_ + "\\a", root_ + "\\a\\inner", root_ + "\\b"}));
-}
-
-TEST_F(FolderDialogTest, PicksNothingWhenItIsCancelled) {
-    display_.Key(VK_ESCAPE);
-    EXPECT_EQ(Pick(), "");
-}
-
-TEST_F(FolderDialogTest, WalksByDoubleClick) {
-    display_.Do([this] {
-        const HWND list = GetDlgItem(GetForegroundWindow(), kFolderDialogList);
-        RECT place;
-        GetWindowRect(list, &place);
-        // The second of three rows.
-        TEXTMETRICA metrics;
-        const HDC context = GetDC(list);
-        const HGDIOBJ font = reinterpret_cast<HGDIOBJ>(SendMessageA(list, WM_GETFONT, 0, 0));
-        const HGDIOBJ old = SelectObject(context, font);
-        GetTextMetricsA(context, &metrics);
-        SelectObject(context, old);
-        ReleaseDC(list, context);
-        display_.DoubleClick(place.left + 20, place.top + 1 + metrics.tmHeight + 1 + metrics.tmHeight / 2);
-        display_.Key(VK_RETURN);
-    });
-    EXPECT_EQ(Pick(), root_ + "\\a");
 }
 
 } // namespace

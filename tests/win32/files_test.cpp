@@ -19,27 +19,6 @@ protected:
     }
 };
 
-TEST_F(FilesTest, AFileIsWrittenReadCutAndExtended) {
-    const HFILE file = _lcreat(Path("表.AID").c_str(), 0);
-    ASSERT_NE(file, HFILE_ERROR);
-    EXPECT_TRUE(Write(file, "0123456789"));
-    EXPECT_EQ(_llseek(file, 3, FILE_BEGIN), 3);
-    char buffer[16] = {};
-    EXPECT_EQ(_lread(file, buffer, 4), 4u);
-    EXPECT_STREQ(buffer, "3456");
-    EXPECT_EQ(_llseek(file, -2, FILE_CURRENT), 5);
-    EXPECT_TRUE(SetEndOfFile(HandleOf(file)));
-    EXPECT_TRUE(FlushFileBuffers(HandleOf(file)));
-    EXPECT_EQ(_lread(file, buffer, 4), 0u);
-    EXPECT_EQ(_llseek(file, 0, FILE_END), 5);
-    EXPECT_EQ(_llseek(file, 2, FILE_END), 7);
-    EXPECT_EQ(_lwrite(file, nullptr, 0), 0u); // extends to the position
-    EXPECT_EQ(_llseek(file, -8, FILE_END), HFILE_ERROR);
-    EXPECT_EQ(GetLastError(), ERROR_NEGATIVE_SEEK);
-    EXPECT_EQ(_lclose(file), 0);
-    EXPECT_EQ(ReadOnDisk(Utf8(u8"表.AID")), std::string("01234\0\0", 7));
-}
-
 // A position beyond a LONG would come back negative, and a caller would write somewhere else.
 TEST_F(FilesTest, PositionsBeyondALongAreRefusedAndLeftUntouched) {
     const HFILE file = _lcreat(Path("big").c_str(), 0);
