@@ -140,30 +140,19 @@ TEST_F(ConversionsTest, RasterBoundsAreCutTo16BitsAndComeBackSigned) {
     EXPECT_EQ(back.originalColorSpace, 0x11);
 }
 
-// ---- References to custom colours, as a load resolves them ----
-
-class ReferenceTest : public ObjectsTest {
-protected:
-    static CustomColorHandle Ink(uintptr_t n) { return reinterpret_cast<CustomColorHandle>(0x10000 + n); }
-    static AidbColor Gray(uint16_t reference) {
-        AidbColor stored = {};
-        stored.kind = kStoredGray;
-        stored.reference = reference;
-        stored.u.gray = 0x00008000;
-        return stored;
-    }
-};
-
-TEST_F(ReferenceTest, UnresolvedReferenceFallsBackToTheProcessColor) {
+TEST_F(ConversionsTest, UnresolvedReferenceFallsBackToTheProcessColor) {
+    AidbColor stored = {};
+    stored.kind = kStoredGray;
+    stored.u.gray = 0x00008000;
     globals->customCount = 3;
-    globals->customHandles[0] = Ink(1);
-    globals->customHandles[3] = Ink(4); // left from an earlier record
+    globals->customHandles[0] = reinterpret_cast<CustomColorHandle>(0x10001);
+    globals->customHandles[3] = reinterpret_cast<CustomColorHandle>(0x10004); // left from an earlier record
     for (const uint16_t reference : {0x0364, 0x0464, 0xFFC8, 0x0064}) {
-        SCOPED_TRACE(reference);
         HostColor color = {};
-        ColorFromRecord(Gray(reference), &color);
-        EXPECT_EQ(color.kind, kColorGray);
-        EXPECT_EQ(color.u.gray.gray, 0.5);
+        stored.reference = reference;
+        ColorFromRecord(stored, &color);
+        EXPECT_EQ(color.kind, kColorGray) << reference;
+        EXPECT_EQ(color.u.gray.gray, 0.5) << reference;
     }
 }
 

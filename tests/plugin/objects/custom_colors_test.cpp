@@ -87,25 +87,21 @@ TEST_F(CustomColorTest, FirstRowOfTheSameInkDecides) {
     EXPECT_EQ(Stored(ink, 0).reference + 0, 0x0200);
 }
 
+// Of four-value inks all values decide, of three-value inks three; one-value inks never match.  Rows beyond
+// the table are not read.
 TEST_F(CustomColorTest, ComparesAsManyValuesAsTheKindHas) {
-    const auto four = Ink("four", kCustomFour, 0.1, 0.2, 0.3, 0.4);
-    const auto three = Ink("three", kCustomThree, 0.1, 0.2, 0.3, 0.4);
-    const auto one = Ink("one", kCustomOne, 0.1);
-    AddRow(four);
-    AddRow(three);
-    AddRow(one);
+    const CustomColorHandle inks[] = {Ink("four", kCustomFour, 0.1, 0.2, 0.3, 0.4),
+                                      Ink("three", kCustomThree, 0.1, 0.2, 0.3, 0.4),
+                                      Ink("one", kCustomOne, 0.1)};
+    for (const CustomColorHandle ink : inks) AddRow(ink);
     for (int row = 0; row < 3; ++row) globals->customColors[row].values[3] = 0.9;
-    EXPECT_EQ(Stored(four, 0).reference + 0, 0);
-    EXPECT_EQ(Stored(three, 0).reference + 0, 0x0200);
-    EXPECT_EQ(Stored(one, 0).reference + 0, 0); // one-value inks never match
-}
-
-TEST_F(CustomColorTest, RowsBeyondTheTableAreNotRead) {
-    const auto ink = Ink("ink", kCustomFour, 1);
-    globals->customCount = INT32_MAX;
-    EXPECT_EQ(Stored(ink, 0).reference + 0, 0);
-    globals->customCount = -1;
-    EXPECT_EQ(Stored(ink, 0).reference + 0, 0);
+    const int32_t references[] = {0, 0x0200, 0};
+    for (size_t i = 0; i < 3; ++i) EXPECT_EQ(Stored(inks[i], 0).reference + 0, references[i]) << i;
+    const CustomColorHandle stranger = Ink("stranger", kCustomFour, 1);
+    for (const int32_t count : {INT32_MAX, -1}) {
+        globals->customCount = count;
+        EXPECT_EQ(Stored(stranger, 0).reference + 0, 0) << count;
+    }
     globals->customCount = 0;
 }
 

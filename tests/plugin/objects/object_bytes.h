@@ -49,29 +49,6 @@ private:
     Bytes bytes_;
 };
 
-/// An object in host order, as long as its parts together.
-class HostObject {
-public:
-    /// Room for one more structure, all 0, to be filled in place before the next is added.
-    template <typename Structure>
-    Structure& Add() {
-        bytes_.resize(bytes_.size() + sizeof(Structure));
-        return *reinterpret_cast<Structure*>(bytes_.data() + bytes_.size() - sizeof(Structure));
-    }
-    void AddBytes(const Bytes& more) { bytes_.insert(bytes_.end(), more.begin(), more.end()); }
-
-    /// Gives the object its type and its length.
-    const Bytes& Finish(uint32_t type) {
-        auto* header = reinterpret_cast<AidbObjectHeader*>(bytes_.data());
-        header->type = type;
-        header->size = static_cast<uint32_t>(bytes_.size());
-        return bytes_;
-    }
-
-private:
-    Bytes bytes_;
-};
-
 /// Gives the plug-in a state of its own for the length of a test.
 class ObjectsTest : public testing::Test {
 protected:
