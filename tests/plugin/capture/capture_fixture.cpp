@@ -114,12 +114,6 @@ AidbPathObject CaptureTest::PathAt(size_t index) {
     return path;
 }
 
-std::vector<AidbSegment> CaptureTest::SegmentsAt(size_t index) {
-    auto object = NthPath(ObjectsOf(globals->curRecord), index);
-    const auto segments = PathSegments(object);
-    return {segments.begin(), segments.end()};
-}
-
 RecordStart CaptureTest::Header() {
     RecordStart start;
     std::memcpy(&start, BlockBytes(globals->curRecord), sizeof start);

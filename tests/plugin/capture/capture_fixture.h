@@ -44,7 +44,6 @@ protected:
 
     /// The n-th path object of the stream; fails the test and gives an empty one if there is none.
     static AidbPathObject PathAt(size_t index);
-    static std::vector<AidbSegment> SegmentsAt(size_t index);
     static std::vector<std::vector<uint8_t>> ObjectsOf(MemoryHandle record);
     static RecordStart Header();
 };

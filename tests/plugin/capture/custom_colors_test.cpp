@@ -48,21 +48,15 @@ TEST_F(CustomColorsTest, NotesOfAllKinds) {
 }
 
 TEST_F(CustomColorsTest, EqualValuesShareARowWhateverTheName) {
-    EXPECT_EQ(Rows({Entry("A", kCustomFour, {1, 0, 0, 0}), Entry("B", kCustomFour, {1, 0, 0, 0})}), 1);
-    EXPECT_EQ(Rows({Entry("A", kCustomFour, {1, 0, 0, 0}), Entry("A", kCustomFour, {1, 0, 0, 0.5})}), 2);
-    EXPECT_EQ(Rows({Entry("A", kCustomFour, {1, 0, 0, 0}, 0), Entry("A", kCustomFour, {1, 0, 0, 0}, 1)}), 2);
+    const auto a = Entry("A", kCustomFour, {1, 0, 0, 0}), b = Entry("B", kCustomFour, {0, 1, 0, 0});
+    EXPECT_EQ(Rows({a, Entry("B", kCustomFour, {1, 0, 0, 0})}), 1);
+    EXPECT_EQ(Rows({a, Entry("A", kCustomFour, {1, 0, 0, 0.5})}), 2);
+    EXPECT_EQ(Rows({a, Entry("A", kCustomFour, {1, 0, 0, 0}, 1)}), 2);
     // The fourth value of a three-colour means nothing.
     EXPECT_EQ(Rows({Entry("A", kCustomThree, {1, 0, 0, 0}), Entry("A", kCustomThree, {1, 0, 0, 9})}), 1);
-}
-
-// One row is looked at and no more, so a colour behind another of its kind is entered at each use.
-TEST_F(CustomColorsTest, OnlyTheFirstRowOfItsKindIsComparedWith) {
-    const auto a = Entry("A", kCustomFour, {1, 0, 0, 0});
-    const auto b = Entry("B", kCustomFour, {0, 1, 0, 0});
+    // One row is looked at and no more, so a colour behind another of its kind is entered at each use, and
+    // so are those of the kinds that no row is looked at for.
     EXPECT_EQ(Rows({a, b, b, a}), 3);
-}
-
-TEST_F(CustomColorsTest, LabAndOneValueColorsAreNeverPresent) {
     EXPECT_EQ(Rows({Entry("A", kCustomLab, {50, 0, 0}), Entry("A", kCustomLab, {50, 0, 0})}), 2);
     EXPECT_EQ(Rows({Entry("A", kCustomOne, {1}), Entry("A", kCustomOne, {1})}), 2);
 }

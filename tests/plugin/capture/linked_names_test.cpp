@@ -79,13 +79,21 @@ protected:
     }
 };
 
-TEST_F(PlacedNoteTest, FileMatrixAndOptions) {
+TEST_F(PlacedNoteTest, FileMatrixAndOptionsAlsoOfLinkedImages) {
     AddPlaced(root());
+    workbench::Art& linked = *document().AppendArt(kArtRaster, &root());
+    auto& data = std::get<workbench::RasterData>(linked.data);
+    data.file = "/pics/scan.png";
+    data.matrix = {1, 0, 0, 1, 30, 48};
+    data.record = workbench::NewRasterRecord(8, 8, workbench::kSpaceThree);
     CaptureAll();
     // The translation is the centre of the picture, which covers 30 to 50 and 40 to 50.
-    EXPECT_THAT(Stream(), ElementsAre("PlacedFile = \"photo.tif\"\rPlacedMatrix = 2, 0, 0, 0.5, 10, 5\r"
-                                      "PlaceOptions = 1, 4, 1\r"));
-    EXPECT_EQ(globals->linkCount, 1);
+    EXPECT_THAT(
+        Stream(),
+        ElementsAre(
+            "PlacedFile = \"photo.tif\"\rPlacedMatrix = 2, 0, 0, 0.5, 10, 5\rPlaceOptions = 1, 4, 1\r",
+            ::testing::StartsWith("PlacedFile = \"scan.png\"\rPlacedMatrix = 1, 0, 0, 1, ")));
+    EXPECT_EQ(globals->linkCount, 2);
 }
 
 TEST_F(PlacedNoteTest, StyleFollowsTheText) {
@@ -109,25 +117,10 @@ TEST_F(PlacedNoteTest, StyleFollowsTheText) {
     EXPECT_EQ(style->style.stroke.reference, 0x0100);
     EXPECT_THAT(Stream(),
                 ElementsAre(::testing::StartsWith("PlacedFile"), ::testing::StartsWith("CustomColor")));
-}
 
-TEST_F(PlacedNoteTest, AStyleThatPaintsNothingLeavesNoBlock) {
-    workbench::Art& placed = AddPlaced(root());
-    placed.artStyle = document().NewArtStyle({}).handle;
+    placed.artStyle = document().NewArtStyle({}).handle; // it paints nothing
     CaptureAll();
-    auto note = ObjectsOf(globals->curRecord).at(0);
-    EXPECT_EQ(note.size(), Stream().at(0).size() + 29);
-}
-
-TEST_F(PlacedNoteTest, LinkedRastersAreNotes) {
-    workbench::Art& linked = *document().AppendArt(kArtRaster, &root());
-    auto& data = std::get<workbench::RasterData>(linked.data);
-    data.file = "/pics/scan.png";
-    data.matrix = {1, 0, 0, 1, 0, 8};
-    data.record = workbench::NewRasterRecord(8, 8, workbench::kSpaceThree);
-    CaptureAll();
-    EXPECT_THAT(Stream(),
-                ElementsAre(::testing::StartsWith("PlacedFile = \"scan.png\"\rPlacedMatrix = 1, 0, 0, 1, ")));
+    EXPECT_EQ(ObjectsOf(globals->curRecord).at(0).size(), Stream().at(0).size() + 29);
 }
 
 // A placed file in a pattern couldn't be found again: only what is selected itself is taken.

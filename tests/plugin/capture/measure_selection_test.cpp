@@ -40,31 +40,23 @@ TEST_F(MeasureTest, CurvesCountByTheirPointsOrByTheirHandles) {
     EXPECT_EQ(exact.right, static_cast<float>(80 * (3 * t * t * (1 - t) + t * t * t)));
     EXPECT_EQ(exact.bottom, 0);
     EXPECT_EQ(Measure(true).top, 100);
-}
 
-TEST_F(MeasureTest, TheClosingPieceCounts) {
-    AddWave(true);
+    OpenEmptyDocument();
+    AddWave(true); // the closing piece counts
     document().SelectAll();
     ExpectRect(Measure(false), {0, 75, 80, -75});
 }
 
 TEST_F(MeasureTest, PointsAndStraightPieces) {
     AddPath(root(), {{-3, 4}});
+    ExpectRect(Measure(false), {65535, 65535, 65535, 65535}); // the mark of nothing selected
     AddPath(root(), {{7, 1}, {5, 9}, {6, -2}});
     document().SelectAll();
     ExpectRect(Measure(false), {-3, 9, 7, -2});
-}
-
-TEST_F(MeasureTest, CoordinatesPassThroughA32BitFloat) {
-    AddPath(root(), {{0.1, 0.1}});
+    AddPath(root(), {{-9.1, 0}}); // coordinates pass through a 32-bit float
     document().SelectAll();
-    EXPECT_EQ(Measure(false).left, static_cast<double>(0.1f));
-    EXPECT_EQ(Measure(true).left, 0.1);
-}
-
-TEST_F(MeasureTest, NothingSelectedLeavesTheMark) {
-    AddLine(root());
-    ExpectRect(Measure(false), {65535, 65535, 65535, 65535});
+    EXPECT_EQ(Measure(false).left, static_cast<double>(-9.1f));
+    EXPECT_EQ(Measure(true).left, -9.1);
 }
 
 // Selected members count though the groups around them aren't selected, other kinds by the host's bounds.

@@ -1,5 +1,3 @@
-#include <cstring>
-
 #include "plugin/objects/byte_order.h"
 #include "plugin/objects/object_stream.h"
 #include "tests/plugin/capture/capture_fixture.h"
@@ -9,6 +7,8 @@ using workbench::Art;
 using workbench::MeshData;
 
 namespace {
+
+constexpr size_t kVertexBytes = 164; // with two edges of two points
 
 class MeshCaptureTest : public CaptureTest {
 protected:
@@ -23,39 +23,6 @@ protected:
         mesh.vertices[3].position = {13, 26};
         StraightenMesh(mesh);
         return mesh;
-    }
-
-    static std::vector<uint8_t> MeshObject() {
-        for (auto& object : ObjectsOf(globals->curRecord))
-            if (HeaderOf(object)->type == kMeshObject) return object;
-        return {};
-    }
-
-    /// The vertices of a mesh object with their edges; fails the test if sizes and counts disagree.
-    static std::vector<Bytes> VerticesOf(std::vector<uint8_t> object) {
-        const auto* mesh = ViewAt<AidbMeshObject>(object);
-        std::vector<Bytes> vertices;
-        size_t at = kMeshBaseBytes;
-        for (uint32_t i = 0; i < mesh->vertexCount; ++i) {
-            const auto* vertex = ViewAt<AidbMeshVertex>(object, at);
-            if (!vertex || vertex->size > object.size() - at) {
-                ADD_FAILURE() << "vertex " << i << " isn't whole";
-                return vertices;
-            }
-            size_t inside = at + sizeof *vertex;
-            for (uint32_t k = 0; k < vertex->edgeCount; ++k) {
-                const auto* edge = ViewAt<AidbMeshEdge>(object, inside);
-                EXPECT_EQ(edge->size, 24 + 8 * (edge->firstCount + edge->secondCount));
-                EXPECT_EQ(edge->firstCount, 0u);
-                inside += edge->size;
-            }
-            EXPECT_EQ(inside, at + vertex->size);
-            vertices.emplace_back(object.begin() + static_cast<std::ptrdiff_t>(at),
-                                  object.begin() + static_cast<std::ptrdiff_t>(inside));
-            at = inside;
-        }
-        EXPECT_EQ(at, object.size());
-        return vertices;
     }
 };
 
@@ -102,57 +69,19 @@ TEST_F(MeshCaptureTest, ASquareIsStoredByteForByte) {
 }
 
 TEST_F(MeshCaptureTest, CustomColoursAreEnteredAndPaintsWithoutAValueBecomeWhite) {
+    document().AppendArt(kArtMesh, &root()); // a net without vertices
     MeshData& mesh = AddSquare();
     mesh.vertices[0].color = PaintOf(document().NewCustomColor("Ink", {kCustomThree, {1, 0, 0, 0}, 0}), 0.25);
     mesh.vertices[1].color = PaintOf(AddPattern());
     CaptureAll();
-    EXPECT_EQ(Stream(), (Strings{"object 11", "CustomColor001 = \"Ink\", 3, 0, 100, 0, 0"}));
-    const auto vertices = VerticesOf(MeshObject());
-    ASSERT_EQ(vertices.size(), 4u);
-    AidbMeshVertex vertex;
-    std::memcpy(&vertex, vertices[0].data(), sizeof vertex);
-    EXPECT_EQ(vertex.color.reference, 1 << 8 | 50);
-    std::memcpy(&vertex, vertices[1].data(), sizeof vertex);
-    EXPECT_EQ(vertex.color.kind, kStoredGray);
-    EXPECT_EQ(vertex.color.u.gray, 0);
-}
-
-// A net without vertices, and an object that the walk has no business with.
-TEST_F(MeshCaptureTest, OnlyWhatIsSelectedIsStoredAndAMeshWithoutANetIsEmpty) {
-    document().AppendArt(kArtMesh, &root());
-    AddSquare();
-    document().Select(*root().firstChild, true);
-    Capture();
-    EXPECT_EQ(Stream(), Strings{"object 11"});
-    EXPECT_EQ(MeshObject().size(), kMeshBaseBytes);
-}
-
-// Whatever call is refused, the object is whole, and each vertex in it is one of the mesh, at most with fewer
-// edges or without its colour or place.
-TEST_F(MeshCaptureTest, ARefusedCallCostsAVertexOrTheEdgesBehindIt) {
-    AddSquare().vertices[0].color =
-        PaintOf(document().NewCustomColor("Ink", {kCustomThree, {1, 0, 0, 0}, 0}));
-    const uint64_t before = host().callCount();
-    CaptureAll();
-    const uint64_t calls = host().callCount() - before;
-    const size_t whole = MeshObject().size();
-    size_t shorter = 0, missing = 0;
-    for (uint64_t n = 1; n <= calls; ++n) {
-        SCOPED_TRACE(n);
-        host().RefuseCall(n);
-        AidbPostArt();
-        host().RefuseNone();
-        ASSERT_NE(globals->curRecord, nullptr);
-        const auto object = MeshObject();
-        if (object.empty()) continue;
-        const size_t vertices = VerticesOf(object).size();
-        EXPECT_GE(vertices, 3u);
-        missing += vertices == 3;
-        shorter += object.size() < whole;
-        ASSERT_TRUE(host().faults().empty()) << host().faults().front();
-    }
-    EXPECT_EQ(missing, 8u);                   // four nodes, and how many edges each has
-    EXPECT_EQ(shorter, missing + 4 * 2 * 6u); // tangent, flag, segment, count and two points of eight edges
+    EXPECT_EQ(Stream(), (Strings{"object 11", "object 11", "CustomColor001 = \"Ink\", 3, 0, 100, 0, 0"}));
+    auto objects = ObjectsOf(globals->curRecord);
+    EXPECT_EQ(objects[0].size(), kMeshBaseBytes);
+    ASSERT_EQ(objects[1].size(), kMeshBaseBytes + 4 * kVertexBytes);
+    EXPECT_EQ(ViewAt<AidbMeshVertex>(objects[1], kMeshBaseBytes)->color.reference, 1 << 8 | 50);
+    const AidbColor& white = ViewAt<AidbMeshVertex>(objects[1], kMeshBaseBytes + kVertexBytes)->color;
+    EXPECT_EQ(white.kind, kStoredGray);
+    EXPECT_EQ(white.u.gray, 0);
 }
 
 } // namespace

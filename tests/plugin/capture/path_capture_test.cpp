@@ -21,10 +21,6 @@ protected:
         return color;
     }
     using CaptureTest::PaintOf;
-
-    static HostGradientStop StopOf(double location, const HostColor& color) {
-        return {50, location, color, 1};
-    }
 };
 
 // Between two paths the block that they are made in must be clean again: the second, shorter one would
@@ -91,25 +87,6 @@ TEST_F(PathCaptureTest, GradientMovesIntoTheRecordsFrame) {
     EXPECT_EQ(stored.block.ramp.stops[1].color.u.gray, Fix(1));
 }
 
-TEST_F(PathCaptureTest, StopsThatDontFitAreLeftOutAndTheRestClosesUp) {
-    auto& gradient = document().NewGradient("");
-    const auto& ink = document().NewCustomColor("Ink", {kCustomFour, {1, 0, 0, 0}, 0});
-    gradient.stops = {StopOf(0, workbench::GrayColor(0)), StopOf(1, PaintOf(AddPattern())),
-                      StopOf(2, PaintOf(ink, 0.5))};
-    for (int i = 3; i < 40; ++i) gradient.stops.push_back(StopOf(i, workbench::ThreeColor(1, 0, 0)));
-    Fill(AddLine(root()), PaintOf(gradient));
-    CaptureAll();
-
-    const AidbGradientRamp ramp = PathAt(0).block.ramp;
-    EXPECT_EQ(ramp.stopCount, 32);
-    EXPECT_EQ(ramp.stops[1].location, Fix(2));
-    EXPECT_EQ(ramp.stops[1].color.kind, kStoredFour);
-    EXPECT_EQ(ramp.stops[1].color.u.four.cyan, Fix(0.5));
-    EXPECT_EQ(ramp.stops[1].color.reference, 0x0164);
-    EXPECT_EQ(ramp.stops[31].location, Fix(32));
-    EXPECT_THAT(Stream(), ElementsAre("path", "CustomColor001 = \"Ink\", 4, 0, 100, 0, 0, 0"));
-}
-
 // A handle that paints nothing would make two captures of the same art differ.
 TEST_F(PathCaptureTest, UnpaintedPatternsAndGradientsLeaveNoHandle) {
     Art& path = AddLine(root());
@@ -121,6 +98,10 @@ TEST_F(PathCaptureTest, UnpaintedPatternsAndGradientsLeaveNoHandle) {
     EXPECT_THAT(Stream(), ElementsAre("path"));
     EXPECT_EQ(PathAt(0).style.fill.u.pattern.number, 0u);
     EXPECT_EQ(PathAt(0).style.stroke.u.gradient.number, 0u);
+
+    Fill(path, PaintOf(document().NewPattern("without art"))); // nor has it a run
+    CaptureAll();
+    EXPECT_THAT(Stream(), ElementsAre("path"));
 }
 
 // Runs never lie within each other: a load that meets a run's notes takes all between them as one pattern.
@@ -165,15 +146,6 @@ TEST_F(PathCaptureTest, APatternWithinItselfEndsAtALimit) {
     EXPECT_EQ(Stream().size(), 1u + kPatternDepth * 3);
     EXPECT_EQ(PathAt(kPatternDepth - 1).style.fill.u.pattern.number, static_cast<uint32_t>(kPatternDepth));
     EXPECT_EQ(PathAt(kPatternDepth).style.fill.u.pattern.number, 0u);
-}
-
-TEST_F(PathCaptureTest, APatternWithoutArtHasNoRun) {
-    const auto& pattern = document().NewPattern("empty");
-    Fill(AddLine(root()), PaintOf(pattern));
-    CaptureAll();
-    EXPECT_THAT(Stream(), ElementsAre("path"));
-    EXPECT_EQ(PathAt(0).style.fill.u.pattern.number,
-              static_cast<uint32_t>(reinterpret_cast<uintptr_t>(pattern.handle)));
 }
 
 } // namespace

@@ -50,41 +50,44 @@ TEST_F(PostArtTest, HeaderHoldsSizeAndStamps) {
     EXPECT_STREQ(header.name, "");
 }
 
-TEST_F(PostArtTest, OnlySelectedArtIsTaken) {
+TEST_F(PostArtTest, OnlySelectedArtThatDrawsIsTaken) {
+    globals->layerOption = 1; // the layer isn't selected as a whole, so it has no brackets
     Art& group = AddGroup(root());
-    document().Select(AddLine(group), true);
-    AddPath(group, {{0, 0}});
+    document().Select(AddPath(group, {{0, 0}, {1, 1}}), true);
+    AddPath(group, {{-50, 0}});
     Art& compound = AddCompoundPath(root());
-    document().Select(AddLine(compound), true);
-    AddPath(compound, {{0, 0}});
-    AddLine(root());
+    document().Select(AddPath(compound, {{0, 0}, {2, 2}}), true);
+    AddPath(compound, {{-50, 0}});
+    Art& guide = AddPath(root(), {{-500, -500}, {900, 900}});
+    guide.path()->guide = true;
+    document().Select(guide, true);
+    Art& empty = AddPath(root(), {});
+    empty.tags.push_back({"part", "string", "lid"});
+    document().Select(empty, true);
     Capture();
     EXPECT_THAT(Stream(), ElementsAre("path", "path"));
-}
+    EXPECT_EQ(Header().header.boundsRight, Fix(2));
 
-TEST_F(PostArtTest, GuidesAreNeitherMeasuredNorTaken) {
-    AddPath(root(), {{0, 0}, {1, 1}});
-    AddPath(root(), {{-500, -500}, {900, 900}}).path()->guide = true;
-    CaptureAll();
-    EXPECT_THAT(Stream(), ElementsAre("path"));
-    EXPECT_EQ(Header().header.boundsRight, Fix(1));
-}
-
-TEST_F(PostArtTest, ThePreviewLayerOfOthersIsPassedOver) {
-    document().LayerAt(0).title = "<<Sorvenna Preview>>";
-    AddLine(root());
-    CaptureAll();
+    document().LayerAt(0).title = "<<Sorvenna Preview>>"; // made by others
+    Capture();
     EXPECT_THAT(Stream(), IsEmpty());
-    EXPECT_EQ(Header().header.boundsTop, 0);
     EXPECT_EQ(Header().header.boundsRight, 0);
 }
 
-TEST_F(PostArtTest, AnEmptyPathGivesNoObjectAndNoTags) {
-    AddPath(root(), {}).tags.push_back({"part", "string", "lid"});
-    AddLine(root());
-    CaptureAll();
-    EXPECT_THAT(Stream(), ElementsAre("path"));
-    EXPECT_EQ(Header().header.boundsRight, Fix(100));
+TEST_F(PostArtTest, AGroupsOpacityIsATruncatedPercentageOfTwoDigits) {
+    Art& group = AddGroup(root());
+    AddLine(group);
+    for (const auto& [opacity, note] : {std::pair{1.0, "GroupArt /"},
+                                        {0.99, "GroupArt /"},
+                                        {0.989, "GroupArt / Opacity=99"},
+                                        {0.98, "GroupArt / Opacity=98"},
+                                        {0.554, "GroupArt / Opacity=55"},
+                                        {0.05, "GroupArt / Opacity=05"},
+                                        {0.0, "GroupArt / Opacity=00"}}) {
+        group.blend.opacity = opacity;
+        CaptureAll();
+        EXPECT_EQ(Stream().at(0), note);
+    }
 }
 
 // The layer's own group has brackets only to carry the layer's title.
@@ -99,35 +102,6 @@ TEST_F(PostArtTest, LayerOptionBracketsTheLayerAndKeepsItsTitle) {
     EXPECT_THAT(Stream(), ElementsAre("GroupArt /", "GroupArt /", "path", "/ GroupArt", "/ GroupArt",
                                       "Tag = \"図\", string, aidb_layer_title\r"));
 }
-
-TEST_F(PostArtTest, LayerOptionNeedsTheWholeLayer) {
-    globals->layerOption = 1;
-    document().Select(AddLine(root()), true);
-    AddLine(root());
-    Capture();
-    EXPECT_THAT(Stream(), ElementsAre("path"));
-}
-
-struct OpacityCase {
-    double opacity;
-    const char* note;
-};
-class GroupOpacityTest : public PostArtTest, public ::testing::WithParamInterface<OpacityCase> {};
-
-TEST_P(GroupOpacityTest, IsATruncatedPercentageOfTwoDigits) {
-    Art& group = AddGroup(root());
-    AddLine(group);
-    group.blend.opacity = GetParam().opacity;
-    CaptureAll();
-    EXPECT_EQ(Stream().at(0), GetParam().note);
-}
-INSTANTIATE_TEST_SUITE_P(Opacities, GroupOpacityTest,
-                         ::testing::Values(OpacityCase{1.0, "GroupArt /"}, OpacityCase{0.99, "GroupArt /"},
-                                           OpacityCase{0.989, "GroupArt / Opacity=99"},
-                                           OpacityCase{0.98, "GroupArt / Opacity=98"},
-                                           OpacityCase{0.554, "GroupArt / Opacity=55"},
-                                           OpacityCase{0.05, "GroupArt / Opacity=05"},
-                                           OpacityCase{0.0, "GroupArt / Opacity=00"}));
 
 // What a style draws is taken whole, though nobody can select it.
 TEST_F(PostArtTest, StyledArtStandsForItsPath) {
@@ -159,18 +133,6 @@ TEST_F(PostArtTest, AStyleThatLeadsInACircleEnds) {
     EXPECT_EQ(std::count(stream.begin(), stream.end(), "path"), 1);
     EXPECT_EQ(std::count(stream.begin(), stream.end(), "StyledArt /"),
               std::count(stream.begin(), stream.end(), "/ StyledArt"));
-}
-
-TEST_F(PostArtTest, ArtBehindStyledArtInPluginArtIsStillTaken) {
-    Art& plugin = *document().AppendArt(kArtPlugin, &root());
-    Art& result = *document().AppendArt(kArtGroup, &plugin);
-    AddLine(result).styledArt = FreeGroup().handle;
-    AddLine(result);
-    std::get<workbench::PluginArtData>(plugin.data).result = result.handle;
-    plugin.selected = true;
-    Capture();
-    EXPECT_THAT(Stream(), ElementsAre("GroupArt /", "StyledArt /", "GroupArt /", "path", "/ GroupArt",
-                                      "/ StyledArt", "path", "/ GroupArt"));
 }
 
 // Beyond 1023 levels the brackets end, the art doesn't.

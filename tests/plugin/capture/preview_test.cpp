@@ -38,7 +38,6 @@ private:
 class TestPainter : public workbench::Painter {
 public:
     std::unique_ptr<workbench::PaintSurface> NewSurface(int32_t width, int32_t height) override {
-        if (broken) return nullptr;
         EXPECT_EQ(width, 256);
         EXPECT_EQ(height, 256);
         return std::make_unique<TestSurface>(drawn, pixels);
@@ -46,7 +45,6 @@ public:
     void Set(int x, int y, std::vector<uint8_t> bytes) {
         std::copy(bytes.begin(), bytes.end(), pixels.begin() + (y * kRowPixels + x) * 4);
     }
-    bool broken = false;
     std::vector<Drawn> drawn; // in the order of drawing
     std::vector<uint8_t> pixels = std::vector<uint8_t>(kRowPixels * 256 * 4, 0xFF);
 };
@@ -114,40 +112,26 @@ TEST_F(PreviewTest, ContainersAreDrawnWholeOnlyWhereTheirMembersCantStandAlone) 
     EXPECT_THAT(ArtDrawn(), ElementsAre(compound.firstChild, clipped.firstChild));
 }
 
-TEST_F(PreviewTest, ArtIsCentredInTheSquare) {
-    AddPath(root(), {{10, 20}, {110, 70}});
-    CaptureAll();
-    ExpectPixel({10, 70 + 25}, 0, 0);
-    ExpectPixel({110, 20 - 25}, 256, 256);
-
-    OpenEmptyDocument();
-    AddPath(root(), {{10, 20}, {60, 120}});
-    painter_.drawn.clear();
-    CaptureAll();
-    ExpectPixel({10 - 25, 120}, 0, 0);
-}
-
-TEST_F(PreviewTest, ALineAndAPointHaveAScale) {
-    AddPath(root(), {{0, 5}, {64, 5}});
-    CaptureAll();
-    ExpectPixel({0, 5}, 0, 128);
-    ExpectPixel({64, 5}, 256, 128);
-
-    OpenEmptyDocument();
-    AddPath(root(), {{7, 5}});
-    painter_.drawn.clear();
-    CaptureAll();
-    ExpectPixel({7, 5}, 0, 0);
-    ExpectPixel({8, 4}, 2, 2);
-}
-
 // The picture is framed by the handles, the record by the curve itself.
-TEST_F(PreviewTest, FramedByTheHostsBounds) {
-    Art& path = *document().AppendArt(kArtPath, &root());
-    path.path()->segments = {{{0, 0}, {0, 0}, {0, 100}, 0}, {{80, 0}, {80, 100}, {80, 0}, 0}};
-    path.path()->closed = true;
-    CaptureAll();
-    ExpectPixel({-10, 100}, 0, 0);
+TEST_F(PreviewTest, ArtIsCentredInTheSquareByTheHostsBounds) {
+    const HostPathSegment from{{0, 0}, {0, 0}, {0, 100}, 0}, to{{80, 0}, {80, 100}, {80, 0}, 0};
+    const struct {
+        std::vector<HostPathSegment> segments;
+        HostPoint corner, another, pixel; ///< the port's upper left one; a point and where it falls
+    } cases[] = {{{Corner(10, 20), Corner(110, 70)}, {10, 95}, {110, -5}, {256, 256}},
+                 {{Corner(10, 20), Corner(60, 120)}, {-15, 120}, {85, 20}, {256, 256}},
+                 {{Corner(0, 5), Corner(64, 5)}, {0, 37}, {64, 5}, {256, 128}},
+                 {{Corner(7, 5)}, {7, 5}, {8, 4}, {2, 2}}, // also a point has a scale
+                 {{from, to}, {-10, 100}, {90, 0}, {256, 256}}};
+    for (const auto& each : cases) {
+        OpenEmptyDocument();
+        Art& path = AddPath(root(), {});
+        path.path()->segments = each.segments;
+        path.path()->closed = true;
+        DrawAll();
+        ExpectPixel(each.corner, 0, 0);
+        ExpectPixel(each.another, each.pixel.x, each.pixel.y);
+    }
     EXPECT_EQ(Header().header.boundsTop, Fix(75));
 }
 

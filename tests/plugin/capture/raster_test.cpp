@@ -62,27 +62,6 @@ TEST_F(RasterCaptureTest, AnImageIsStoredTileByTile) {
     }
 }
 
-TEST_F(RasterCaptureTest, TheSizeOfAnObjectFollowsFromItsColourSpaceAndBounds) {
-    const struct {
-        int32_t width, height, space;
-        size_t bytes;
-    } cases[] = {{64, 32, workbench::kSpaceFourAlpha, 10332},
-                 {64, 32, workbench::kSpaceFour, 8284},
-                 {1, 1, workbench::kSpaceGray, 4188},
-                 {0, 40, workbench::kSpaceThree, 92},
-                 {32, 33, workbench::kSpaceThree, 8284}};
-    for (const auto& each : cases) {
-        OpenEmptyDocument();
-        AddRaster(each.width, each.height, each.space);
-        const Bytes object = OnlyObject();
-        EXPECT_EQ(object.size(), each.bytes);
-        const auto five = each.space == workbench::kSpaceFourAlpha;
-        if (five) {
-            EXPECT_EQ(object[92 + 4], ByteAt(0, 0, 4));
-        }
-    }
-}
-
 // A style counts for colourized images alone, and then whether it paints or not.
 TEST_F(RasterCaptureTest, AColourizedImageHasThePaintOfItsStyle) {
     const auto& ink = document().NewCustomColor("Ink", {kCustomFour, {1, 0, 0, 0}, 0});
@@ -108,44 +87,6 @@ TEST_F(RasterCaptureTest, AColourizedImageHasThePaintOfItsStyle) {
     EXPECT_EQ(OnlyObject().size(), 4188u + 5080u);
     art->artStyle = nullptr;
     EXPECT_EQ(OnlyObject().size(), 4188u);
-}
-
-// Whichever call is refused, the image is there as a whole or not at all, but for what its style and its
-// blending have to tell.
-TEST_F(RasterCaptureTest, AnImageIsStoredWholeOrNotAtAll) {
-    workbench::Art* art = nullptr;
-    RasterData& raster = AddRaster(70, 40, workbench::kSpaceGray, &art);
-    raster.record.flags = workbench::kRasterColorized;
-    art->artStyle = document().NewArtStyle({}).handle;
-    document().SelectAll();
-    const HostPoint origin{0, 0};
-    Capture();
-    const auto capture = [&] {
-        HandleOwner object(NewHandle(kRasterBaseBytes, kRecordGrain));
-        FreeHandle(globals->curRecord);
-        globals->curRecord = NewRecord();
-        const HostError error = PostArtProcess(art->handle, &origin, 1);
-        return std::pair(error, ObjectsOf(globals->curRecord));
-    };
-    const uint64_t before = host().callCount();
-    const auto whole = capture().second;
-    const uint64_t calls = host().callCount() - before;
-    ASSERT_EQ(whole.size(), 1u);
-    size_t lost = 0;
-    for (uint64_t n = 1; n <= calls; ++n) {
-        SCOPED_TRACE(n);
-        host().RefuseCall(n);
-        const auto [error, objects] = capture();
-        host().RefuseNone();
-        EXPECT_TRUE(host().faults().empty());
-        lost += objects.empty();
-        if (objects.empty()) continue;
-        const auto tilesEnd = kRasterBaseBytes + 6 * 4096;
-        EXPECT_EQ(Bytes(objects[0].begin() + 24, objects[0].begin() + tilesEnd),
-                  Bytes(whole[0].begin() + 24, whole[0].begin() + tilesEnd));
-    }
-    // Its kind, its selection, where its data lies, three of its form, six tiles, whether it is colourized.
-    EXPECT_EQ(lost, 13u);
 }
 
 TEST_F(RasterCaptureTest, BoundsThatARecordCantHoldAreRefused) {

@@ -179,33 +179,9 @@ TEST_F(TextCaptureTest, WhatACharacterHasNotCarriesOver) {
     }
 }
 
-TEST_F(TextCaptureTest, PatternsAndCustomColoursGoWhereThoseOfPathsGo) {
-    Art& text = Text(u"abc");
-    CharacterAttributes c;
-    c.fillColor = PaintOf(AddPattern());
-    c.stroke = true;
-    c.strokeColor = PaintOf(document().NewCustomColor("Ink", {kCustomFour, {1, 0, 0, 0}, 0}), 0.5);
-    SetCharacter(text, 0, 2, c);
-    const auto runs = CaptureRuns();
-    ASSERT_EQ(TextsOf(runs), (Strings{"a", "b", "c"})); // each pattern has a number of its own
-    EXPECT_EQ(runs[0].style.fill.u.pattern.number, 1u);
-    EXPECT_EQ(runs[1].style.fill.u.pattern.number, 2u);
-    EXPECT_EQ(runs[1].style.stroke.reference, 1 << 8 | 100);
-    const Strings stream = Stream();
-    ASSERT_EQ(stream.size(), 8u);
-    EXPECT_THAT(stream[1], ::testing::StartsWith("CustomColor"));
-    EXPECT_EQ(Strings(stream.begin() + 2, stream.end()),
-              (Strings{"PatternArt00001 /", "path", "/ PatternArt00001", "PatternArt00002 /", "path",
-                       "/ PatternArt00002"}));
-}
-
-// Frames of all kinds, relative to the lower left corner of the whole; a chain's text stands in each of them.
+// Relative to the lower left corner of the whole, for which text in an area is measured by its area; a
+// chain's text stands in each of its frames.
 TEST_F(TextCaptureTest, AFrameIsStoredWithItsMatrixAndItsPath) {
-    Art& point = Text(u"", {110, 220});
-    TextOf(point).matrix.b = 0.5;
-    TextOf(point).matrix.c = -0.25;
-    TextOf(point).orientation = workbench::kVerticalText;
-    point.blend = {workbench::kBlendMultiply, 0.5, 1, 2, 1};
     Art& area = AddPathText(document(), root(), workbench::kAreaText, u"ab", {100, 200}, 30);
     Art& onPath = AddPathText(document(), root(), workbench::kPathText, u"", {200, 300}, 10);
     TextOf(onPath).matrix.d = 2;
@@ -213,80 +189,38 @@ TEST_F(TextCaptureTest, AFrameIsStoredWithItsMatrixAndItsPath) {
     TextOf(area).story->frames.push_back(onPath.handle);
     Art& pathless = Text(u"", {110, 220});
     TextOf(pathless).frameKind = workbench::kAreaText;
+    Text(u"", {110, 220});
 
     auto texts = CaptureTexts();
     ASSERT_EQ(texts.size(), 4u);
-    ASSERT_EQ(texts[0].size(), 96u);
-    const auto* stored = ViewAt<AidbTextObject>(texts[0]);
-    EXPECT_EQ(stored->orientation, 1);
-    EXPECT_EQ(stored->header.blendMode, uint32_t{workbench::kBlendMultiply});
-    EXPECT_EQ(stored->header.opacity, Fix(0.5));
-    EXPECT_EQ(stored->pathCount, 1);
-    const auto* path = ViewAt<AidbTextPath>(texts[0], 40);
-    const FixedMatrix& m = path->matrix;
-    EXPECT_EQ((std::vector<Fixed>{m.a, m.b, m.c, m.d, m.tx, m.ty}),
-              (std::vector<Fixed>{Fix(1), Fix(0.5), Fix(-0.25), Fix(1), Fix(10), Fix(20)}));
-    EXPECT_EQ(path->segmentCount, 1);
-    const auto* anchor = ViewAt<AidbSegment>(texts[0], 68);
-    EXPECT_EQ((std::vector<Fixed>{anchor->anchor.x, anchor->in.y, anchor->out.x, anchor->corner}),
-              (std::vector<Fixed>{Fix(10), Fix(20), Fix(10), 0}));
-
+    EXPECT_EQ(Header().header.boundsRight, Fix(111)); // a handle stands out
+    EXPECT_EQ(Header().header.boundsTop, Fix(110));
     for (const size_t frame : {1, 2}) {
-        stored = ViewAt<AidbTextObject>(texts[frame]);
+        Bytes& text = texts[frame - 1];
+        const auto* stored = ViewAt<AidbTextObject>(text);
         EXPECT_EQ(stored->frameKind, frame);
-        EXPECT_EQ(TextsOf(RunsOf(texts[frame])), (Strings{"ab"}));
-        ASSERT_EQ(texts[frame].size(), 40u + 5888 + 28 + 3 * 28);
+        EXPECT_EQ(TextsOf(RunsOf(text)), (Strings{"ab"}));
+        ASSERT_EQ(text.size(), 40u + 5888 + 28 + 3 * 28);
         EXPECT_EQ(stored->pathsOffset, 40u + 5888);
         EXPECT_EQ(stored->pathsSize, 28u + 3 * 28);
-        path = ViewAt<AidbTextPath>(texts[frame], stored->pathsOffset);
+        const auto* path = ViewAt<AidbTextPath>(text, stored->pathsOffset);
         EXPECT_EQ(path->closed, 1);
         EXPECT_EQ(path->matrix.d, Fix(frame));
         EXPECT_EQ(path->matrix.tx, Fix(-100)); // no anchor: 0 less the origin
-        const auto* corner = ViewAt<AidbSegment>(texts[frame], stored->pathsOffset + 28 + 28);
+        const auto* corner = ViewAt<AidbSegment>(text, stored->pathsOffset + 28 + 28);
         EXPECT_EQ(corner->anchor.x, Fix(frame == 1 ? 30 : 110));
         EXPECT_EQ(corner->out.x, Fix(frame == 1 ? 31 : 111));
         EXPECT_EQ(corner->corner, 1);
     }
-    EXPECT_EQ(texts[3].size(), 40u);
-    EXPECT_EQ(ViewAt<AidbTextObject>(texts[3])->pathCount, 0);
-}
-
-// Text in an area is measured by its area.
-TEST_F(TextCaptureTest, TheOriginIsThatOfTheArea) {
-    AddPathText(document(), root(), workbench::kAreaText, u"", {100, 200}, 30);
-    CaptureAll();
-    EXPECT_EQ(Header().header.boundsRight, Fix(31)); // a handle stands out
-    EXPECT_EQ(Header().header.boundsTop, Fix(30));
-}
-
-// A text that the host doesn't tell of as a whole isn't stored, and all references are given back.
-TEST_F(TextCaptureTest, ARefusedCallLosesOneTextAndLeavesNoReference) {
-    Art& text = Text(u"a\u4E9C");
-    SetCharacter(text, 0, 1, OddCharacter());
-    SetParagraph(text, 0, 2, OddParagraph());
-    SetKerning(*TextOf(text).story, 2, 5);
-    AddPathText(document(), root(), workbench::kPathText, u"b", {0, 0}, 10);
-    document().SelectAll();
-    const uint64_t before = host().callCount();
-    Capture();
-    const uint64_t calls = host().callCount() - before;
-    const auto whole = ObjectsOf(globals->curRecord);
-    ASSERT_EQ(whole.size(), 2u);
-    for (uint64_t n = 1; n <= calls; ++n) {
-        SCOPED_TRACE(n);
-        host().RefuseCall(n);
-        AidbPostArt();
-        host().RefuseNone();
-        ASSERT_NE(globals->curRecord, nullptr);
-        // What is stored is stored whole: only blending and places may differ.
-        for (Bytes object : ObjectsOf(globals->curRecord)) {
-            const size_t which = ViewAt<AidbTextObject>(object)->frameKind ? 1 : 0;
-            EXPECT_EQ(object.size(), whole[which].size());
-        }
-        ReleaseSuites(); // the host reports what was never released
-        ASSERT_EQ(host().faults(), Strings());
-        HoldSuites();
-    }
+    EXPECT_EQ(texts[2].size(), 40u);
+    EXPECT_EQ(ViewAt<AidbTextObject>(texts[2])->pathCount, 0);
+    // Point text has a path of one point.
+    ASSERT_EQ(texts[3].size(), 96u);
+    EXPECT_EQ(ViewAt<AidbTextPath>(texts[3], 40)->segmentCount, 1);
+    EXPECT_EQ(ViewAt<AidbTextPath>(texts[3], 40)->matrix.ty, Fix(20));
+    const auto* anchor = ViewAt<AidbSegment>(texts[3], 68);
+    EXPECT_EQ((std::vector<Fixed>{anchor->anchor.x, anchor->in.y, anchor->out.x, anchor->corner}),
+              (std::vector<Fixed>{Fix(10), Fix(20), Fix(10), 0}));
 }
 
 } // namespace
