@@ -193,6 +193,11 @@ void DrawClipped(HDC context, Dice& dice) {
     }
 }
 
+/// The icons of the plug-in, which is a part of the test program.
+const std::vector<int> kIconNumbers = {16052, 16251, 16252, 16253, 16257, 16258, 16259, 16260,
+                                       16261, 16264, 16265, 16266, 16280, 16281, 16351, 16352,
+                                       16353, 16357, 16358, 16359, 16360, 16361};
+
 void DrawIcons(HDC context, Dice& dice) {
     for (int i = 0; i < 25; ++i) {
         const auto which = static_cast<size_t>(dice.Roll(0, static_cast<int>(kIconNumbers.size()) - 1));
@@ -208,10 +213,6 @@ void DrawIcons(HDC context, Dice& dice) {
 }
 
 } // namespace
-
-const std::vector<int> kIconNumbers = {16052, 16251, 16252, 16253, 16257, 16258, 16259, 16260,
-                                       16261, 16264, 16265, 16266, 16280, 16281, 16351, 16352,
-                                       16353, 16357, 16358, 16359, 16360, 16361};
 
 HMODULE ModuleOfTests() {
     HMODULE module = nullptr;

@@ -56,8 +56,7 @@ struct Scene {
 };
 extern const std::vector<Scene> kScenes;
 
-/// The icons of the plug-in, which is a part of the test program.
-extern const std::vector<int> kIconNumbers;
+/// The plug-in is a part of the test program.
 HMODULE ModuleOfTests();
 
 uint64_t PixelHash(const std::vector<COLORREF>& pixels);

@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstring>
-#include <numeric>
 
 #include "tests/drawing/drawing_scenes.h"
 
@@ -112,45 +110,6 @@ TEST_F(TextDrawing, TextsLieInTheirRectangle) {
         DrawTextA(canvas_.Context(), "&Cancel", -1, &size, DT_SINGLELINE | DT_CALCRECT);
         return size.right;
     }()) << "the mark before a letter takes no room";
-}
-
-// Each button's picture stands in the middle and leaves the button's edge free; the set for a dark interface
-// is lighter than its ground, the other one darker.
-TEST(Images, IconsOfButtonsFitAndShowOnTheirGround) {
-    for (const int number : kIconNumbers) {
-        const HICON icon = LoadIconA(ModuleOfTests(), MAKEINTRESOURCEA(number));
-        ASSERT_NE(icon, nullptr) << number;
-        EXPECT_EQ(icon, LoadIconA(ModuleOfTests(), MAKEINTRESOURCEA(number)));
-        if (number < 16251 || (number > 16261 && number < 16351)) continue;
-        const Canvas canvas(32, 32);
-        const bool dark = number > 16300;
-        const COLORREF ground = dark ? RGB(50, 50, 50) : RGB(240, 240, 240);
-        const RECT all = {0, 0, 32, 32};
-        const HBRUSH brush = CreateSolidBrush(ground);
-        FillRect(canvas.Context(), &all, brush);
-        DeleteObject(brush);
-        EXPECT_TRUE(DrawIcon(canvas.Context(), 0, 0, icon));
-        int drawn = 0;
-        const std::vector<COLORREF> pixels = canvas.Pixels();
-        const bool narrow = number % 100 == 57 || number % 100 == 58;
-        for (int i = 0; i < 32 * 32; ++i) {
-            const COLORREF pixel = pixels[static_cast<size_t>(i)];
-            if (pixel == ground) continue;
-            ++drawn;
-            const int x = i % 32, y = i / 32, halfWidth = narrow ? 9 : 11, halfHeight = narrow ? 5 : 7;
-            EXPECT_TRUE(x >= 16 - halfWidth && x < 16 + halfWidth) << number << " at " << x;
-            EXPECT_TRUE(y >= 16 - halfHeight && y < 16 + halfHeight) << number << " at " << y;
-            EXPECT_TRUE(!dark || GetGValue(pixel) > 70) << number;
-        }
-        EXPECT_GT(drawn, 50) << number;
-    }
-}
-
-TEST(Images, CursorsAreThereButTheLast) {
-    for (int number = 16100; number <= 16113; ++number)
-        EXPECT_NE(LoadCursorA(ModuleOfTests(), MAKEINTRESOURCEA(number)), nullptr) << number;
-    EXPECT_EQ(LoadCursorA(ModuleOfTests(), MAKEINTRESOURCEA(16114)), nullptr);
-    EXPECT_NE(LoadCursorA(nullptr, IDC_ARROW), nullptr);
 }
 
 TEST(Texts, AreThoseOfTheirNumbersAndCutAtCharacters) {

@@ -1,13 +1,9 @@
-// Every kind of art at once, where the host refuses a call, and at each place that a load can be asked for.
-
-#include <algorithm>
-#include <cstring>
+// Every kind of art at once, where the host refuses a call.
 
 #include "app/sample_document.h"
 #include "plugin/capture/post_art.h"
 #include "plugin/rebuild/load_art.h"
 #include "plugin/store/record.h"
-#include "plugin/store/record_layout.h"
 #include "tests/support/plugin_fixture.h"
 #include "workbench/text/font_config_list.h"
 
@@ -54,17 +50,6 @@ protected:
             ASSERT_TRUE(host().faults().empty()) << host().faults().front();
         }
     }
-
-    HostRect BoundsOfPage() {
-        HostRect bounds{};
-        for (size_t i = 0; i < document().LayerCount(); ++i) {
-            HostRect layer{};
-            if (!document().Bounds(*document().LayerAt(i).root, &layer)) continue;
-            bounds.left = std::min(bounds.left, layer.left);
-            bounds.bottom = std::min(bounds.bottom, layer.bottom);
-        }
-        return bounds;
-    }
 };
 
 TEST_F(SampleRecordTest, ARefusedCallOfACaptureCostsOnlyArt) {
@@ -88,24 +73,6 @@ TEST_F(SampleRecordTest, ARefusedCallOfALoadLeavesNothingTemporary) {
         // The path of a text that can't be made stays.
         EXPECT_LE(pieces, whole + 1);
     });
-}
-
-TEST_F(SampleRecordTest, EachOriginPutsThatPointOfTheWholeWhereItIsAskedFor) {
-    StoreSample();
-    HostPoint corner{};
-    for (const int16_t origin : {2, 0, 1, 3, 4, 5, 6, 7, 8}) {
-        OpenEmptyDocument();
-        globals->originMode = origin;
-        globals->placePoint = {-3000, -4000}; // so that all of it lies below 0
-        AidbLoadArt(kSampleGroup, 0);
-        RecordHeader header;
-        std::memcpy(&header, BlockBytes(globals->curRecord), sizeof header);
-        const double width = header.boundsRight / 65536.0, height = header.boundsTop / 65536.0;
-        const HostRect bounds = BoundsOfPage();
-        if (origin == 2) corner = {bounds.left, bounds.bottom};
-        EXPECT_NEAR(bounds.left, corner.x - origin / 3 * width / 2, 0.01) << origin;
-        EXPECT_NEAR(bounds.bottom, corner.y - (2 - origin % 3) * height / 2, 0.01) << origin;
-    }
 }
 
 } // namespace

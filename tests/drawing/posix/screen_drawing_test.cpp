@@ -4,9 +4,6 @@
 
 #include "tests/drawing/drawing_scenes.h"
 #include "win32/gdi/screen_context.h"
-#include "win32/module_resources.h"
-#include "win32/resources/compiled_resources.h"
-#include "win32/resources/module_images.h"
 
 namespace {
 
@@ -149,38 +146,6 @@ TEST_F(ScreenDrawing, FarCoordinatesAreHarmless) {
     }
     SelectObject(context, old);
     DeleteObject(pen);
-}
-
-// A file of resources that was cut off anywhere, or has any byte changed, gives what can be read of it.
-TEST(CompiledResources, DamageIsSurvived) {
-    const HMODULE module = ModuleOfTests();
-    const HRSRC found = FindResourceA(module, MAKEINTRESOURCEA(1), RT_ICON);
-    ASSERT_NE(found, nullptr);
-    const auto* const icon = static_cast<const uint8_t*>(LockResource(LoadResource(module, found)));
-    const std::vector<uint8_t> whole(icon, icon + SizeofResource(module, found));
-    ASSERT_TRUE(ReadIconPicture(whole, false));
-    for (size_t count = 0; count < whole.size(); ++count) {
-        const std::vector<uint8_t> cut(whole.begin(), whole.begin() + static_cast<ptrdiff_t>(count));
-        EXPECT_FALSE(ReadIconPicture(cut, false)) << count;
-    }
-    for (size_t at = 0; at < 48; ++at) {
-        for (const uint8_t value : {0x00, 0x01, 0x7F, 0x80, 0xFF}) {
-            std::vector<uint8_t> bad = whole;
-            bad[at] = value;
-            const auto picture = ReadIconPicture(bad, at % 2 == 0);
-            if (picture) {
-                EXPECT_EQ(picture->pixels.size(),
-                          static_cast<size_t>(picture->width) * static_cast<size_t>(picture->height));
-            }
-        }
-    }
-    // An entry whose sizes lead beyond the end, and one whose header is too small to go on from.
-    std::vector<uint8_t> file(32);
-    file[4] = 32;
-    file[8] = file[9] = file[12] = file[13] = 0xFF;
-    EXPECT_TRUE(ReadCompiledResources(file).empty());
-    file.insert(file.end(), {0xF0, 0xFF, 0xFF, 0xFF, 0x20, 0, 0, 0, 0xFF, 0xFF, 6, 0, 0xFF, 0xFF, 1, 0});
-    EXPECT_TRUE(ReadCompiledResources(file).empty());
 }
 
 } // namespace
