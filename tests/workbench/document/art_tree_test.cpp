@@ -126,19 +126,6 @@ TEST_F(ArtTreeTest, DisposedHandlesStayStaleWhateverIsMadeAfterwards) {
     EXPECT_EQ(document_.DisposeArt(&root()), kHostBadPlace);
 }
 
-TEST_F(ArtTreeTest, HandlesOfOneTypeAreNoneOfAnother) {
-    const Gradient& gradient = document_.NewGradient("");
-    const auto asArt = reinterpret_cast<ArtHandle>(gradient.handle);
-    const auto asPattern = reinterpret_cast<PatternHandle>(gradient.handle);
-    EXPECT_EQ(document_.Find(asArt), nullptr);
-    EXPECT_EQ(document_.Find(asPattern), nullptr);
-    for (const uintptr_t odd : {uintptr_t{0}, uintptr_t{7}, uintptr_t{0xFFF0}, UINTPTR_MAX, UINTPTR_MAX - 15,
-                                reinterpret_cast<uintptr_t>(gradient.handle) + 1}) {
-        EXPECT_EQ(document_.Find(reinterpret_cast<GradientHandle>(odd)), nullptr) << odd;
-    }
-    EXPECT_GE(reinterpret_cast<uintptr_t>(gradient.handle), 0x10000u);
-}
-
 TEST_F(ArtTreeTest, AContainerIsSelectedWhenAllInItIs) {
     Art* outer = New(kArtGroup, kPlaceAboveAll, nullptr);
     Art* inner = New(kArtGroup, kPlaceInsideOnTop, outer);

@@ -34,20 +34,6 @@ protected:
     Host host;
 };
 
-TEST_F(PluginModuleTest, BuiltModuleComesUpAndGoesDown) {
-    PluginModule plugin(host, kModuleFile);
-    ASSERT_TRUE(plugin.ready()) << plugin.error();
-    EXPECT_TRUE(Library::IsInProcess(kModuleFile));
-    ASSERT_EQ(plugin.StartUp(), kHostNoError);
-    EXPECT_TRUE(plugin.running());
-    EXPECT_EQ(host.BlockCount(), 1u);
-    EXPECT_EQ(static_cast<Globals*>(plugin.state())->pluginRef, plugin.self());
-    EXPECT_EQ(plugin.Send("Nobody", "Nothing"), kHostNoError);
-    EXPECT_EQ(plugin.ShutDown(), kHostNoError);
-    EXPECT_FALSE(plugin.running());
-    EXPECT_EQ(host.BlockCount(), 0u);
-}
-
 // The module's own variables are gone after an unload; all that counts has to be in the block.
 TEST_F(PluginModuleTest, EveryByteOfTheStateSurvivesAnUnload) {
     PluginModule plugin(host, kModuleFile);

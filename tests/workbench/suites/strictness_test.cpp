@@ -29,17 +29,6 @@ TEST_F(StrictnessTest, EverySuppliedSuiteIsFoundByNameAndVersionAlone) {
     EXPECT_EQ(host_.Uses(), 0);
 }
 
-TEST_F(StrictnessTest, AnAcquireFailsOnRequest) {
-    host_.FailAcquire("AI Path Suite");
-    const void* table = nullptr;
-    EXPECT_EQ(host_.basic()->AcquireSuite("AI Path Suite", 11, &table), kHostSuiteNotFound);
-    EXPECT_EQ(host_.basic()->AcquireSuite("AI Art Suite", 17, &table), kHostNoError);
-    EXPECT_EQ(host_.basic()->ReleaseSuite("AI Art Suite", 17), kHostNoError);
-    host_.FailAcquire("");
-    EXPECT_EQ(host_.basic()->AcquireSuite("AI Path Suite", 11, &table), kHostNoError);
-    EXPECT_EQ(host_.basic()->ReleaseSuite("AI Path Suite", 11), kHostNoError);
-}
-
 TEST_F(StrictnessTest, UsesAreBalanced) {
     EXPECT_EQ(host_.basic()->ReleaseSuite("AI Art Suite", 17), kHostBadParameter);
     EXPECT_THAT(TakeFaults(), ElementsAre(HasSubstr("AI Art Suite version 17")));
@@ -120,42 +109,6 @@ TEST_F(StrictnessTest, MissingPointersAreFaults) {
     EXPECT_THAT(TakeFaults(), SizeIs(4));
 }
 
-// All of these can happen to a plug-in that does everything right.
-TEST_F(StrictnessTest, FailuresForGoodReasonAreNoFaults) {
-    const AIArtSuite& art = ArtSuite();
-    const auto& tags = Use<AITagSuite>("AI Tag Suite", 4);
-    const auto& colors = Use<AICustomColorSuite>("AI Custom Color Suite", 8);
-    const auto& blend = Use<AIBlendStyleSuite>("AI Blend Style Suite", 5);
-    const auto& layers = Use<AILayerSuite>("AI Layer Suite", 13);
-    const auto& math = Use<AIRealMathSuite>("AI Real Math Suite", 3);
-    const AIUnicodeStringSuite& texts = TextSuite();
-    const ArtHandle path = NewPath()->handle;
-    const char* text = nullptr;
-    EXPECT_EQ(tags.GetTagType(path, "absent", &text), kHostNotFound);
-    UnicodeStringHandle name = nullptr;
-    ASSERT_EQ(texts.New("Ink", 3, kEncodingPlatform, &name), kHostNoError);
-    CustomColorHandle color = nullptr;
-    EXPECT_EQ(colors.GetCustomColorByName(name, &color), kHostNotFound);
-    const HostCustomColor definition{kCustomFour, {1, 0, 0, 0}, 0};
-    EXPECT_EQ(colors.NewCustomColor(&definition, name, &color), kHostNoError);
-    EXPECT_EQ(colors.NewCustomColor(&definition, name, &color), kHostRefused);
-    EXPECT_EQ(texts.Dispose(name), kHostNoError);
-    EXPECT_EQ(blend.SetOpacity(path, 1.5), kHostBadParameter);
-    EXPECT_EQ(blend.SetBlendingMode(path, 16), kHostBadParameter);
-    HostMatrix flat{1, 2, 2, 4, 0, 0};
-    EXPECT_EQ(math.InvertMatrix(&flat), kHostBadParameter);
-    EXPECT_EQ(flat.d, 4);
-    host_.Close();
-    int32_t count = -1;
-    EXPECT_EQ(layers.CountLayers(&count), kHostNotFound);
-    ArtHandle made = nullptr;
-    EXPECT_EQ(art.NewArt(kArtPath, kPlaceAboveAll, nullptr, &made), kHostNotFound);
-    const auto& views = Use<AIDocumentViewSuite>("AI Document View Suite", 12);
-    auto view = reinterpret_cast<ViewHandle>(uintptr_t{1});
-    EXPECT_EQ(views.GetCurrentView(&view), kHostNoError);
-    EXPECT_EQ(view, nullptr);
-}
-
 TEST_F(StrictnessTest, PaintThatNamesNothingIsAFaultUnlessItIsNotShown) {
     const auto& styles = Use<AIPathStyleSuite>("AI Path Style Suite", 13);
     const ArtHandle path = NewPath()->handle;
@@ -210,25 +163,6 @@ TEST_F(StrictnessTest, BlocksAreZeroedCountedAndFreedOnce) {
     EXPECT_EQ(host_.BlockCount(), 0u);
 }
 
-TEST_F(StrictnessTest, TheNthCallIsRefusedOnce) {
-    const AIPathSuite& path = PathSuite();
-    const ArtHandle handle = NewPath()->handle;
-    host_.RefuseCall(2);
-    EXPECT_EQ(path.SetPathClosed(handle, 1), kHostNoError);
-    EXPECT_FALSE(host_.refused());
-    EXPECT_EQ(path.SetPathClosed(handle, 0), kHostRefused);
-    EXPECT_TRUE(host_.refused());
-    EXPECT_TRUE(document().Find(handle)->path()->closed) << "a refused call does nothing";
-    EXPECT_EQ(path.SetPathClosed(handle, 0), kHostNoError);
-    host_.RefuseFrom(2);
-    EXPECT_EQ(path.SetPathClosed(handle, 1), kHostNoError);
-    EXPECT_EQ(path.SetPathClosed(handle, 0), kHostRefused);
-    EXPECT_EQ(path.SetPathClosed(handle, 0), kHostRefused);
-    host_.RefuseNone();
-    EXPECT_EQ(path.SetPathClosed(handle, 0), kHostNoError);
-    EXPECT_EQ(host_.callCount(), 7u);
-}
-
 TEST_F(StrictnessTest, AfterARefusalAMissingHandleIsNoFaultAndAStaleOneStillIs) {
     const AIArtSuite& art = ArtSuite();
     const AIUnicodeStringSuite& texts = TextSuite();
@@ -273,58 +207,6 @@ TEST_F(StrictnessTest, SegmentsAreReplacedAndAddedWithoutGaps) {
     HostPathSegment endless = one;
     endless.out.y = INFINITY;
     EXPECT_EQ(suite.SetPathSegments(path->handle, 0, 1, &endless), kHostBadParameter);
-}
-
-TEST_F(StrictnessTest, APatternTakesACopyAndNeverContainsItself) {
-    const auto& suite = Use<AIPatternSuite>("AI Pattern Suite", 10);
-    PatternHandle pattern = nullptr, second = nullptr;
-    ASSERT_EQ(suite.NewPattern(&pattern), kHostNoError);
-    auto art = reinterpret_cast<ArtHandle>(uintptr_t{1});
-    EXPECT_EQ(suite.GetPatternArt(pattern, &art), kHostNoError);
-    EXPECT_EQ(art, nullptr);
-    Art* path = NewPath();
-    EXPECT_EQ(suite.SetPatternArt(pattern, path->handle), kHostNoError);
-    EXPECT_EQ(suite.GetPatternArt(pattern, &art), kHostNoError);
-    EXPECT_EQ(document().Find(art)->kind, kArtGroup);
-    EXPECT_NE(document().Find(art)->firstChild, path);
-    const ArtHandle before = art;
-
-    HostPathStyle& style = path->path()->style;
-    style.fillPaint = 1;
-    style.fill.kind = kColorPattern;
-    style.fill.u.pattern = {};
-    style.fill.u.pattern.pattern = pattern;
-    EXPECT_EQ(suite.SetPatternArt(pattern, path->handle), kHostRefused);
-    ASSERT_EQ(suite.NewPattern(&second), kHostNoError);
-    EXPECT_EQ(suite.SetPatternArt(second, path->handle), kHostNoError);
-    style.fill.u.pattern.pattern = second;
-    EXPECT_EQ(suite.SetPatternArt(pattern, path->handle), kHostRefused) << "through the other pattern";
-    style = DefaultPathStyle();
-    EXPECT_EQ(suite.SetPatternArt(pattern, path->handle), kHostNoError);
-    EXPECT_EQ(document().Find(before), nullptr);
-}
-
-TEST_F(StrictnessTest, TheTraceHasALineForEachCall) {
-    const AIArtSuite& art = ArtSuite();
-    const AIUnicodeStringSuite& texts = TextSuite();
-    std::vector<std::string> lines;
-    host_.SetTrace([&](const std::string& line) { lines.push_back(line); });
-    ArtHandle made = nullptr;
-    EXPECT_EQ(art.NewArt(kArtPath, kPlaceAboveAll, nullptr, &made), kHostNoError);
-    EXPECT_EQ(art.NewArt(kArtPath, kPlaceInsideOnTop, made, &made), kHostBadPlace);
-    TakeFaults();
-    UnicodeStringHandle text = nullptr;
-    EXPECT_EQ(texts.New("ab\n", 3, kEncodingUtf8, &text), kHostNoError);
-    EXPECT_EQ(texts.Dispose(text), kHostNoError);
-    char handle[32];
-    std::snprintf(handle, sizeof handle, "0x%llx",
-                  static_cast<unsigned long long>(reinterpret_cast<uintptr_t>(made)));
-    const std::string h = handle;
-    ASSERT_THAT(lines, SizeIs(4));
-    EXPECT_EQ(lines[0], "1 AI Art Suite NewArt(2, 5, none, -> " + h + ") = done");
-    EXPECT_EQ(lines[1], "2 AI Art Suite NewArt(2, 3, " + h + ", ->) = bad place");
-    EXPECT_THAT(lines[2], HasSubstr("\"ab\\n\") = done"));
-    EXPECT_THAT(lines[3], HasSubstr("4 AI Unicode String Suite Dispose("));
 }
 
 } // namespace

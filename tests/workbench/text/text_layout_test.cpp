@@ -174,28 +174,6 @@ TEST_F(TextLayoutTest, AreasAndChainsHoldEachLetterOnce) {
     }
 }
 
-// Japanese letters stand upright in the middle of the line; Latin ones lie on their side.
-TEST_F(TextLayoutTest, VerticalLettersStandInTheMiddleOfTheirLine) {
-    Art& art = AddFrame(kPointText, kVerticalText, u"\u6F22\u3001\u30FC\u300CA");
-    const FrameLayout layout = LayFrame(document_, art);
-    ASSERT_EQ(layout.letters.size(), 5U);
-    for (size_t i = 0; i < 4; ++i)
-        EXPECT_NEAR(layout.places[i].origin.y, -10.0 * static_cast<double>(i), 1e-6);
-    HostRect bounds{};
-    ASSERT_TRUE(document_.Bounds(art, &bounds));
-    EXPECT_NEAR(bounds.left + bounds.right, 0, 0.2);
-    EXPECT_NEAR(bounds.top, 0, 1e-9);
-    EXPECT_NEAR(bounds.bottom, -45, 1e-6) << "four ems and a half";
-    // A glyph that stands is told from one that lies by its number: fonts have forms for vertical lines.
-    Art& level = AddFrame(kPointText, kHorizontalText, u"\u6F22\u3001\u30FC\u300CA",
-                          [](CharacterAttributes& c, ParagraphAttributes&) { c.font = "IPAGothic-Regular"; });
-    const FrameLayout across = LayFrame(document_, level);
-    EXPECT_EQ(layout.letters[0].glyph, across.letters[0].glyph);
-    for (const size_t i : {1, 2, 3}) EXPECT_NE(layout.letters[i].glyph, across.letters[i].glyph) << i;
-    EXPECT_EQ(layout.letters[4].glyph, across.letters[4].glyph);
-    EXPECT_NEAR(layout.letters[4].toArt.b, -10, 1e-9) << "turned to the right";
-}
-
 // The frame's matrix stretches what was laid out in front of it: the lines break where they did.
 TEST_F(TextLayoutTest, AMatrixStretchesAreasAndPathsWhole) {
     for (const int32_t kind : {kAreaText, kPathText}) {
