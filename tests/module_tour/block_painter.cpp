@@ -9,28 +9,9 @@ namespace {
 using workbench::Art;
 using workbench::Document;
 
-uint8_t Byte(double light) {
-    return static_cast<uint8_t>(std::clamp(light, 0.0, 1.0) * 255 + 0.5);
-}
-
-/// Red, green and blue; of patterns and the like some colour of their own.
-uint32_t LightOf(const HostColor& color) {
-    const auto mix = [](double red, double green, double blue) {
-        return uint32_t{Byte(red)} << 16 | uint32_t{Byte(green)} << 8 | Byte(blue);
-    };
-    const double paper = 1 - color.u.gray.gray;
-    const auto& four = color.u.four;
-    switch (color.kind) {
-        case kColorGray:
-            return mix(paper, paper, paper);
-        case kColorFour:
-            return mix(1 - four.cyan - four.black, 1 - four.magenta - four.black,
-                       1 - four.yellow - four.black);
-        case kColorThree:
-            return mix(color.u.three.red, color.u.three.green, color.u.three.blue);
-        default:
-            return 0x305070u * static_cast<uint32_t>(color.kind) & 0xFFFFFFu;
-    }
+/// Some colour for each kind of paint and of art.
+uint32_t LightOf(int32_t kind) {
+    return 0x305070u * static_cast<uint32_t>(kind + 1) & 0xFFFFFFu;
 }
 
 class Blocks : public workbench::PaintSurface {
@@ -40,9 +21,7 @@ public:
           height_(height),
           bytes_(static_cast<size_t>(width) * static_cast<size_t>(height) * 4) {}
 
-    void Fill(const Document&, const HostColor& color) override {
-        FillBlock(0, 0, width_, height_, LightOf(color));
-    }
+    void Fill(const Document&, const HostColor&) override { FillBlock(0, 0, width_, height_, 0xFFFFFF); }
 
     void Draw(const Document& document, const Art& art, const HostMatrix& artToPixels) override {
         if (art.IsContainer()) {
@@ -59,8 +38,9 @@ public:
             return static_cast<int>(std::floor(artToPixels.b * left + artToPixels.d * top + artToPixels.ty));
         };
         const workbench::PathData* path = art.path();
-        const uint32_t light = path ? LightOf(path->style.fillPaint ? path->style.fill : path->style.stroke)
-                                    : 0x102030u * static_cast<uint32_t>(art.kind) & 0xFFFFFFu;
+        const uint32_t light =
+            path ? LightOf(-(path->style.fillPaint ? path->style.fill : path->style.stroke).kind)
+                 : LightOf(art.kind);
         FillBlock(x(bounds.left, bounds.top), y(bounds.left, bounds.top), x(bounds.right, bounds.bottom) + 1,
                   y(bounds.right, bounds.bottom) + 1, light);
     }

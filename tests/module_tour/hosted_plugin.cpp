@@ -4,10 +4,8 @@
 #include <shlobj.h>
 
 #include <algorithm>
-#include <cstring>
 
 #include "app/sample_document.h"
-#include "plugin/store/record_index.h"
 #include "workbench/frame/frame_looks.h"
 
 namespace fs = std::filesystem;
@@ -64,20 +62,6 @@ void HostedPlugin::ShutDown() {
 
 workbench::PanelFrame& HostedPlugin::frame() {
     return *workspace_->windows().FrameOf(*host_.panels().front());
-}
-
-std::vector<std::string> HostedPlugin::Records() {
-    std::vector<std::string> names;
-    const uint8_t* list = BlockBytes(state().rihList);
-    if (!list) return names;
-    int32_t count = 0;
-    std::memcpy(&count, list, sizeof count);
-    for (int32_t row = 0; row < count; ++row) {
-        RihItem item;
-        std::memcpy(&item, list + sizeof count + static_cast<size_t>(row) * sizeof item, sizeof item);
-        names.emplace_back(item.name);
-    }
-    return names;
 }
 
 bool HostedPlugin::IsModuleInProcess() {

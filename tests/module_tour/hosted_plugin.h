@@ -38,8 +38,6 @@ public:
     workbench::PanelFrame& frame() override;
     Globals& state() override { return *static_cast<Globals*>(plugin_.state()); }
 
-    std::vector<std::string> Records(); ///< their names, by row
-
     static bool IsModuleInProcess();
 
 private:

@@ -126,11 +126,8 @@ public:
     void PlayAction(double x, double y, double width, double height, double angle);
 
     POINT PixelOfArt(HostPoint point) {
-        const workbench::View& view = at().document().view();
-        POINT pixel{static_cast<LONG>(std::lround((point.x - view.bounds.left) * view.zoom)),
-                    static_cast<LONG>(std::lround((view.bounds.top - point.y) * view.zoom))};
-        ClientToScreen(at().workspace().document().canvas().window(), &pixel);
-        return pixel;
+        return PanelHands::PixelOfArt(at().document().view(), at().workspace().document().canvas().window(),
+                                      point);
     }
 
     /// Presses a row, drags it over the page and drops it there when `snapped` is so.

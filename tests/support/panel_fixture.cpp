@@ -75,6 +75,16 @@ void PanelFixture::MakeGroup(const std::string& group, const std::vector<std::st
     globals->curRecordNo = -1;
 }
 
+std::vector<std::string> PanelFixture::NamesIn(const char* group) {
+    std::vector<std::string> names;
+    for (uint32_t number = 0; number < CountRecords(group); ++number) {
+        HandleOwner record(NewRecord());
+        AidbReadRecord(group, static_cast<int32_t>(number), &record.get(), kReadHeader, true);
+        names.emplace_back(reinterpret_cast<const RecordHeader*>(record.bytes())->name);
+    }
+    return names;
+}
+
 uint32_t ColorOfName(const std::string& name) {
     uint32_t color = 0;
     for (const char byte : name) color = color * 131 + static_cast<uint8_t>(byte);

@@ -33,6 +33,7 @@ protected:
     /// A group's file, in folders that are made with it, and records at its end.  Each preview is of one
     /// colour, by the record's name (ColorOfName), and each stamp by the name's first letter (StampOfName).
     void MakeGroup(const std::string& group, const std::vector<std::string>& names = {});
+    std::vector<std::string> NamesIn(const char* group); ///< of its records
     void MakeFolder(const std::string& folder) { MakeFoldersAbove(folder + "\\"); }
 
 private:

@@ -2,20 +2,16 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <cstring>
+
 #include "plugin/panel/list_grid.h"
+#include "plugin/store/record_index.h"
 #include "workbench/frame/popup_menu.h"
 
 namespace {
 
 constexpr unsigned kTicksPass = 450, kClicksPass = 600; // milliseconds
-
-SCROLLINFO StateOfBar(HWND bar) {
-    SCROLLINFO state{};
-    state.cbSize = sizeof state;
-    state.fMask = SIF_ALL;
-    GetScrollInfo(bar, SB_CTL, &state);
-    return state;
-}
 
 } // namespace
 
@@ -161,21 +157,25 @@ std::vector<std::string> PanelHands::Rows(int list) {
     return rows;
 }
 
-std::vector<std::string> PanelHands::Entries(HWND combo) {
-    std::vector<std::string> entries;
-    const LRESULT count = SendMessageA(combo, CB_GETCOUNT, 0, 0);
-    for (LRESULT i = 0; i < count; ++i) {
-        char text[kNameBytes]{};
-        SendMessageA(combo, CB_GETLBTEXT, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(text));
-        entries.emplace_back(text);
+std::vector<std::string> PanelHands::Records() {
+    std::vector<std::string> names;
+    const uint8_t* list = BlockBytes(state().rihList);
+    if (!list) return names;
+    int32_t count = 0;
+    std::memcpy(&count, list, sizeof count);
+    for (int32_t row = 0; row < count; ++row) {
+        RihItem item;
+        std::memcpy(&item, list + sizeof count + static_cast<size_t>(row) * sizeof item, sizeof item);
+        names.emplace_back(item.name);
     }
-    return entries;
+    return names;
 }
 
-std::string PanelHands::TextOf(HWND window) {
-    char text[1024]{};
-    GetWindowTextA(window, text, sizeof text);
-    return text;
+POINT PanelHands::PixelOfArt(const workbench::View& view, HWND canvas, HostPoint point) {
+    POINT pixel{static_cast<LONG>(std::lround((point.x - view.bounds.left) * view.zoom)),
+                static_cast<LONG>(std::lround((view.bounds.top - point.y) * view.zoom))};
+    ClientToScreen(canvas, &pixel);
+    return pixel;
 }
 
 int PanelHands::Selected(int list) {
@@ -184,5 +184,7 @@ int PanelHands::Selected(int list) {
 }
 
 int PanelHands::ScrollPosition(int bar) {
-    return StateOfBar(control(bar)).nPos;
+    SCROLLINFO state{sizeof state, SIF_POS, 0, 0, 0, 0, 0};
+    GetScrollInfo(control(bar), SB_CTL, &state);
+    return state.nPos;
 }

@@ -9,6 +9,7 @@
 
 #include "plugin/frame/globals.h"
 #include "plugin/panel/panel_controls.h"
+#include "tests/support/dialog_answers.h"
 #include "tests/support/hands.h"
 
 class PanelHands {
@@ -52,12 +53,13 @@ public:
     RECT ScreenRect(HWND window);
     POINT Middle(HWND window);
     POINT RowPoint(int list, int row, int x = -1);
+    /// Of a point of the document in front, in the window that shows it.
+    static POINT PixelOfArt(const workbench::View& view, HWND canvas, HostPoint point);
 
     /// What is there now.
     std::vector<std::string> Rows(int list);
-    std::vector<std::string> Entries(HWND combo);
-    std::string TextOf(HWND window);
-    int Selected(int list); ///< -1: none
+    std::vector<std::string> Records(); ///< their names, by row, from the index
+    int Selected(int list);             ///< -1: none
     int ScrollPosition(int bar);
 
 private:

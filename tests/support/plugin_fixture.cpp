@@ -6,14 +6,10 @@
 #include "plugin/host/suite_table.h"
 #include "plugin/store/store_names.h"
 
-std::string PreferencesPath() {
+void ForgetPreferences() {
     char folder[kNameBytes];
     GetHostDataFolder(folder);
-    return std::string(folder) + "\\Prefs\\Velquorne_CC.ini";
-}
-
-void ForgetPreferences() {
-    DeleteFileA(PreferencesPath().c_str());
+    DeleteFileA((std::string(folder) + "\\Prefs\\Velquorne_CC.ini").c_str());
 }
 
 PluginFixture::PluginFixture() : plugin_(host_, PluginMain) {

@@ -16,8 +16,6 @@
 #include "workbench/module/plugin_module.h"
 #include "workbench/suites/host.h"
 
-/// The preferences' file as the plug-in names it, in the user's documents or where they were redirected to.
-std::string PreferencesPath();
 /// Makes the next start-up a first one, also where documents can't be redirected.
 void ForgetPreferences();
 

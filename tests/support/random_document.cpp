@@ -5,8 +5,6 @@
 #include <random>
 #include <string>
 
-#include "tests/support/random_mesh.h"
-#include "tests/support/random_raster.h"
 #include "tests/support/random_text.h"
 
 using workbench::Art;
@@ -204,13 +202,39 @@ private:
         return {name, Often(20) ? "real = %" : "string", " <&\">\n\t\xE7\xB7\x9A " + value};
     }
 
+    void SetPixels(workbench::RasterData& raster) {
+        constexpr int32_t kSpaces[] = {workbench::kSpaceGray,
+                                       workbench::kSpaceThree,
+                                       workbench::kSpaceFour,
+                                       workbench::kSpaceGrayAlpha,
+                                       workbench::kSpaceThreeAlpha,
+                                       workbench::kSpaceFourAlpha,
+                                       5 /* none of this host's */};
+        const auto side = [this] { return Below(20) == 0 ? 0 : 1 + Below(70); };
+        raster.record = workbench::NewRasterRecord(side(), side(), kSpaces[Below(recordable_ ? 7 : 6)]);
+        HostRasterRecord& record = raster.record;
+        if (Below(3) == 0) {
+            const int32_t x = Below(100) - 50, y = Below(100) - 50;
+            record.left += x, record.right += x;
+            record.top += y, record.bottom += y;
+        }
+        record.flags = static_cast<uint32_t>(Below(0x10000));
+        record.originalColorSpace = Below(20);
+        raster.pixels.resize(raster.RowBytes() * static_cast<size_t>(raster.Height()));
+        for (uint8_t& byte : raster.pixels) byte = static_cast<uint8_t>(Below(256));
+        if (Below(4) == 0) raster.pixels.resize(raster.RowBytes() * static_cast<size_t>(raster.Height() / 2));
+        raster.matrix = {0.25 * (1 + Below(9)),  0.25 * (Below(5) - 2), 0.25 * (Below(5) - 2),
+                         -0.25 * (1 + Below(9)), Below(2000) / 7.0,     Below(2000) / 7.0};
+        raster.box = {double(record.left), double(record.top), double(record.right), record.bottom + 0.5};
+    }
+
     /// A record measures a pattern with its images and then leaves them out.
     void AddRaster(Art* parent) {
         if (recordable_ && patterns_ > 0) return;
         Art* art = document_.PrependArt(kArtRaster, parent);
         SetNature(*art);
         art->blend = SomeBlend();
-        MakeRandomRaster(std::get<workbench::RasterData>(art->data), recordable_, random_);
+        SetPixels(std::get<workbench::RasterData>(art->data));
         if (Often(70)) return;
         HostPathStyle style = workbench::DefaultPathStyle();
         style.fillPaint = Below(2);
@@ -223,9 +247,21 @@ private:
         Art* art = document_.PrependArt(kArtMesh, parent);
         SetNature(*art);
         art->blend = SomeBlend();
-        MakeRandomMesh(
-            std::get<workbench::MeshData>(art->data), recordable_, random_, [this] { return Point(); },
-            [this] { return Plain(); });
+        auto& mesh = std::get<workbench::MeshData>(art->data);
+        InitMesh(mesh, Below(2), 1 + Below(3), 1 + Below(3));
+        for (workbench::MeshVertex& vertex : mesh.vertices) vertex.color = Plain();
+        for (size_t i = 0; i < mesh.vertices.size(); ++i) {
+            for (int number = 0;; ++number) {
+                const workbench::MeshDirection direction = NthMeshDirection(mesh, i, number);
+                if (direction == workbench::kMeshDirections) break;
+                mesh.vertices[i].spokes[direction] = {Point(), Below(2) == 1};
+            }
+        }
+        for (auto* edges : {&mesh.edgesI, &mesh.edgesJ}) {
+            for (workbench::MeshEdge& edge : *edges)
+                edge.resize(static_cast<size_t>(recordable_ ? 2 : Below(5)));
+        }
+        ForEachMeshPoint(mesh, [this](HostPoint& each) { each = Point(); });
     }
 
     /// Sometimes two frames that show one story.

@@ -1,7 +1,5 @@
 #include "tests/support/text_art.h"
 
-#include <cstdio>
-
 using workbench::Art;
 using workbench::CharacterAttributes;
 using workbench::Document;
@@ -104,73 +102,4 @@ void SetCharacter(Art& frame, size_t first, size_t end, const CharacterAttribute
 void SetParagraph(Art& frame, size_t first, size_t end, const ParagraphAttributes& attributes) {
     SetStyle(*TextOf(frame).story, first, end,
              {nullptr, std::make_shared<const ParagraphAttributes>(attributes)});
-}
-
-namespace {
-
-std::string Number(double value) {
-    char text[32];
-    std::snprintf(text, sizeof text, " %g", value);
-    return text;
-}
-
-std::string Describe(const HostColor& color) {
-    switch (color.kind) {
-        case kColorGray:
-            return " gray" + Number(color.u.gray.gray);
-        case kColorFour:
-            return " four" + Number(color.u.four.cyan) + Number(color.u.four.magenta) +
-                   Number(color.u.four.yellow) + Number(color.u.four.black);
-        case kColorThree:
-            return " three" + Number(color.u.three.red) + Number(color.u.three.green) +
-                   Number(color.u.three.blue);
-        default:
-            return " kind" + Number(color.kind);
-    }
-}
-
-std::string Describe(const CharacterAttributes& c) {
-    std::string text = " fill" + Number(c.fill) + Number(c.fillOverprint) +
-                       (c.fill ? Describe(c.fillColor) : "") + " stroke" + Number(c.stroke) +
-                       Number(c.strokeOverprint) + (c.stroke ? Describe(c.strokeColor) : "") + " line" +
-                       Number(c.lineCap) + Number(c.lineJoin) + Number(c.lineWidth) + Number(c.miterLimit) +
-                       " dash" + Number(c.dashOffset);
-    for (const double dash : c.dashes) text += Number(dash);
-    return text + " font " + c.font + Number(c.fontSize) + " leading" +
-           (c.autoLeading ? " auto" : Number(c.leading)) + " shift" + Number(c.baselineShift) + " tracking" +
-           Number(c.tracking) + " scale" + Number(c.horizontalScale) + Number(c.verticalScale) + " form" +
-           Number(c.japaneseAlternate);
-}
-
-std::string Describe(const ParagraphAttributes& p) {
-    std::string text = " indent" + Number(p.firstLineIndent) + Number(p.startIndent) + Number(p.endIndent) +
-                       " justification" + Number(p.justification) + " hyphens" + Number(p.autoHyphenation) +
-                       Number(p.hyphenBefore) + Number(p.hyphenAfter) + Number(p.hyphenLimit) + " words";
-    for (const double spacing : p.wordSpacing) text += Number(spacing);
-    text += " letters";
-    for (const double spacing : p.letterSpacing) text += Number(spacing);
-    text += " roman" + Number(p.hangingRoman) + " auto" + Number(p.autoLeading) + " japanese" +
-            Number(p.repeatedCharacters) + Number(p.bunriKinshi) + Number(p.burasagari) + " kinsoku ";
-    for (const char16_t unit : p.kinsoku.value_or(u"none")) text += static_cast<char>(unit);
-    return text;
-}
-
-} // namespace
-
-std::string DescribeStory(const workbench::Story& story) {
-    std::string text, last;
-    for (size_t at = 0; at <= story.text.size(); ++at) {
-        const auto kerning = story.kerning.find(at);
-        if (kerning != story.kerning.end()) text += "[" + std::to_string(kerning->second) + "]";
-        if (at == story.text.size()) break;
-        const workbench::CharacterStyle style = StyleOf(story, at);
-        const std::string words = Describe(*style.character) + Describe(*style.paragraph);
-        if (words != last) text += "<" + words + " >";
-        last = words;
-        char unit[16];
-        std::snprintf(unit, sizeof unit, story.text[at] < 0x7F && story.text[at] >= ' ' ? "%c" : "{%04X}",
-                      static_cast<unsigned>(story.text[at]));
-        text += unit;
-    }
-    return text;
 }

@@ -42,7 +42,3 @@ void SetCharacter(workbench::Art& frame, size_t first, size_t end,
                   const workbench::CharacterAttributes& attributes);
 void SetParagraph(workbench::Art& frame, size_t first, size_t end,
                   const workbench::ParagraphAttributes& attributes);
-
-/// The story in a text that tells all of it but for colours that don't paint: each stretch of units of the
-/// same attributes in words, kerning in place.
-std::string DescribeStory(const workbench::Story& story);

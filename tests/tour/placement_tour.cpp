@@ -59,11 +59,7 @@ Art& PlacementTour::AddSquare(double left, double bottom, double side) {
 }
 
 POINT PlacementTour::PixelOfArt(HostPoint point) {
-    const workbench::View& view = document().view();
-    POINT pixel{static_cast<LONG>(std::lround((point.x - view.bounds.left) * view.zoom)),
-                static_cast<LONG>(std::lround((view.bounds.top - point.y) * view.zoom))};
-    ClientToScreen(page_->canvas().window(), &pixel);
-    return pixel;
+    return PanelHands::PixelOfArt(document().view(), page_->canvas().window(), point);
 }
 
 PanelHands& PlacementTour::DragRowTo(int row, HostPoint point) {
@@ -87,9 +83,7 @@ void PlacementTour::Drop() {
 }
 
 size_t PlacementTour::ArtOnPage() {
-    size_t count = 0;
-    for (const Art* art = document().LayerAt(0).root->firstChild; art; art = art->below) ++count;
-    return count;
+    return document().LayerAt(0).root->childCount;
 }
 
 HostRect PlacementTour::BoundsOfTop() {

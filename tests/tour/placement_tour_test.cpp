@@ -10,12 +10,9 @@ TEST_P(PlacementTour, RegisterDragAndSnap) {
     // Nothing selected: a beep and no dialog.
     ClickControl(kNewButton).Play();
     EXPECT_EQ(CountRecords("UNTITLED"), 0u);
-    EXPECT_EQ(globals->commandPending, 0);
     AddSquare(100, 100, 40);
     RegisterPageAs("square");
     EXPECT_EQ(Records(), (std::vector<std::string>{"square"}));
-    EXPECT_EQ(Selected(kRecordList), 0);
-    EXPECT_EQ(ArtOnPage(), 0u);
 
     // Without snaps the left top corner (origin 0) lands under the pointer.
     SnapToNothing();
@@ -25,9 +22,6 @@ TEST_P(PlacementTour, RegisterDragAndSnap) {
     const double pixel = 1 / document().view().zoom;
     const HostRect first = BoundsOfTop();
     ExpectRect(first, 200, 300, 240, 260, pixel);
-    EXPECT_EQ(globals->trackState, 0);
-    EXPECT_EQ(globals->commandPending, 0);
-    EXPECT_EQ(document().undoText, Utf8(Either("Undo Placement", "配置の取り消し")));
 
     // A pixel beside a corner of what stands there: the anchor pulls, and the cursor says so.
     globals->flUseFcur = 1;

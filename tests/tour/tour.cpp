@@ -1,6 +1,5 @@
 #include "tests/tour/tour.h"
 
-#include "plugin/store/record_index.h"
 #include "workbench/suites/text_encoding.h"
 
 namespace fs = std::filesystem;
@@ -14,13 +13,6 @@ void Tour::SetUp() {
     hand_ = std::make_unique<Hands>(desktop(), windows());
     globals->language = GetParam();
     ReleaseSuites(); // the panel's callbacks hold them by themselves
-}
-
-std::vector<std::string> Tour::Records() {
-    std::vector<std::string> names;
-    for (int32_t row = 0; row < RihCount(globals->rihList); ++row)
-        names.emplace_back(RihItemOfRow(globals->rihList, row)->name);
-    return names;
 }
 
 std::set<std::string> Tour::FilesOnDisk() {

@@ -36,8 +36,6 @@ public:
         return japanese() ? japaneseText : english;
     }
 
-    std::vector<std::string> Records(); ///< their names, by row, from the index
-
     std::set<std::string> FilesOnDisk(); ///< below the root, without the lock's file
 
 private:

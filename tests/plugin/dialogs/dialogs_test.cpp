@@ -21,16 +21,9 @@ protected:
     void SetUp() override {
         PanelFixture::SetUp();
         globals->language = 1;
-        MakeFolder("\\P");
+        for (const char* folder : {"\\P", "\\F\\A.DAT", "\\.git"})
+            MakeFolder(folder); // the last two are hidden
         for (const char* group : {"G", "\\F\\A", "\\F\\B", "\\F\\S\\T"}) MakeGroup(group);
-    }
-    static void MakeCurrent(const char* name) {
-        SelectGroup("");
-        SelectGroup(name);
-        SplitGroupName(name, globals->selFolder, globals->selSubFolder, globals->selGroup);
-    }
-    static std::string Selected() {
-        return std::string(globals->selFolder) + "|" + globals->selSubFolder + "|" + globals->selGroup;
     }
     static RecordHeader& Header() { return *reinterpret_cast<RecordHeader*>(BlockBytes(globals->curRecord)); }
 
@@ -161,59 +154,11 @@ TEST_F(DialogsTest, EntryListsFollowEachOther) {
     EXPECT_EQ(std::strlen(Header().name), 61u);
 }
 
-TEST_F(DialogsTest, FolderDialogs) {
-    const auto answer = [&](const char* shown, const char* parent, const std::string& name) {
-        answers_.Next([=](HWND dialog) {
-            EXPECT_EQ(TextOf(dialog, 8) + "|" + TextOf(dialog, 5), shown);
-            EXPECT_EQ(GetFocus(), GetDlgItem(dialog, 5));
-            Choose(dialog, 8, parent);
-            Type(dialog, 5, name);
-            Press(dialog, 1);
-        });
-    };
-    MakeCurrent("\\F\\S\\A Folder is Selected");
-    answer("F|S", "P", "New");
-    EXPECT_TRUE(RunFolderSetting());
-    EXPECT_EQ(Selected(), "P|New|A Folder is Selected");
-    MakeCurrent("\\F\\A");
-    answer("None|F", "None", "New");
-    EXPECT_TRUE(RunFolderSetting());
-    EXPECT_EQ(Selected(), "New||A");
-    answer("F|", "None", "表" + std::string(90, 'y'));
-    EXPECT_TRUE(RunNewFolder());
-    EXPECT_EQ(Selected(), "表" + std::string(76, 'y') + "||A");
-    answer("F|", "P", "");
-    EXPECT_TRUE(RunNewFolder());
-    EXPECT_EQ(Selected(), "P||A");
-}
-
-TEST_F(DialogsTest, GroupDialogs) {
-    MakeCurrent("\\F\\S\\T");
-    answers_.Next([](HWND dialog) {
-        EXPECT_EQ(TextOf(dialog, 8) + TextOf(dialog, 10) + TextOf(dialog, 5), "FST");
-        Choose(dialog, 10, "None");
-        Type(dialog, 5, "New");
-        Press(dialog, 1);
-    });
-    EXPECT_TRUE(RunGroupSetting());
-    EXPECT_EQ(Selected(), "F||New");
-    MakeCurrent("\\F\\S\\T");
-    answers_.Next([](HWND dialog) {
-        EXPECT_EQ(TextOf(dialog, 5), "");
-        Choose(dialog, 8, "None");
-        EXPECT_EQ(EntriesOf(dialog, 10), Names{"None"});
-        Type(dialog, 5, "New");
-        Press(dialog, 1);
-    });
-    EXPECT_TRUE(RunNewGroup());
-    EXPECT_STREQ(globals->aidbfname, "New");
-}
-
 TEST_F(DialogsTest, SearchSettings) {
     globals->flCnvFnMode = 2;
     std::strcpy(globals->flCnvFnStr, "表");
     globals->flCnvWord = 1;
-    MakeCurrent("G");
+    SelectGroup("G");
     answers_.Next([](HWND dialog) {
         EXPECT_EQ(EntriesOf(dialog, 4), (Names{"Name", "Kind", "Comments"}));
         EXPECT_EQ(TextOf(dialog, 4) + TextOf(dialog, 5), "Comments表");

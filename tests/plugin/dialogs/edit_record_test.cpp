@@ -39,12 +39,6 @@ protected:
         std::memcpy(&header, record.bytes(), sizeof header);
         return header;
     }
-    Names NamesIn(const char* group) {
-        Names names;
-        for (uint32_t number = 0; number < CountRecords(group); ++number)
-            names.emplace_back(HeaderOf(group, static_cast<int32_t>(number)).name);
-        return names;
-    }
     int32_t Row() { return GetSelectedRow(control(kRecordList)); }
 
     DialogAnswers answers_;

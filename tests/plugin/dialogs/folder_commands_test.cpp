@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstring>
 #include <set>
+#include <utility>
 
 #include "plugin/panel/list_table.h"
 #include "plugin/panel/panel_controls.h"
@@ -56,7 +57,11 @@ protected:
     }
 
     void Answer(const char* folder, const char* subFolder, const std::string& name, int button = 1) {
-        answers_.Next([=](HWND dialog) {
+        answers_.Next([=, shown = std::exchange(shown_, "")](HWND dialog) {
+            if (!shown.empty()) {
+                EXPECT_EQ(TextOf(dialog, 8) + "|" + TextOf(dialog, 5), shown);
+            }
+            EXPECT_EQ(GetFocus(), GetDlgItem(dialog, 5));
             Choose(dialog, 8, folder);
             if (subFolder != nullptr) Choose(dialog, 10, subFolder);
             Type(dialog, 5, name);
@@ -67,6 +72,7 @@ protected:
 
     DialogAnswers answers_;
     Paths before_;
+    std::string shown_; ///< by the next dialog: the parent and the name, if that is to be seen
 };
 
 } // namespace
@@ -76,9 +82,9 @@ TEST_F(FolderCommandsTest, FoldersAreAdded) {
     before_ = Tree();
     Answer("None", nullptr, "N");
     EXPECT_EQ(AddFolder(panel(), globals->aidbfname), 0);
-    Answer("F", nullptr, "N");
+    Answer("F", nullptr, "N" + std::string(90, 'n'));
     EXPECT_EQ(AddFolder(panel(), globals->aidbfname), 0);
-    EXPECT_EQ(Tree(), TreeWith({}, {"N", "F/N"}));
+    EXPECT_EQ(Tree(), TreeWith({}, {"N", "F/N" + std::string(77, 'n')})); // as long as names may be
     EXPECT_EQ(globals->hasFolders, kNotKnown);
     EXPECT_TRUE(host().alerts().empty());
     before_ = Tree();
@@ -114,6 +120,7 @@ TEST_F(FolderCommandsTest, GroupsAreAdded) {
     MakeCurrent("\\F\\A");
     fs::create_directory(rootOnDisk() / "F" / "D.DAT");
     before_ = Tree();
+    shown_ = "F|";
     Answer("F", "S", "New");
     EXPECT_EQ(AddGroup(panel(), globals->aidbfname), 0);
     EXPECT_STREQ(globals->aidbfname, "\\F\\S\\New");
@@ -177,6 +184,7 @@ TEST_F(FolderCommandsTest, WhatMovesIsFollowed) {
     globals->flCnvFnStr[0] = '\0';
     ASSERT_EQ(RunSearch(), 0);
     std::strcpy(globals->aidbfname, "\\F\\A");
+    shown_ = "F|A";
     Answer("F", "S", "a");
     EXPECT_EQ(MoveOrRename(panel(), globals->aidbfname), 0) << LastAlert();
     EXPECT_EQ(Tree(),
@@ -187,6 +195,7 @@ TEST_F(FolderCommandsTest, WhatMovesIsFollowed) {
 
     MakeCurrent("\\F\\A Folder is Selected");
     if (IsExpanded("\\F\\$$$\\$$$.$$$") == 0) ToggleExpanded("\\F\\$$$\\$$$.$$$");
+    shown_ = "None|F";
     Answer("None", nullptr, "Q");
     EXPECT_EQ(MoveOrRename(panel(), globals->aidbfname), 0);
     EXPECT_STREQ(globals->aidbfname, "\\Q\\A Folder is Selected");

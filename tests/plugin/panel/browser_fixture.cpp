@@ -23,17 +23,6 @@ Names BrowserFixture::FolderRows() {
     return rows;
 }
 
-Names BrowserFixture::ComboEntries() {
-    Names entries;
-    const LRESULT count = SendMessageA(control(4), CB_GETCOUNT, 0, 0);
-    for (LRESULT i = 0; i < count; ++i) {
-        char text[kNameBytes] = "";
-        SendMessageA(control(4), CB_GETLBTEXT, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(text));
-        entries.push_back(text);
-    }
-    return entries;
-}
-
 std::string BrowserFixture::SelectedFolderRow() {
     char text[kNameBytes];
     GetListRowText(folderList(), GetSelectedRow(folderList()), text, sizeof text);

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/dialog_answers.h"
 #include "tests/support/panel_fixture.h"
 
 /// Texts of groups and folders; they compare as bytes.
@@ -19,7 +20,7 @@ protected:
     HWND recordList() { return control(1001); }
     HWND folderList() { return control(1003); }
     Names FolderRows();
-    Names ComboEntries();
+    Names ComboEntries() { return EntriesOf(panel(), 4); }
     std::string SelectedFolderRow();
     int32_t selectedRecord();
     SCROLLINFO Bar(int id);

@@ -4,13 +4,8 @@
 
 #include <cmath>
 #include <limits>
-#include <ostream>
 
-#include "plugin/panel/list_presses.h"
-#include "plugin/panel/origin_cells.h"
 #include "plugin/panel/panel_controls.h"
-#include "plugin/panel/panel_window.h"
-#include "plugin/panel/splitter.h"
 #include "tests/plugin/panel/rectangles.h"
 
 namespace {
@@ -59,59 +54,6 @@ TEST(PanelLayout, SplitTakesAnyShare) {
     EXPECT_EQ(PlanPanel(410, 300, std::numeric_limits<float>::infinity()).split, 1000000);
     EXPECT_EQ(PlanPanel(410, 300, std::nanf("")).split, 5);
     EXPECT_EQ(PlanPanel(8, 300, 0.5f).split, 4);
-}
-
-TEST(PanelLayout, ShareIsLimited) {
-    const float infinity = std::numeric_limits<float>::infinity();
-    EXPECT_EQ(LimitBrowseWidth(0.5f), 0.5f);
-    EXPECT_EQ(LimitBrowseWidth(-3), 0.1f);
-    EXPECT_EQ(LimitBrowseWidth(infinity), 0.8f);
-    EXPECT_EQ(LimitBrowseWidth(-infinity), 0.1f);
-    EXPECT_EQ(LimitBrowseWidth(std::nanf("")), 0.3f);
-}
-
-TEST(PanelLayout, ScrollCodes) {
-    const ScrollRange range{0, 90};
-    const int expected[] = {39, 41, 35, 45, 77, 40, 0, 90, 40};
-    for (WORD code = 0; code < 9; ++code) {
-        EXPECT_EQ(ScrollTarget(40, range, code, 77), expected[code]) << code;
-    }
-}
-
-// Cells run down the columns, 6 pixels each and 8 apart; their far edges count, so the gaps are one pixel.
-TEST(PanelLayout, OriginCells) {
-    const RECT control = {0, 0, 23, 23};
-    EXPECT_EQ(OriginCell(control, 5), (RECT{8, 16, 14, 22}));
-    EXPECT_EQ(OriginCellAt(control, {0, 0}), 0);
-    EXPECT_EQ(OriginCellAt(control, {6, 14}), 1);
-    EXPECT_EQ(OriginCellAt(control, {7, 3}), -1);
-    EXPECT_EQ(OriginCellAt(control, {22, 22}), 8);
-    EXPECT_EQ(OriginCellAt(control, {16, 0}), 6);
-    EXPECT_EQ(OriginCellAt(control, {23, 0}), -1);
-}
-
-TEST(PanelLayout, SplitterZone) {
-    const RECT span = {5, 5, 125, 218};
-    EXPECT_TRUE(IsOnSplitter(span, {120, 5}));
-    EXPECT_TRUE(IsOnSplitter(span, {125, 218}));
-    EXPECT_FALSE(IsOnSplitter(span, {119, 100}));
-    EXPECT_FALSE(IsOnSplitter(span, {126, 100}));
-    EXPECT_FALSE(IsOnSplitter(span, {122, 4}));
-}
-
-// 20 pixels wide at the row's indent, without its ends, at any height.
-TEST(PanelLayout, ArrowBox) {
-    const RECT row = {0, 48, 95, 72};
-    for (const auto& [text, left] : {std::pair{"\\F\\$$$\\$$$.$$$", 0},
-                                     {"\\F\\S\\$$$.$$$", 20},
-                                     {"\\F\\S\\G", 40},
-                                     {"\\F\\G", 0},
-                                     {"G", 0}}) {
-        EXPECT_FALSE(IsOnArrow(row, text, left)) << text;
-        EXPECT_TRUE(IsOnArrow(row, text, left + 1)) << text;
-        EXPECT_TRUE(IsOnArrow(row, text, left + 19)) << text;
-        EXPECT_FALSE(IsOnArrow(row, text, left + 20)) << text;
-    }
 }
 
 } // namespace

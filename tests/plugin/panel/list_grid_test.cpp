@@ -37,24 +37,6 @@ TEST(ListGrid, CellsStandInLines) {
     EXPECT_FALSE(MakeListGrid({0, 0, 95, 200}, -7, true, 0).icons);
 }
 
-TEST(ListGrid, LastLineCanComeToTheTop) {
-    const ListGrid cells = MakeListGrid({0, 0, 100, 200}, 1, true, 0);
-    const ListGrid column = MakeListGrid({0, 0, 10, 200}, 1, true, 0);
-    const ListGrid list = MakeListGrid({0, 0, 100, 200}, 3, true, 0);
-    for (const auto& [grid, rows, last] : {std::tuple{cells, 0, 0},
-                                           {cells, 1, 0},
-                                           {cells, 3, 0},
-                                           {cells, 4, 1},
-                                           {cells, 10, 3},
-                                           {column, 0, 0},
-                                           {column, 4, 3},
-                                           {list, 0, 0},
-                                           {list, 1, 0},
-                                           {list, 10000, 9999}}) {
-        EXPECT_EQ(LastScrollLine(grid, rows), last) << grid.icons << " " << rows;
-    }
-}
-
 TEST(ListGrid, HitsAndSightAgreeWithEveryRowOneByOne) {
     std::mt19937 random(6);
     const auto up = [&random](int most) { return static_cast<int>(random() % static_cast<unsigned>(most)); };

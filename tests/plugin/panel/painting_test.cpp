@@ -71,6 +71,13 @@ TEST_F(PaintingTest, ListRows) {
         }
         EXPECT_EQ(canvas.All({0, 73, 600, 200}), 0xEEEEEEu);
     }
+    const SCROLLINFO place{sizeof place, SIF_POS, 0, 0, 0, 2, 0};
+    SetScrollInfo(control(1002), SB_CTL, &place, FALSE);
+    Canvas scrolled(620, 100);
+    PaintRecordRow(scrolled.context(), recordList(), 1, false);
+    EXPECT_EQ(scrolled.All({0, 0, 620, 100}), Canvas::kUntouched) << "out of sight";
+    PaintRecordList(scrolled.context(), recordList());
+    EXPECT_EQ(scrolled.All({3, 3, 22, 22}), ColorOfName("dome"));
 }
 
 // A white picture leaves its box white, and a record that can't be read has none.
@@ -81,21 +88,6 @@ TEST_F(PaintingTest, WhatIsMissingStaysWhite) {
     Canvas canvas(300, 100);
     PaintRecordList(canvas.context(), recordList());
     for (const int x : {0, 66, 99}) EXPECT_EQ(canvas.All({x + 1, 1, x + 33, 33}), 0xFFFFFFu) << x;
-}
-
-TEST_F(PaintingTest, ScrolledListBeginsWithALaterRow) {
-    ShowRecords(3, 0);
-    SCROLLINFO state{};
-    state.cbSize = sizeof state;
-    state.fMask = SIF_POS;
-    state.nPos = 2;
-    SetScrollInfo(control(1002), SB_CTL, &state, FALSE);
-    Canvas canvas(300, 100);
-    PaintRecordList(canvas.context(), recordList());
-    EXPECT_EQ(canvas.All({3, 3, 22, 22}), ColorOfName("dome"));
-    Canvas row(300, 100);
-    PaintRecordRow(row.context(), recordList(), 1, false);
-    EXPECT_EQ(row.All({0, 0, 300, 100}), Canvas::kUntouched) << "out of sight";
 }
 
 TEST_F(PaintingTest, FolderRows) {
@@ -156,24 +148,6 @@ TEST_F(PaintingTest, OriginControl) {
         }
         EXPECT_EQ(canvas.All({6, 0, 8, 23}), 0xF0F0F0u);
     }
-}
-
-// A button without an icon is blank; a pressed one is inverted.
-TEST_F(PaintingTest, IconButtonInvertsWhilePressed) {
-    Browse("UNTITLED");
-    for (HICON& icon : globals->panelIcons) icon = nullptr;
-    Canvas canvas(24, 32);
-    DRAWITEMSTRUCT item{};
-    item.CtlID = 1;
-    item.hwndItem = control(1);
-    item.hDC = canvas.context();
-    item.rcItem = {0, 0, 24, 16};
-    PaintIconButton(item);
-    EXPECT_EQ(canvas.All({0, 0, 24, 16}), 0xF0F0F0u);
-    item.itemState = ODS_SELECTED;
-    PaintIconButton(item);
-    EXPECT_EQ(canvas.All({0, 0, 24, 16}), 0x0F0F0Fu);
-    EXPECT_EQ(canvas.All({0, 16, 24, 32}), Canvas::kUntouched);
 }
 
 } // namespace
