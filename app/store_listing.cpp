@@ -10,6 +10,7 @@
 #include "plugin/frame/globals.h"
 #include "plugin/store/intent_note.h"
 #include "plugin/store/store_names.h"
+#include "win32/copy_file.h"
 #include "win32/path_names.h"
 
 namespace {
@@ -27,6 +28,7 @@ public:
 
     StoreListing Run() {
         WalkFolder(root_, {}, false);
+        TellAbandonedCopies();
         return std::move(listing_);
     }
 
@@ -56,6 +58,7 @@ private:
     bool TakeWorkFile(const fs::path& path, const std::string& name, bool inRoot);
     void TakeGroup(const fs::path& path, Parts parts);
     void TakePool(const fs::path& folder);
+    void TellAbandonedCopies();
 
     static std::string GroupName(const Parts& parts) {
         if (parts.size() == 1) return parts[0];
@@ -67,6 +70,21 @@ private:
     fs::path root_;
     StoreListing listing_;
 };
+
+// They may lie in any folder; those of repairs keep what they keep.
+void Lister::TellAbandonedCopies() {
+    std::error_code trouble;
+    for (fs::recursive_directory_iterator entry(root_, trouble);
+         !trouble && entry != fs::recursive_directory_iterator(); entry.increment(trouble)) {
+        std::error_code ignored;
+        if (entry->is_directory(ignored)) {
+            if (entry->path().filename().string().starts_with('.')) entry.disable_recursion_pending();
+        } else if (IsAbandonedCopy(entry->path().string())) {
+            Tell(Severity::kInfo, entry->path(), "what an interrupted copy has left").remedy =
+                Remedy::kPutAside;
+        }
+    }
+}
 
 bool EndsWith(const std::string& name, const char* suffix) {
     return std::string_view(name).ends_with(suffix) && name.size() > std::string_view(suffix).size();

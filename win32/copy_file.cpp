@@ -104,6 +104,13 @@ int CopyToDiskPath(int from, const std::string& diskPath, bool replaces) try {
     return -1;
 }
 
+bool IsAbandonedCopy(const std::string& diskPath) {
+    const size_t slash = diskPath.rfind('/');
+    const size_t name = slash == std::string::npos ? 0 : slash + 1;
+    return std::string_view(diskPath).substr(name).starts_with(kWorkPrefix) &&
+           RemovalLock(diskPath.c_str()).granted();
+}
+
 bool RemoveAbandonedCopies(const std::string& folder) try {
     const std::unique_ptr<DIR, int (*)(DIR*)> directory(systemCalls->openDirectory(folder.c_str()),
                                                         systemCalls->closeDirectory);

@@ -101,10 +101,11 @@ const Planted kPlants[] = {
          PutBytes(root / "VLQ.TMP", "half");
          PutBytes(root / "F/VLQ.NEW", "");
          PutBytes(root / "G.DAT/removed-3-1/c.png", "c");
+         PutBytes(root / "G.DAT/0/.⏳77-1", "ha");
      },
-     {"info \\F\\VLQ.NEW", "info \\G.DAT\\removed-3-1", "info \\VLQ.TMP"},
+     {"info \\F\\VLQ.NEW", "info \\G.DAT\\0\\.⏳77-1", "info \\G.DAT\\removed-3-1", "info \\VLQ.TMP"},
      {},
-     {"VLQ.TMP", "F/VLQ.NEW", "G.DAT/removed-3-1/c.png"}},
+     {"VLQ.TMP", "F/VLQ.NEW", "G.DAT/removed-3-1/c.png", "G.DAT/0/.⏳77-1"}},
     {"a damaged note with one picture that it can have meant",
      [](const fs::path& root) { PutBytes(root / "G.DAT/0/a.lnk", "orgn_fname = \"a.p"); },
      {"error \\G.DAT\\0\\a.lnk", "warning \\_%%image\\a_1.png"},
