@@ -92,15 +92,6 @@ protected:
     std::mt19937 random_{20040101};
 };
 
-TEST_F(GeometryTest, ToleranceIsTwoPixels) {
-    for (const auto& [zoom, tolerance] : {std::pair{1.0, 2.0}, {4.0, 0.5}, {0.0, 0.0}, {-3.0, 6.0}}) {
-        SetZoom(zoom);
-        EXPECT_EQ(PullTolerance(), tolerance) << zoom;
-    }
-    host().Close();
-    EXPECT_EQ(PullTolerance(), 0.0);
-}
-
 TEST_F(GeometryTest, RoundsHalvesAwayFromZero) {
     const std::pair<double, int32_t> cases[] = {
         {0.49, 0},         {0.5, 1},           {1.5, 2},
@@ -357,12 +348,6 @@ TEST_F(GeometryTest, NearSegmentTellsStraightFromCurved) {
     EXPECT_FALSE(NearSegment(point, piece.first, piece.second, PullTolerance(), 0));
     EXPECT_TRUE(NearSegment(point, piece.first, piece.second, PullTolerance(), 1));
     EXPECT_EQ(point.y, 0);
-    // The tolerance follows the zoom.
-    SetZoom(4);
-    point = {50, 1};
-    EXPECT_FALSE(NearSegment(point, piece.first, piece.second, PullTolerance(), 1));
-    point = {50, 0.4};
-    EXPECT_TRUE(NearSegment(point, piece.first, piece.second, PullTolerance(), 1));
 }
 
 } // namespace

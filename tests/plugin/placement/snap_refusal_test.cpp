@@ -88,23 +88,6 @@ protected:
 
 constexpr HostPoint kBesideCrossing{20.5, 10.5};
 
-// Whatever is refused, the search ends or goes on with less, and the next one is as good as ever.
-TEST_F(SnapRefusalTest, EveryCallOfAWalkMayBeRefused) {
-    for (const Search search : kSearches) {
-        const Snapped good = Run(search, kBesideCrossing);
-        const uint64_t calls = CallsOf(search, kBesideCrossing);
-        ASSERT_GT(calls, 5u);
-        for (uint64_t n = 1; n <= calls; ++n) {
-            host().RefuseCall(n);
-            const Snapped result = Run(search, kBesideCrossing);
-            host().RefuseNone();
-            EXPECT_TRUE(result.kind == kSnapNone || result.kind == good.kind) << n;
-            EXPECT_TRUE(Run(search, kBesideCrossing) == good) << n;
-        }
-    }
-    EXPECT_EQ(Run(SnapToIntersection, kBesideCrossing).kind, kSnapIntersection);
-}
-
 // An index that can't read the document, at the start or on the way, gives way to the walk at once.
 TEST_F(SnapRefusalTest, WithoutAnIndexTheWalkGivesTheSame) {
     for (const Search search : kSearches) {

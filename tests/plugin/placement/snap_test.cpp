@@ -114,28 +114,6 @@ TEST_F(SnapTest, LinesThatMeetBeyondAllNumbersDontCross) {
     EXPECT_EQ(Try(SnapToIntersection, {0.5, 0}).kind, kSnapNone);
 }
 
-TEST_F(SnapTest, CornersAreNoIntersectionsAndGapsNoPieces) {
-    PathData& path = AddPath(document().LayerAt(0).root, {Corner(0, 0), Corner(50, 0), Corner(50, 40)});
-    const Result corner = Try(SnapToIntersection, {49, 1});
-    EXPECT_EQ(corner.kind, kSnapNone);
-    EXPECT_EQ(corner.point.x, 50); // on the anchor, from where the path search finds the first piece
-    EXPECT_EQ(Try(SnapToPath, corner.point).kind, kSnapPath);
-    ExpectMiss(SnapToPath, {25, 20});
-    path.closed = true; // the closing piece has a slope above 0.5, so x moves
-    ExpectSnap(SnapToPath, {26, 20}, kSnapPath, {25, 20});
-    // Away from the corner the closing piece and the first one cross, being no successive numbers.
-    EXPECT_EQ(Try(SnapToIntersection, {1, 1}).kind, kSnapIntersection);
-}
-
-TEST_F(SnapTest, OnlyTheFirstTwoPiecesCount) {
-    AddLine({0, 10}, {40, 10});
-    AddLine({0, 10.5}, {40, 10.5}); // parallel to the first
-    AddLine({20, 0}, {20, 40});
-    const Result result = Try(SnapToIntersection, {20, 10});
-    EXPECT_EQ(result.kind, kSnapNone);
-    EXPECT_EQ(result.point.y, 10.5);
-}
-
 TEST_F(SnapTest, GridRoundsHalvesAwayFromZero) {
     constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
     struct Case {
