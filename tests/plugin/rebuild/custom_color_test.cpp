@@ -99,11 +99,8 @@ TEST_F(CustomColorTest, NotesWithoutARuleAreIgnored) {
         LoadCustomColor(note);
     EXPECT_EQ(globals->customCount, 0);
     EXPECT_THAT(Swatches(), IsEmpty());
-}
-
-TEST_F(CustomColorTest, NothingBehindNumber255IsTaken) {
     LoadCustomColor("255 = \"Last\", 4, 0, 1, 1, 1, 1");
-    LoadCustomColor("254 = \"Next\", 4, 0, 1, 1, 1, 1");
+    LoadCustomColor("254 = \"Next\", 4, 0, 1, 1, 1, 1"); // behind the last
     EXPECT_EQ(NameOfRow(255), "Last");
     EXPECT_EQ(NameOfRow(254), "");
 }

@@ -1,8 +1,7 @@
-// The search for a stored font against a second simple way, and the rules one by one.
+// The search for a stored font against a second simple way.
 #include "plugin/rebuild/font_match.h"
 
 #include <cstring>
-#include <map>
 #include <random>
 #include <set>
 
@@ -81,26 +80,14 @@ private:
 
 class FontMatchTest : public LoadFixture {};
 
-TEST_F(FontMatchTest, FacesAreToldByTheFirstWordThatStandsAnywhere) {
-    for (const auto& [name, face] : std::map<std::string, int>{{"MSGothic", 1},
-                                                               {"HeiseiMin-W3", 2},
-                                                               {"MinchoGothic", 1},
-                                                               {"Logo", 1},
-                                                               {"LogoMincho", 2},
-                                                               {"Mistral", 2},
-                                                               {"gOTHIC", 0},
-                                                               {"", 0}})
-        EXPECT_EQ(static_cast<int>(FaceOfFont(name.c_str())), face) << name;
-}
-
 // Names as foundries give them, with families that begin alike, styles that begin alike, and few classes, so
 // that each rule decides often and ties abound.
 TEST_F(FontMatchTest, FindsWhatASecondWayFinds) {
     std::mt19937 random(12345);
     const auto pick = [&](const auto& list) { return std::string(list[random() % std::size(list)]); };
     const char* makers[] = {"", "", "Ko", "Kozu", "FOT", "DF", "A", "Hei", "Heisei", "Noto", "NotoSans"};
-    const char* families[] = {"Gothic", "Mincho", "KakuGo", "Min",   "Sans", "SansJP",
-                              "Ryumin", "Go",     "Logo",   "Serif", "Mi",   "Maru"};
+    const char* families[] = {"Gothic", "Mincho", "KakuGo", "Min",  "Sans",   "SansJP", "Ryumin", "Go",
+                              "Logo",   "Serif",  "Mi",     "Maru", "GOTHIC", "mincho", "MINCHO", "Mistral"};
     const char* styles[] = {"",    "",       "-B",     "-Bold", "-BoldItalic", "-Bold-H", "-Bold-V",
                             "-W3", "-W3-KL", "-Light", "-KL",   "-",           "--"};
     int32_t notFound = 0;

@@ -6,7 +6,6 @@
 #include "plugin/store/record_layout.h"
 #include "tests/plugin/rebuild/load_fixture.h"
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 namespace {
@@ -15,32 +14,25 @@ using LoadArtTest = LoadFixture;
 
 // ---- Where the art lands ----
 
-struct OriginCase {
-    int16_t mode;
-    double dx, dy; ///< from placePoint to the art's lower left corner, for art of 100 by 50
-};
-
-class OriginModeTest : public LoadFixture, public testing::WithParamInterface<OriginCase> {};
-
-TEST_P(OriginModeTest, PutsThatPointOfTheArtOnThePlacePoint) {
+// Modes count down the columns; those that don't exist are the first.
+TEST_F(LoadArtTest, TheModesPointOfTheArtComesToThePlacePoint) {
     Path(1);
-    globals->originMode = GetParam().mode;
+    Store();
     globals->placePoint = {1000, 2000};
-    EXPECT_EQ(Load(), kHostNoError);
-    ASSERT_EQ(Page(), "p1");
-    const auto& segment = First().path()->segments.at(1);
-    EXPECT_DOUBLE_EQ(segment.anchor.x, 1000 + GetParam().dx + 10);
-    EXPECT_DOUBLE_EQ(segment.anchor.y, 2000 + GetParam().dy);
-    EXPECT_DOUBLE_EQ(segment.in.x, segment.anchor.x);
-    EXPECT_DOUBLE_EQ(segment.out.y, segment.anchor.y);
+    for (int16_t mode = -1; mode <= 9; ++mode) {
+        SCOPED_TRACE(mode);
+        OpenEmptyDocument();
+        globals->originMode = mode;
+        EXPECT_EQ(Load(), kHostNoError);
+        ASSERT_EQ(Page(), "p1");
+        const int cell = mode < 0 || mode > 8 ? 0 : mode;
+        const auto& segment = First().path()->segments.at(1);
+        EXPECT_DOUBLE_EQ(segment.anchor.x, 1000 - cell / 3 * 50 + 10);
+        EXPECT_DOUBLE_EQ(segment.anchor.y, 2000 - (2 - cell % 3) * 25);
+        EXPECT_DOUBLE_EQ(segment.in.x, segment.anchor.x);
+        EXPECT_DOUBLE_EQ(segment.out.y, segment.anchor.y);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(AllModes, OriginModeTest,
-                         testing::Values(OriginCase{0, 0, -50}, OriginCase{1, 0, -25}, OriginCase{2, 0, 0},
-                                         OriginCase{3, -50, -50}, OriginCase{4, -50, -25},
-                                         OriginCase{5, -50, 0}, OriginCase{6, -100, -50},
-                                         OriginCase{7, -100, -25}, OriginCase{8, -100, 0},
-                                         OriginCase{9, 0, -50}, OriginCase{-1, 0, -50}));
 
 // ---- The walk ----
 
@@ -146,24 +138,14 @@ TEST_F(LoadArtTest, ThePathsHeaderSaysHowItBlends) {
     EXPECT_EQ(First().blend, (workbench::Blend{workbench::kBlendMultiply, 0.25, 1, 2, 0}));
 }
 
-// The name of a linked file may hold the word of a later rule.
-TEST_F(LoadArtTest, ObjectsAndNotesWithoutARebuildArePassedOver) {
-    Path(1);
-    Note("PlacedFile = \"Tag.tif\"\rTag = \"wrong\", string, name\r");
-    ASSERT_NE(AppendObject(globals->curRecord, 77, 128), nullptr);
-    Path(2);
-    EXPECT_EQ(Load(), kHostNoError);
-    EXPECT_EQ(Page(), "p1 p2");
-    EXPECT_THAT(TagsOf(First()), IsEmpty());
-}
-
-// ---- Deep and unbalanced brackets ----
-
+// Beyond the last entry brackets only count, and the tags of such a group reach no other art.
 TEST_F(LoadArtTest, BracketsBeyondTheLastEntryOnlyCount) {
     constexpr int kTooMany = 1030;
     for (int i = 0; i < kTooMany; ++i) Note("GroupArt / Clipped=TRUE");
     Path(1);
-    for (int i = 0; i < kTooMany; ++i) Note("/ GroupArt");
+    Note("/ GroupArt");
+    Note("Tag = \"lost\", string, name\r");
+    for (int i = 1; i < kTooMany; ++i) Note("/ GroupArt");
     Path(2);
     EXPECT_EQ(Load(), kHostNoError);
 
@@ -171,28 +153,14 @@ TEST_F(LoadArtTest, BracketsBeyondTheLastEntryOnlyCount) {
     int depth = 0;
     for (; art->kind == kArtGroup; art = art->firstChild) {
         EXPECT_TRUE(art->group()->clipped);
+        EXPECT_THAT(TagsOf(*art), IsEmpty());
         ASSERT_NE(art->firstChild, nullptr);
         ++depth;
     }
     EXPECT_EQ(depth, 1023);
     EXPECT_EQ(Describe(*art), "p1");
-    EXPECT_EQ(Describe(*First().below), "p2");
-}
-
-// The innermost of 1024 brackets has no entry; its tags stand behind it.
-TEST_F(LoadArtTest, TagsOfAGroupThatIsOnlyCountedReachNoOtherArt) {
-    for (int i = 0; i < 1024; ++i) Note("GroupArt /");
-    Path(1);
-    Note("/ GroupArt");
-    Note("Tag = \"lost\", string, name\r");
-    for (int i = 0; i < 1023; ++i) Note("/ GroupArt");
-    Load();
-    const workbench::Art* art = &First();
-    while (art->kind == kArtGroup) {
-        EXPECT_THAT(TagsOf(*art), IsEmpty());
-        art = art->firstChild;
-    }
     EXPECT_THAT(TagsOf(*art), IsEmpty());
+    EXPECT_EQ(Describe(*First().below), "p2");
 }
 
 // ---- Layers, undo, missing records ----
@@ -203,24 +171,16 @@ TEST_F(LoadArtTest, AHiddenOrLockedLayerBeepsAndGetsNothing) {
     for (const bool hidden : {true, false}) {
         document().CurrentLayer().visible = !hidden;
         document().CurrentLayer().locked = !hidden;
+        globals->language = hidden ? 0 : 2;
         const auto beeps = BeepsSoFar();
         EXPECT_EQ(Load(), kHostNoError);
         EXPECT_EQ(Page(), "");
         ExpectBeeps(beeps, 1);
-        EXPECT_NE(document().undoText, "");
+        EXPECT_EQ(document().undoText,
+                  hidden ? reinterpret_cast<const char*>(u8"配置の取り消し") : "Undo Placement");
+        EXPECT_EQ(document().redoText,
+                  hidden ? reinterpret_cast<const char*>(u8"配置のやり直し") : "Redo Placement");
     }
-}
-
-TEST_F(LoadArtTest, UndoTextsFollowTheLanguage) {
-    Path(1);
-    globals->language = 0;
-    Load();
-    EXPECT_EQ(document().undoText, reinterpret_cast<const char*>(u8"配置の取り消し"));
-    EXPECT_EQ(document().redoText, reinterpret_cast<const char*>(u8"配置のやり直し"));
-    globals->language = 2;
-    Load();
-    EXPECT_EQ(document().undoText, "Undo Placement");
-    EXPECT_EQ(document().redoText, "Redo Placement");
 }
 
 TEST_F(LoadArtTest, AMissingRecordChangesNothingAndIsNoError) {
@@ -252,34 +212,34 @@ TEST_F(LoadArtTest, ALoadEmptiesTheTablesOfTheLastOne) {
 
 // ---- Plug-in art ----
 
-class PluginArtTest : public LoadFixture {
-protected:
-    void PluginNote(const char* name, uint32_t dataBytes) {
+TEST_F(LoadArtTest, TheGroupWithinThePluginsBracketsBecomesItsEditArt) {
+    const auto pluginNote = [](const char* name) {
         AidbPluginNote note{};
         std::memcpy(note.text, kPluginNoteText, sizeof kPluginNoteText);
         std::memcpy(note.groupName, name, std::strlen(name));
         note.major = 3;
         note.minor = 4;
-        note.dataBytes = dataBytes;
+        note.dataBytes = 255;
         for (int i = 0; i < 255; ++i) note.data[i] = static_cast<uint8_t>(i);
         ASSERT_EQ(AddNoteBytes(&note, sizeof note), 0);
-    }
-    void PluginRecord(const char* name, uint32_t dataBytes) {
-        PluginNote(name, dataBytes);
+    };
+    int id = 0;
+    for (const char* name : {"Blend", "blend"}) { // the second is nobody's
+        pluginNote(name);
         Note("GroupArt /");
-        Path(1);
+        Path(++id);
         Note("/ GroupArt");
         Note("/ PluginArt");
-        Path(2);
-        host().AddPluginGroup("Other");
-        host().AddPluginGroup("Blend");
+        Path(++id);
     }
-};
-
-TEST_F(PluginArtTest, TheGroupWithinTheBracketsBecomesTheEditArt) {
-    PluginRecord("Blend", 255);
+    pluginNote("Blend"); // without a group, and without a closing note
+    Path(5);
+    Note("/ PluginArt");
+    pluginNote("Blend");
+    host().AddPluginGroup("Other");
+    host().AddPluginGroup("Blend");
     EXPECT_EQ(Load(), kHostNoError);
-    ASSERT_EQ(Page(), "x(g(p1)) p2");
+    ASSERT_EQ(Page(), "x(g(p1)) p2 g(p3) p4 p5");
     const auto& data = std::get<workbench::PluginArtData>(First().data);
     EXPECT_EQ(data.groupName, "Blend");
     EXPECT_EQ(data.edit, First().firstChild->handle);
@@ -289,54 +249,30 @@ TEST_F(PluginArtTest, TheGroupWithinTheBracketsBecomesTheEditArt) {
     EXPECT_EQ(data.data[254], 254);
 }
 
-TEST_F(PluginArtTest, AnUnknownNameLeavesAPlainGroup) {
-    PluginRecord("blend", 8);
-    EXPECT_EQ(Load(), kHostNoError);
-    EXPECT_EQ(Page(), "g(p1) p2");
-}
-
-TEST_F(PluginArtTest, WithoutAGroupOrAnOpeningNoteNothingIsMade) {
-    PluginNote("Blend", 8);
-    Path(1);
-    Note("/ PluginArt");
-    PluginNote("Blend", 8);
-    host().AddPluginGroup("Blend");
-    EXPECT_EQ(Load(), kHostNoError);
-    EXPECT_EQ(Page(), "p1");
-}
-
 // ---- Damage ----
 
 // The swap has clipped what it could; the load meets objects whose own numbers still lie.
-TEST_F(LoadArtTest, ObjectsShorterThanTheirKindArePassedOver) {
-    Path(1);
-    ASSERT_NE(AppendObject(globals->curRecord, kPathObject, 24), nullptr);
-    ASSERT_NE(AppendObject(globals->curRecord, kPathObject, kPathBaseBytes - 1), nullptr);
-    ASSERT_NE(AppendObject(globals->curRecord, kNoteObject, 24), nullptr);
-    Path(2);
-    EXPECT_EQ(Load(), kHostNoError);
-    EXPECT_EQ(Page(), "p1 p2");
-}
-
-TEST_F(LoadArtTest, ASegmentCountBeyondTheObjectGivesTheSegmentsThatAreThere) {
+TEST_F(LoadArtTest, WhatIsUnknownOrDamagedIsPassedOver) {
     Path(1)->segmentCount = 30000;
+    // The name of a linked file may hold the word of a later rule.
+    Note("PlacedFile = \"Tag.tif\"\rTag = \"wrong\", string, name\r");
+    for (const auto& [type, size] : {std::pair{77u, 128u},
+                                     {uint32_t{kPathObject}, 24u},
+                                     {uint32_t{kPathObject}, kPathBaseBytes - 1},
+                                     {uint32_t{kNoteObject}, 24u}})
+        ASSERT_NE(AppendObject(globals->curRecord, type, size), nullptr);
+    // A note need not hold an ending 0 byte; the word must not be found in what lies behind it.
+    for (const char* half : {"/ Gro", "upArt"}) {
+        uint8_t* note = AppendObject(globals->curRecord, kNoteObject, 24 + 5);
+        ASSERT_NE(note, nullptr);
+        std::memcpy(note + 24, half, 5);
+    }
     Path(2)->segmentCount = -1;
     EXPECT_EQ(Load(), kHostNoError);
     ASSERT_EQ(Page(), "p1 p2");
+    EXPECT_THAT(TagsOf(First()), IsEmpty());
     EXPECT_EQ(First().path()->segments.size(), 3u);
     EXPECT_EQ(First().below->path()->segments.size(), 0u);
-}
-
-// A note need not hold an ending 0 byte; the word must not be found in what lies behind it.
-TEST_F(LoadArtTest, ANoteEndsWithItsObject) {
-    uint8_t* note = AppendObject(globals->curRecord, kNoteObject, 24 + 5);
-    ASSERT_NE(note, nullptr);
-    std::memcpy(note + 24, "/ Gro", 5);
-    note = AppendObject(globals->curRecord, kNoteObject, 24 + 5);
-    std::memcpy(note + 24, "upArt", 5);
-    Path(1);
-    Load();
-    EXPECT_EQ(Page(), "p1");
 }
 
 } // namespace

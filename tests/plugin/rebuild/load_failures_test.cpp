@@ -30,14 +30,6 @@ protected:
         Path(4);
         Note("/ GroupArt");
         Note("/ PatternArt00001");
-        Store();
-    }
-
-    /// Suite calls that a load makes if none is refused.
-    uint64_t CallsOfALoad() {
-        const uint64_t before = host().callCount();
-        Load();
-        return host().callCount() - before;
     }
 
     /// What a load may leave on the current layer, in the order in which it builds: each stop leaves the end
@@ -58,65 +50,36 @@ protected:
     }
 };
 
-// Refuses the first call, then the second and so on to the last.
 TEST_F(LoadFailureTest, ARefusedCallLeavesWholeArtAndNothingTemporary) {
     MakeRecord();
-    const uint64_t calls = CallsOfALoad();
-    EXPECT_EQ(Page(), "g!(p5 c(p2)) p3");
     uint64_t stops = 0;
-    for (uint64_t n = 1; n <= calls; ++n) {
-        SCOPED_TRACE(n);
-        OpenEmptyDocument();
-        const auto beeps = BeepsSoFar();
-        host().RefuseCall(n);
-        Load();
-        host().RefuseNone();
-
-        const std::string page = Page();
-        const bool stopped = page.find("p5") == std::string::npos;
-        EXPECT_TRUE(IsPossibleRest(page)) << page;
-        EXPECT_EQ(host().faults(), std::vector<std::string>());
-        ExpectBeeps(beeps, stopped ? 1 : 0);
-        stops += stopped;
-    }
+    auto beeps = BeepsSoFar();
+    const uint64_t calls = RefuseEachCall(
+        [&](HostError) {
+            const std::string page = Page();
+            const bool stopped = page.find("p5") == std::string::npos;
+            EXPECT_TRUE(IsPossibleRest(page)) << page;
+            ExpectBeeps(beeps, stopped ? 1 : 0);
+            stops += stopped;
+        },
+        false, [&] { beeps = BeepsSoFar(); });
     // The layer and its two flags; a holder, the group in it, its path and paint; two containers; three paths
     // and their paints.
     EXPECT_EQ(stops, 3u + 4u + 2u + 6u);
     EXPECT_GT(calls, 80u);
-}
 
-TEST_F(LoadFailureTest, AllCallsRefusedFromOnePointOnLeaveNothingTemporary) {
-    MakeRecord();
     globals->layerOption = 1;
-    const uint64_t calls = CallsOfALoad();
-    EXPECT_EQ(Page(), "p3");
+    Load();
     EXPECT_EQ(Describe(*document().LayerAt(0).root), "g(g!(p5 c(p2)))");
-    for (uint64_t n = 1; n <= calls; ++n) {
-        SCOPED_TRACE(n);
-        OpenEmptyDocument();
-        host().RefuseFrom(n);
-        Load();
-        host().RefuseNone();
-        EXPECT_EQ(host().faults(), std::vector<std::string>());
-    }
+    RefuseEachCall([](HostError) {}, true);
 }
 
 // The drop onto art builds all of the record and takes it away again, whatever fails on the way.
 TEST_F(LoadFailureTest, ATagTransferLeavesNoArtOfItsOwn) {
     MakeRecord();
     globals->trackState = 2;
-    globals->trackTarget = AddArt(kArtPath, nullptr)->handle;
-    const uint64_t calls = CallsOfALoad();
-    for (uint64_t n = 1; n <= calls; ++n) {
-        SCOPED_TRACE(n);
-        OpenEmptyDocument();
-        globals->trackTarget = AddArt(kArtPath, nullptr)->handle;
-        host().RefuseCall(n);
-        Load();
-        host().RefuseNone();
-        EXPECT_EQ(Page(), "p1");
-        EXPECT_EQ(host().faults(), std::vector<std::string>());
-    }
+    RefuseEachCall([&](HostError) { EXPECT_EQ(Page(), "p1"); }, false,
+                   [&] { globals->trackTarget = AddArt(kArtPath, nullptr)->handle; });
 }
 
 } // namespace

@@ -114,6 +114,29 @@ HostError LoadFixture::Load() {
     return AidbLoadArt(kGroup, 0);
 }
 
+uint64_t LoadFixture::RefuseEachCall(const std::function<void(HostError)>& check, bool allBehind,
+                                     const std::function<void()>& prepare) {
+    if (!stored_) Store();
+    OpenEmptyDocument();
+    prepare();
+    const uint64_t before = host().callCount();
+    EXPECT_EQ(Load(), kHostNoError);
+    const uint64_t calls = host().callCount() - before;
+    for (uint64_t n = 1; n <= calls && host().faults().empty(); ++n) {
+        SCOPED_TRACE(n);
+        OpenEmptyDocument();
+        prepare();
+        allBehind ? host().RefuseFrom(n) : host().RefuseCall(n);
+        const HostError error = Load();
+        host().RefuseNone();
+        check(error);
+        ReleaseSuites(); // the host reports what was never released
+        EXPECT_EQ(host().faults(), std::vector<std::string>());
+        HoldSuites();
+    }
+    return calls;
+}
+
 std::string LoadFixture::Page() {
     return DescribeMembers(Root());
 }

@@ -1,6 +1,7 @@
 /// Records made by hand, object by object, and what becomes of them in the stand-in host's document.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -44,6 +45,13 @@ protected:
 
     /// Stores if that is still to be done, and loads the record onto `placePoint`.
     HostError Load();
+
+    /// Loads the record as it is and then, each time into an empty document that `prepare` may fill, with
+    /// each of those calls refused in turn, or all from it on; `check` sees what a load gave.  The test fails
+    /// if the host finds a fault or anything isn't given back.  The number of calls.
+    uint64_t RefuseEachCall(
+        const std::function<void(HostError)>& check, bool allBehind = false,
+        const std::function<void()>& prepare = [] {});
 
     /// Members of the current layer, described and joined with blanks.
     std::string Page();

@@ -58,92 +58,63 @@ TEST_F(PaintTest, StrangeStopCountsStayWithinTheTable) {
 }
 
 TEST_F(PaintTest, TheOriginMovesWithTheArtAsSeenThroughTheMatrix) {
+    document().hardOrigin = {10, 20};
     AidbPathObject* path = GradientPath(1, 2);
     path->style.fill.u.gradient.matrix = {0, Stored(2), Stored(-2), 0, Stored(7), Stored(9)};
     path->style.fill.u.gradient.translation = {Stored(5), Stored(6)};
-    globals->placePoint = {100, 200};
-    Load();
-    const HostGradientUse& use = Use(First());
-    // The matrix turns by 90 degrees, doubles, and stands where it was stored; (100, 200) on the page is
-    // (100, -50) in a space that is turned back and halved.
-    EXPECT_DOUBLE_EQ(use.matrix.tx, 5);
-    EXPECT_DOUBLE_EQ(use.matrix.ty, 6);
-    EXPECT_DOUBLE_EQ(use.matrix.b, 2);
-    EXPECT_DOUBLE_EQ(use.origin.x, 3 + 100);
-    EXPECT_DOUBLE_EQ(use.origin.y, 4 - 50);
-}
-
-TEST_F(PaintTest, WithoutAStoredTranslationTheHardOriginIsTakenOutOfTheMatrix) {
-    document().hardOrigin = {10, 20};
-    AidbPathObject* path = GradientPath(1, 2);
+    path = GradientPath(2, 2);
     path->style.fill.u.gradient.matrix.tx = Stored(13);
     path->style.fill.u.gradient.matrix.ty = Stored(4);
     path->style.fill.u.gradient.translation = {Stored(77), kAbsentFixed};
-    Load();
-    EXPECT_DOUBLE_EQ(Use(First()).matrix.tx, 3);
-    EXPECT_DOUBLE_EQ(Use(First()).matrix.ty, 24);
-    EXPECT_DOUBLE_EQ(Use(First()).origin.x, 3);
-}
-
-TEST_F(PaintTest, AMatrixWithoutAnInverseLeavesTheOriginAlone) {
-    AidbPathObject* path = GradientPath(1, 2);
-    path->style.fill.u.gradient.matrix = {};
+    GradientPath(3, 2)->style.fill.u.gradient.matrix = {};
     globals->placePoint = {100, 200};
     EXPECT_EQ(Load(), kHostNoError);
-    EXPECT_DOUBLE_EQ(Use(First()).origin.x, 3);
-    EXPECT_DOUBLE_EQ(Use(First()).origin.y, 4);
+    const HostGradientUse* use = &Use(First());
+    // The matrix turns by 90 degrees, doubles, and stands where it was stored; (100, 200) on the page is
+    // (100, -50) in a space that is turned back and halved.
+    EXPECT_DOUBLE_EQ(use->matrix.tx, 5);
+    EXPECT_DOUBLE_EQ(use->matrix.ty, 6);
+    EXPECT_DOUBLE_EQ(use->matrix.b, 2);
+    EXPECT_DOUBLE_EQ(use->origin.x, 3 + 100);
+    EXPECT_DOUBLE_EQ(use->origin.y, 4 - 50);
+    // Without a stored translation the hard origin is taken out of the matrix.
+    use = &Use(*First().below);
+    EXPECT_DOUBLE_EQ(use->matrix.tx, 3);
+    EXPECT_DOUBLE_EQ(use->matrix.ty, 24);
+    EXPECT_DOUBLE_EQ(use->origin.x, 3 + 100);
+    // A matrix without an inverse leaves the origin alone.
+    use = &Use(*First().below->below);
+    EXPECT_DOUBLE_EQ(use->origin.x, 3);
+    EXPECT_DOUBLE_EQ(use->origin.y, 4);
 }
 
-TEST_F(PaintTest, StrokesAndUnpaintedFillsBecomeGray) {
+// A damaged or foreign record can hold colours that nothing resolves; the path is worth keeping.
+TEST_F(PaintTest, WhatCantBeBecomesGray) {
     AidbPathObject* path = GradientPath(1, 2);
     path->style.fillFlag = 0;
     path->style.stroke = path->style.fill;
     path->style.stroke.u.gradient.number = 0x12345;
+    path = GradientPath(2, 2);
+    path->block.ramp.stops[0].color.kind = kStoredCustom;
+    path->block.ramp.stops[1].color.kind = kStoredPattern;
+    path->block.ramp.stops[1].color.u.pattern.number = 0xFFFFFFFF;
+    path->style.stroke.kind = kStoredCustom;
+    path = Path(3);
+    path->style.fillFlag = 1;
+    path->style.fill.kind = 99;
     EXPECT_EQ(Load(), kHostNoError);
-    ASSERT_EQ(Page(), "p1");
+    ASSERT_EQ(Page(), "p1 p2 p3");
     const HostPathStyle& style = First().path()->style;
     EXPECT_TRUE(style.strokePaint);
     EXPECT_FALSE(style.fillPaint);
     EXPECT_EQ(style.stroke.kind, kColorGray);
     EXPECT_DOUBLE_EQ(style.stroke.u.gray.gray, 0);
-}
-
-// A damaged or foreign record can hold colours that nothing resolves; the path is worth keeping.
-TEST_F(PaintTest, UnresolvedCustomAndUnknownColoursBecomeGray) {
-    AidbPathObject* path = GradientPath(1, 2);
-    path->block.ramp.stops[0].color.kind = kStoredCustom;
-    path->block.ramp.stops[1].color.kind = kStoredPattern;
-    path->block.ramp.stops[1].color.u.pattern.number = 0xFFFFFFFF;
-    path->style.stroke.kind = kStoredCustom;
-    path = Path(2);
-    path->style.fillFlag = 1;
-    path->style.fill.kind = 99;
-    EXPECT_EQ(Load(), kHostNoError);
-    ASSERT_EQ(Page(), "p1 p2");
-    EXPECT_EQ(First().path()->style.stroke.kind, kColorGray);
-    for (const HostGradientStop& stop : GradientOf(First()).stops) EXPECT_EQ(stop.color.kind, kColorGray);
-    EXPECT_EQ(First().below->path()->style.fill.kind, kColorGray);
+    const workbench::Art& second = *First().below;
+    EXPECT_EQ(second.path()->style.stroke.kind, kColorGray);
+    for (const HostGradientStop& stop : GradientOf(second).stops) EXPECT_EQ(stop.color.kind, kColorGray);
+    EXPECT_EQ(second.below->path()->style.fill.kind, kColorGray);
 }
 
 // ---- Patterns ----
-
-TEST_F(PaintTest, PatternArtStandsAtItsOwnPlaceWhateverThePlacement) {
-    AidbPathObject* path = PatternPath(1, 1);
-    path->style.fill.u.pattern.matrix = {Stored(2), 0, 0, Stored(2), Stored(3), 0};
-    path->style.stroke = path->style.fill;
-    path->style.stroke.u.pattern.number = 3; // there is none
-    Note("PatternArt00001 /");
-    Path(9);
-    Note("/ PatternArt00001");
-    globals->placePoint = {100, 200};
-    EXPECT_EQ(Load(), kHostNoError);
-    const HostPathStyle& style = First().path()->style;
-    EXPECT_DOUBLE_EQ(style.fill.u.pattern.matrix.tx, 3);
-    const workbench::Art& tile = *document().Find(style.fill.u.pattern.pattern)->art->firstChild;
-    EXPECT_DOUBLE_EQ(tile.path()->segments[1].anchor.x, 10);
-    EXPECT_DOUBLE_EQ(First().path()->segments[1].anchor.x, 110);
-    EXPECT_FALSE(style.strokePaint);
-    EXPECT_EQ(style.stroke.kind, kColorGray);
-}
 
 } // namespace

@@ -21,30 +21,18 @@ protected:
     }
 };
 
-TEST_F(TagNoteTest, ANoteWithoutAGoodLineEmptiesThePendingTags) {
-    LoadArtTagProcess("Tag = 1, string, a\r");
+TEST_F(TagNoteTest, EachGoodLineIsATagAndFieldsAreCutToTheirRoom) {
+    LoadArtTagProcess("'Tag = 1, string, a\r\r  'Tag = 2, string, b\rTag = \"'3, = 4\", string, c\r");
+    EXPECT_THAT(Pending(), ElementsAre("c|string|'3, = 4"));
     LoadArtTagProcess("Tag = 1, string\r");
     EXPECT_THAT(Pending(), IsEmpty());
     EXPECT_EQ(globals->pendingTags, nullptr);
-}
-
-TEST_F(TagNoteTest, CommentsAndEmptyLinesArePassedOver) {
-    LoadArtTagProcess("'Tag = 1, string, a\r\r  'Tag = 2, string, b\rTag = \"'3, = 4\", string, c\r");
-    EXPECT_THAT(Pending(), ElementsAre("c|string|'3, = 4"));
-}
-
-TEST_F(TagNoteTest, FieldsAreCutToTheirRoom) {
     const std::string value(300, 'v'), type(70, 't'), name(80, 'n');
-    LoadArtTagProcess("Tag = \"" + value + "\", " + type + ", " + name + "\r");
-    EXPECT_THAT(Pending(),
-                ElementsAre(name.substr(0, 63) + "|" + type.substr(0, 63) + "|" + value.substr(0, 255)));
-}
-
-TEST_F(TagNoteTest, AtMostFiveHundredTags) {
-    std::string note;
-    for (int i = 0; i < 501; ++i) note += "Tag = 1, string, n" + std::to_string(i) + "\r";
+    std::string note = "Tag = \"" + value + "\", " + type + ", " + name + "\r";
+    for (int i = 1; i < 501; ++i) note += "Tag = 1, string, n" + std::to_string(i) + "\r";
     LoadArtTagProcess(note);
     EXPECT_EQ(Pending().size(), 500u);
+    EXPECT_EQ(Pending().front(), name.substr(0, 63) + "|" + type.substr(0, 63) + "|" + value.substr(0, 255));
     EXPECT_EQ(Pending().back(), "n499|string|1");
 }
 
@@ -82,49 +70,29 @@ TEST_F(TagLoadTest, WithTheOptionAGroupMovesWithAllThatIsBuiltInIt) {
     EXPECT_EQ(LayerText(3), "Base: g(p1 p3)");
 }
 
-TEST_F(TagLoadTest, AnUnknownTitleMakesALayerAboveAllOthers) {
-    MakeLayers();
-    globals->layerOption = 1;
-    Path(1);
-    Note("Tag = \"背景\", string, aidb_layer_title\r");
-    Path(2);
-    Note("Tag = \"背景\", string, aidb_layer_title\r");
-    Path(3);
-    Load();
-    ASSERT_EQ(document().LayerCount(), 5u);
-    EXPECT_EQ(LayerText(0), std::string(reinterpret_cast<const char*>(u8"背景")) + ": g(p1 p2)");
-    EXPECT_EQ(LayerText(4), "Base: g(p3)");
-}
-
-TEST_F(TagLoadTest, ALockedLayerTakesNothingAndTheArtStays) {
+TEST_F(TagLoadTest, AnUnknownTitleMakesALayerAboveAllOthersAndALockedOneTakesNothing) {
     MakeLayers();
     document().LayerAt(0).locked = true;
     globals->layerOption = 1;
-    Path(1);
+    for (const int id : {1, 2}) {
+        Path(id);
+        Note("Tag = \"背景\", string, aidb_layer_title\r");
+    }
+    Path(3);
     Note("Tag = \"Top\", string, aidb_layer_title\r");
     EXPECT_EQ(Load(), kHostNoError);
-    EXPECT_EQ(LayerText(0), "Top: g()");
-    EXPECT_EQ(LayerText(3), "Base: g(p1)");
+    ASSERT_EQ(document().LayerCount(), 5u);
+    EXPECT_EQ(LayerText(0), std::string(reinterpret_cast<const char*>(u8"背景")) + ": g(p1 p2)");
+    EXPECT_EQ(LayerText(1), "Top: g()");
+    EXPECT_EQ(LayerText(4), "Base: g(p3)");
 }
 
 // ---- From art to art ----
 
-class TagTreeTest : public LoadFixture {
-protected:
-    static void Tag(workbench::Art* art, const char* name, const char* value, const char* type = "string") {
-        art->tags.push_back({name, type, value});
-    }
-};
-
-TEST_F(TagTreeTest, CopiedTagsReplaceStringsAndLeaveOtherTypes) {
-    workbench::Art* target = AddArt(kArtPath, nullptr);
-    workbench::Art* source = AddArt(kArtPath, nullptr);
-    Tag(target, "old", "1");
-    Tag(target, "number", "2", "real");
-    Tag(target, "both", "3");
-    Tag(source, "both", "4");
-    Tag(source, "hidden", "5", "real");
-    Tag(source, "new", "6");
+TEST_F(TagLoadTest, CopiedTagsReplaceStringsAndLeaveOtherTypes) {
+    workbench::Art *target = AddArt(kArtPath, nullptr), *source = AddArt(kArtPath, nullptr);
+    target->tags = {{"old", "string", "1"}, {"number", "real", "2"}, {"both", "string", "3"}};
+    source->tags = {{"both", "string", "4"}, {"hidden", "real", "5"}, {"new", "string", "6"}};
     CopyStringTags(target->handle, source->handle);
     EXPECT_THAT(TagsOf(*target), ElementsAre("number:real=2", "both=4", "new=6"));
 }
@@ -145,14 +113,11 @@ protected:
         for (const auto& alert : host().alerts()) texts.push_back(alert.text);
         return texts;
     }
-    void TaggedPath(int id, const char* value) {
-        Path(id);
-        Note(std::string("Tag = \"") + value + "\", string, n\r");
-    }
     /// A group of a path and a compound path, with tags.
     void TaggedGroup() {
         Note("GroupArt /");
-        TaggedPath(1, "first");
+        Path(1);
+        Note("Tag = \"first\", string, n\r");
         Note("CompoundPathArt /");
         Path(2);
         Note("/ CompoundPathArt");
@@ -178,6 +143,26 @@ TEST_F(TagTransferTest, AGroupIsLaidAgainstTheNearestAncestorOfItsSize) {
     EXPECT_THAT(TagsOf(*compound), ElementsAre("n=second"));
     EXPECT_THAT(TagsOf(*outer), IsEmpty());
     EXPECT_THAT(Alerts(), IsEmpty());
+
+    // Pairs of different kind are left alone, which is said once.
+    workbench::Art* other = AddArt(kArtGroup, nullptr);
+    workbench::Art* lower = AddArt(kArtPath, other);
+    workbench::Art* upper = AddArt(kArtCompoundPath, other);
+    globals->language = 0;
+    AddArt(kArtPath, upper);
+    Drop(lower);
+    EXPECT_THAT(TagsOf(*other), ElementsAre("n=whole"));
+    EXPECT_THAT(TagsOf(*lower), IsEmpty());
+    EXPECT_THAT(TagsOf(*upper), IsEmpty());
+
+    workbench::Art* lone = AddArt(kArtPath, AddArt(kArtGroup, nullptr)); // no ancestor of that size
+    Drop(lone);
+    globals->language = 1;
+    Drop(lone);
+    EXPECT_THAT(TagsOf(*lone), IsEmpty());
+    EXPECT_THAT(Alerts(), ElementsAre(reinterpret_cast<const char*>(u8"オブジェクトのタイプが一致しません。"),
+                                      reinterpret_cast<const char*>(u8"オブジェクトの個数が一致しません。"),
+                                      "The number of objects does not accord."));
 }
 
 // The layer's group is an ancestor too.  The record's own art and its pattern holders lie in it during the
@@ -194,35 +179,6 @@ TEST_F(TagTransferTest, HoldersDontCountAsArtOfTheLayer) {
     Note("/ PatternArt00001");
     Drop(path);
     EXPECT_THAT(TagsOf(*path), ElementsAre("n=a"));
-}
-
-TEST_F(TagTransferTest, NoAncestorOfThatSizeIsSaidInBothLanguages) {
-    workbench::Art* target = AddArt(kArtPath, AddArt(kArtGroup, nullptr));
-    TaggedGroup();
-    globals->language = 1;
-    Drop(target);
-    globals->language = 0;
-    Drop(target);
-    EXPECT_THAT(Alerts(), ElementsAre("The number of objects does not accord.",
-                                      reinterpret_cast<const char*>(u8"オブジェクトの個数が一致しません。")));
-    EXPECT_THAT(TagsOf(*target), IsEmpty());
-}
-
-TEST_F(TagTransferTest, PairsOfDifferentKindAreLeftAloneAndSaidOnce) {
-    workbench::Art* group = AddArt(kArtGroup, nullptr);
-    workbench::Art* lower = AddArt(kArtPath, group);
-    workbench::Art* upper = AddArt(kArtCompoundPath, group);
-    TaggedGroup();
-    globals->language = 1;
-    Drop(lower);
-    EXPECT_THAT(TagsOf(*group), ElementsAre("n=whole"));
-    EXPECT_THAT(TagsOf(*lower), IsEmpty());
-    EXPECT_THAT(TagsOf(*upper), IsEmpty());
-    host().ClearAlerts();
-    globals->language = 0;
-    Drop(lower);
-    EXPECT_THAT(Alerts(),
-                ElementsAre(reinterpret_cast<const char*>(u8"オブジェクトのタイプが一致しません。")));
 }
 
 } // namespace

@@ -1,9 +1,8 @@
-// Text objects, captured or made by hand, and the frames that a load makes of them.
+// Text objects made by hand, and the frames that a load makes of them.
 #include <gmock/gmock.h>
 
 #include <cstring>
 
-#include "plugin/capture/post_art.h"
 #include "suites/text.h"
 #include "tests/plugin/rebuild/load_fixture.h"
 #include "tests/support/text_art.h"
@@ -66,106 +65,9 @@ protected:
         return *StyleOf(*TextOf(frame).story, at).paragraph;
     }
 
-    TestFonts& fonts() { return fonts_; }
-
 private:
     TestFonts fonts_ = FewFonts();
 };
-
-// ---- There and back ----
-
-TEST_F(TextTest, AllThatARecordKeepsComesBack) {
-    Art& root = *document().CurrentLayer().root;
-    Art& many =
-        AddPointText(document(), root, u"ab\r\u4E9C" + std::u16string(300, u'\u3042') + u"z", {40, 60});
-    SetCharacter(many, 1, 2, OddCharacter());
-    SetParagraph(many, 0, 3, OddParagraph());
-    CharacterAttributes plain;
-    plain.font = "GothicBBB-Medium";
-    plain.fill = false;
-    SetCharacter(many, 3, 4, plain);
-    plain.font = "Sans-Regular";
-    plain.fill = true;
-    SetCharacter(many, 0, 1, plain);
-    SetCharacter(many, 2, 3, plain);
-    SetCharacter(many, 4, 305, plain);
-    SetKerning(*TextOf(many).story, 1, -20);
-    SetKerning(*TextOf(many).story, 305, 45);
-    TextOf(many).matrix = {0, 2, -0.5, 0, 40, 60};
-    TextOf(many).orientation = workbench::kVerticalText;
-    AddPathText(document(), root, workbench::kAreaText, u"", {100, 200}, 50);
-    Art& onPath = AddPathText(document(), root, workbench::kPathText, u"", {100, 300}, 50);
-    TextOf(onPath).matrix = {0, 1, -1, 0, 0, 0};
-    onPath.blend = {workbench::kBlendScreen, 0.5, 1, 1, 1};
-    document().SelectAll();
-    ASSERT_EQ(AidbPostArt(), kHostNoError);
-    const std::string story = DescribeStory(*TextOf(many).story);
-    HostRect bounds{};
-    MeasureSelection(&bounds, false); // takes the record away
-    ASSERT_EQ(AidbPostArt(), kHostNoError);
-    const auto before = host().Close();
-    OpenEmptyDocument();
-    globals->placePoint = {bounds.left + 1000, bounds.bottom};
-    ASSERT_EQ(RebuildCurrentRecord(), kHostNoError);
-
-    const Art& first = First();
-    ASSERT_EQ(first.kind, kArtTextFrame);
-    EXPECT_EQ(DescribeStory(*TextOf(first).story), story);
-    EXPECT_EQ(TextOf(first).orientation, workbench::kVerticalText);
-    const HostMatrix& m = TextOf(first).matrix;
-    EXPECT_EQ((std::vector<double>{m.a, m.b, m.c, m.d}), (std::vector<double>{0, 2, -0.5, 0}));
-    EXPECT_NEAR(m.tx, 1040, 1e-3);
-    EXPECT_NEAR(m.ty, 60, 1e-3);
-    ASSERT_TRUE(first.below && first.below->below && !first.below->below->below);
-    for (const Art* frame = first.below; frame; frame = frame->below) {
-        const bool area = frame == first.below;
-        EXPECT_EQ(TextOf(*frame).frameKind, area ? workbench::kAreaText : workbench::kPathText);
-        EXPECT_EQ(TextOf(*frame).matrix.b, area ? 0 : 1);
-        EXPECT_EQ(TextOf(*frame).matrix.c, area ? 0 : -1);
-        const Art* path = document().Find(TextOf(*frame).path);
-        ASSERT_NE(path, nullptr);
-        EXPECT_EQ(path->parent, nullptr);
-        EXPECT_TRUE(path->path()->closed);
-        ASSERT_EQ(path->path()->segments.size(), 3u);
-        EXPECT_NEAR(path->path()->segments[1].anchor.x, 1150, 1e-3);
-        EXPECT_NEAR(path->path()->segments[1].out.x, 1151, 1e-3);
-        EXPECT_NEAR(path->path()->segments[2].anchor.y, area ? 250 : 350, 1e-3);
-    }
-    EXPECT_EQ(first.below->below->blend, (workbench::Blend{workbench::kBlendScreen, 0.5, 1, 1, 1}));
-}
-
-// A pattern of text, which is moved along with the placement like text on the page.
-TEST_F(TextTest, PatternsOnTextAndTextInPatternsComeBack) {
-    Note("GroupArt /");
-    AidbTextObject* text = Text(kTextFramePoint, {"a"});
-    Runs(text)->style.fill.kind = kStoredPattern;
-    Runs(text)->style.fill.u.pattern.number = 1;
-    Runs(text)->style.strokeFlag = 1;
-    Runs(text)->style.stroke.kind = kStoredPattern;
-    Runs(text)->style.stroke.u.pattern.number = 9;
-    Note("/ GroupArt");
-    Note("PatternArt00001 /");
-    Text(kTextFramePoint, {"p"});
-    Note("/ PatternArt00001");
-    globals->placePoint = {100, 200};
-    globals->originMode = 0;
-    EXPECT_EQ(Load(), kHostNoError);
-    ASSERT_EQ(First().kind, kArtGroup);
-    const Art& frame = *First().firstChild;
-    const CharacterAttributes c = CharacterAt(frame, 0);
-    EXPECT_TRUE(c.fill);
-    EXPECT_FALSE(c.stroke);
-    ASSERT_EQ(c.fillColor.kind, kColorPattern);
-    const workbench::Pattern* pattern = document().Find(c.fillColor.u.pattern.pattern);
-    ASSERT_TRUE(pattern && pattern->art && pattern->art->firstChild);
-    const Art& inside = *pattern->art->firstChild;
-    EXPECT_EQ(StoryText(inside), u"p");
-    EXPECT_EQ(TextOf(inside).matrix.tx, TextOf(frame).matrix.tx);
-    EXPECT_NE(TextOf(inside).matrix.tx, 5);
-    EXPECT_NE(TextOf(inside).story, TextOf(frame).story);
-}
-
-// ---- Odd and damaged records ----
 
 TEST_F(TextTest, ALastReturnThatCarriesKerningIsNoText) {
     const struct {
@@ -241,19 +143,6 @@ TEST_F(TextTest, StoredValuesBecomeTheHostsOwn) {
     EXPECT_EQ(dashes, "012345666");
 }
 
-TEST_F(TextTest, AFontThatIsNotFoundLeavesTheOneBefore) {
-    AidbTextObject* text = Text(kTextFramePoint, {"a", "b", "c"});
-    const char* names[] = {"Nobody", "Ryumin-KL", "Nobody"};
-    for (size_t i = 0; i < 3; ++i) {
-        std::memcpy(Runs(text)[i].font.name, names[i], std::strlen(names[i]));
-        std::fill_n(Runs(text)[i].font.classFirst, 3, uint16_t{0xFFFF});
-    }
-    Load();
-    std::vector<std::string> fonts;
-    for (size_t i = 0; i < 3; ++i) fonts.push_back(CharacterAt(First(), i).font);
-    EXPECT_EQ(fonts, (std::vector<std::string>{"", "Ryumin-KL", "Ryumin-KL"}));
-}
-
 // Counts and places beyond the object count for what is there; what no frame can be made for is told, and
 // the walk goes on.
 TEST_F(TextTest, DamagedObjectsAreTakenAsFarAsTheyGo) {
@@ -290,8 +179,6 @@ TEST_F(TextTest, DamagedObjectsAreTakenAsFarAsTheyGo) {
     EXPECT_EQ(Load(), -1);
 }
 
-// ---- Refusals ----
-
 TEST_F(TextTest, ARefusedCallCostsAtMostWhatItWasFor) {
     Path(1);
     AidbTextObject* text = Text(kTextFramePoint, {"a", "\x88\x9F", "\r"});
@@ -302,29 +189,16 @@ TEST_F(TextTest, ARefusedCallCostsAtMostWhatItWasFor) {
     Note("PatternArt00001 /");
     Text(kTextFrameOnPath, {"p"});
     Note("/ PatternArt00001");
-    Store();
-    const uint64_t before = host().callCount();
-    ASSERT_EQ(Load(), kHostNoError);
-    const uint64_t calls = host().callCount() - before;
-
     uint64_t kept = 0, complete = 0;
-    for (uint64_t n = 1; n <= calls; ++n) {
-        SCOPED_TRACE(n);
-        OpenEmptyDocument();
-        host().RefuseCall(n);
-        Load();
-        host().RefuseNone();
-        ReleaseSuites(); // the host reports what was never released
-        ASSERT_EQ(host().faults(), std::vector<std::string>());
-        HoldSuites();
+    const uint64_t calls = RefuseEachCall([&](HostError) {
         const Art* frame = Root().firstChild ? First().below : nullptr;
-        if (!frame) continue;
+        if (!frame) return;
         ASSERT_EQ(frame->kind, kArtTextFrame);
         const std::u16string story = StoryText(*frame);
         EXPECT_TRUE(std::u16string_view(u"a\u4E9C").substr(0, story.size()) == story || story == u"\u4E9C");
         ++kept;
         complete += story == u"a\u4E9C";
-    }
+    });
     EXPECT_GT(calls, 200u);
     EXPECT_GT(kept, calls - 40);
     EXPECT_GT(complete, kept - 20);
