@@ -29,10 +29,6 @@ protected:
         }
         return enabled;
     }
-    void TickWith(const char* name) {
-        SelectGroup(name);
-        Tick();
-    }
 };
 
 TEST_F(MenusAndTimerTest, ThePanelsEntryFollowsThePanel) {
@@ -71,31 +67,27 @@ TEST_F(MenusAndTimerTest, SharesTheMakersAboutMenu) {
 
 TEST_F(MenusAndTimerTest, TicksFollowTheCurrentNameAndTheFolders) {
     BuildThePanel();
-    TickWith("Group");
+    const auto tickWith = [this](const char* name) {
+        SelectGroup(name);
+        Tick();
+        return Enabled();
+    };
+    EXPECT_THAT(tickWith("Group"), ElementsAre(false, false, true));
     EXPECT_EQ(globals->hasFolders, 0);
-    EXPECT_THAT(Enabled(), ElementsAre(false, false, true));
     CreateDirectoryA((std::string(globals->aidbfpath) + "\\Folder").c_str(), nullptr);
     Tick();
     EXPECT_EQ(globals->hasFolders, 0) << "nobody has said that it changed";
     globals->hasFolders = kNotKnown;
-    Tick();
+    EXPECT_THAT(tickWith("Group"), ElementsAre(true, false, true));
     EXPECT_EQ(globals->hasFolders, 1);
-    EXPECT_THAT(Enabled(), ElementsAre(true, false, true));
-    TickWith("\\F\\S\\G");
-    EXPECT_THAT(Enabled(), ElementsAre(true, true, true));
-    TickWith("\\F\\G");
-    EXPECT_THAT(Enabled(), ElementsAre(true, false, true));
-    TickWith("\\F\\A Folder is Selected");
-    EXPECT_THAT(Enabled(), ElementsAre(true, true, false));
-    TickWith("A Folder is Selected");
-    EXPECT_THAT(Enabled(), ElementsAre(true, false, false));
-    TickWith("\\F\\S\\G");
-    TickWith("Search Result");
-    EXPECT_THAT(Enabled(), ElementsAre(true, false, false));
+    EXPECT_THAT(tickWith("\\F\\S\\G"), ElementsAre(true, true, true));
+    EXPECT_THAT(tickWith("\\F\\G"), ElementsAre(true, false, true));
+    EXPECT_THAT(tickWith("\\F\\A Folder is Selected"), ElementsAre(true, true, false));
+    EXPECT_THAT(tickWith("A Folder is Selected"), ElementsAre(true, false, false));
+    tickWith("\\F\\S\\G");
+    EXPECT_THAT(tickWith("Search Result"), ElementsAre(true, false, false));
+    tickWith(""); // changes nothing
     EXPECT_STREQ(globals->lastGroupSeen, "Search Result");
-    globals->aidbfname[0] = '\0';
-    Tick();
-    EXPECT_STREQ(globals->lastGroupSeen, "Search Result") << "an empty name changes nothing";
 }
 
 TEST_F(MenusAndTimerTest, ATickWithinATickOnlyNotesTheInterface) {

@@ -60,32 +60,6 @@ protected:
     void* slot = nullptr;
 };
 
-TEST_F(PluginMainTest, StartUpGivesTheHostABlockOfDefaults) {
-    StartUpPlugin();
-    ASSERT_EQ(slot, globals);
-    EXPECT_EQ(globals->pluginRef, self);
-    EXPECT_EQ(globals->toolMode, 1);
-    EXPECT_EQ(globals->sortMode, 0);
-    EXPECT_EQ(globals->expandedCount, -1);
-    EXPECT_EQ(globals->fixedAspect, 1);
-    EXPECT_EQ(globals->browseMode, 1);
-    EXPECT_EQ(globals->browseWidth, 0.3f);
-    EXPECT_EQ(globals->placePoint.x, 2097152000.0);
-    EXPECT_EQ(globals->placePoint.y, 2097152000.0);
-    EXPECT_EQ(globals->snapKind, -1);
-    EXPECT_EQ(globals->curRecordNo, -1);
-    EXPECT_EQ(globals->flUseGrid + globals->flUseFcur + globals->flUseFcrs + globals->flUseFops, 4);
-    EXPECT_EQ(globals->flGrWidth, 14.17323);
-    EXPECT_EQ(globals->flGrHeight, 14.17323);
-    EXPECT_EQ(globals->nameLimit, 63);
-    EXPECT_EQ(globals->swapBytes, 1);
-    EXPECT_STREQ(globals->product, "Velquorne");
-    EXPECT_STREQ(globals->version, "2.0.4.0");
-    EXPECT_EQ(globals->lastHasFolders, -1);
-    EXPECT_EQ(globals->hasFolders, -1);
-    EXPECT_EQ(globals->cubicWeightEnd[32], 0.125);
-}
-
 // A start over a block that holds something else must leave nothing of it.
 TEST_F(PluginMainTest, DefaultsCoverTheWholeBlock) {
     StartUpPlugin();
@@ -110,6 +84,8 @@ TEST_F(PluginMainTest, WithoutMemoryThereIsNoBlockAndTheUserIsTold) {
 
 TEST_F(PluginMainTest, ShutDownEmptiesTheSlot) {
     StartUpPlugin();
+    ASSERT_EQ(slot, globals);
+    EXPECT_EQ(globals->pluginRef, self);
     globals->curRecord = NewHandle(1, kSmallGrain);
     globals->rihList = NewHandle(1, kSmallGrain);
     EXPECT_EQ(Send(HOST_CALLER_INTERFACE, HOST_SELECTOR_SHUTDOWN), kHostNoError);
@@ -118,33 +94,31 @@ TEST_F(PluginMainTest, ShutDownEmptiesTheSlot) {
     EXPECT_EQ(host.BlockCount(), 0u);
 }
 
-struct Call {
-    const char* caller;
-    const char* selector;
-};
-
-class QuietCallTest : public PluginMainTest, public ::testing::WithParamInterface<Call> {};
-
 // What the plug-in doesn't know costs one walk over the suites and nothing else, before start-up too.
-TEST_P(QuietCallTest, HoldsTheSuitesOnceAndGivesZero) {
+TEST_F(PluginMainTest, QuietCallsHoldTheSuitesOnceAndGiveZero) {
+    const std::pair<const char*, const char*> calls[] = {{"Nobody", "Nothing"},
+                                                         {"", ""},
+                                                         {HOST_CALLER_INTERFACE, "Nothing"},
+                                                         {HOST_CALLER_INTERFACE, HOST_SELECTOR_ABOUT},
+                                                         {HOST_CALLER_MENU, "Nothing"},
+                                                         {HOST_CALLER_MENU, HOST_SELECTOR_GO},
+                                                         {HOST_CALLER_MENU, HOST_SELECTOR_UPDATE},
+                                                         {HOST_CALLER_TIMER, HOST_SELECTOR_NOTIFY},
+                                                         {HOST_CALLER_NOTIFIER, HOST_SELECTOR_GO},
+                                                         {HOST_CALLER_ACTION, "Nothing"},
+                                                         {HOST_CALLER_ACTION, HOST_SELECTOR_DO_ACTION}};
     for (const bool started : {false, true}) {
         if (started) StartUpPlugin();
-        // The longest of the messages: some of these callers' handlers look behind the head.
-        EXPECT_EQ(SendAny(GetParam().caller, GetParam().selector, HostActionMessage{}), kHostNoError);
-        EXPECT_EQ(recording.acquired.size(), kSuiteCount);
-        EXPECT_EQ(recording.released.size(), kSuiteCount);
-        EXPECT_TRUE(host.alerts().empty());
+        for (const auto& [caller, selector] : calls) {
+            SCOPED_TRACE(std::string(caller) + ", " + selector);
+            // The longest of the messages: some of these callers' handlers look behind the head.
+            EXPECT_EQ(SendAny(caller, selector, HostActionMessage{}), kHostNoError);
+            EXPECT_EQ(recording.acquired.size(), kSuiteCount);
+            EXPECT_EQ(recording.released.size(), kSuiteCount);
+            EXPECT_TRUE(host.alerts().empty());
+        }
     }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Calls, QuietCallTest,
-    ::testing::Values(Call{"Nobody", "Nothing"}, Call{"", ""}, Call{HOST_CALLER_INTERFACE, "Nothing"},
-                      Call{HOST_CALLER_INTERFACE, HOST_SELECTOR_ABOUT}, Call{HOST_CALLER_MENU, "Nothing"},
-                      Call{HOST_CALLER_MENU, HOST_SELECTOR_GO}, Call{HOST_CALLER_MENU, HOST_SELECTOR_UPDATE},
-                      Call{HOST_CALLER_TIMER, "Nothing"}, Call{HOST_CALLER_TIMER, HOST_SELECTOR_NOTIFY},
-                      Call{HOST_CALLER_NOTIFIER, HOST_SELECTOR_GO}, Call{HOST_CALLER_ACTION, "Nothing"},
-                      Call{HOST_CALLER_ACTION, HOST_SELECTOR_DO_ACTION}));
 
 TEST_F(PluginMainTest, RunningCallsBeforeStartUpDoNothing) {
     EXPECT_EQ(SendAny(HOST_CALLER_TIMER, HOST_SELECTOR_GO, HostTimerMessage{}), kHostNoError);
@@ -204,44 +178,36 @@ TEST_F(PluginMainTest, AccessCallsTouchNoSuite) {
     EXPECT_EQ(suiteUseCount, 0);
 }
 
-struct Report {
-    HostError error;
-    const char* text; ///< of the error alert; null: none is shown
-};
-
-class ReportTest : public PluginMainTest, public ::testing::WithParamInterface<Report> {};
-
 // A suite that can't be had brings any error code out of a call.
-TEST_P(ReportTest, ShowsWhatTheUserDoesNotKnowAndReturnsIt) {
-    recording.failAcquire[SuiteTable()[49].name] = GetParam().error;
-    EXPECT_EQ(Send("Nobody", "Nothing"), GetParam().error);
-    ASSERT_EQ(host.alerts().size(), GetParam().text ? 2u : 1u);
-    EXPECT_FALSE(host.alerts()[0].error);
-    if (!GetParam().text) return;
-    EXPECT_TRUE(host.alerts()[1].error);
-    EXPECT_EQ(host.alerts()[1].text, GetParam().text);
+TEST_F(PluginMainTest, ShowsWhatTheUserDoesNotKnowAndReturnsIt) {
+    const std::string end = " (caller : Nobody, selector : Nothing)";
+    const std::pair<HostError, std::string> reports[] = {{kHostSilent, ""},
+                                                         {kHostStopped, ""},
+                                                         {kHostSuiteNotFound, ""},
+                                                         {2, "Error=2, \x02" + end},
+                                                         {0x41424344, "Error=41424344, DCBA" + end},
+                                                         {0x41420044, "Error=41420044, D" + end}};
+    for (const auto& [error, text] : reports) {
+        recording.failAcquire[SuiteTable()[49].name] = error;
+        host.ClearAlerts();
+        EXPECT_EQ(Send("Nobody", "Nothing"), error);
+        ASSERT_EQ(host.alerts().size(), text.empty() ? 1u : 2u) << error;
+        EXPECT_FALSE(host.alerts()[0].error);
+        if (text.empty()) continue;
+        EXPECT_TRUE(host.alerts()[1].error);
+        EXPECT_EQ(host.alerts()[1].text, text);
+    }
+    host.ClearAlerts();
+    EXPECT_EQ(Send(std::string(2000, 'c').c_str(), "Nothing"), 0x41420044);
+    ASSERT_EQ(host.alerts().size(), 2u);
+    EXPECT_EQ(host.alerts()[1].text.size(), 1023u); // it fits its buffer
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Codes, ReportTest,
-    ::testing::Values(Report{kHostSilent, nullptr}, Report{kHostStopped, nullptr},
-                      Report{kHostSuiteNotFound, nullptr},
-                      Report{2, "Error=2, \x02 (caller : Nobody, selector : Nothing)"},
-                      Report{0x41424344, "Error=41424344, DCBA (caller : Nobody, selector : Nothing)"},
-                      Report{0x41420044, "Error=41420044, D (caller : Nobody, selector : Nothing)"}));
 
 TEST_F(PluginMainTest, WithoutTheAlertSuiteNothingIsShown) {
     recording.failAcquire["AI User Suite"] = 4711;
     recording.failAcquire["AI Unicode String Suite"] = 4711;
     EXPECT_EQ(Send("Nobody", "Nothing"), 4711);
     EXPECT_TRUE(host.alerts().empty());
-}
-
-TEST_F(PluginMainTest, ReportFitsItsBuffer) {
-    recording.failAcquire[SuiteTable()[49].name] = 0x41424344;
-    EXPECT_EQ(Send(std::string(2000, 'c').c_str(), "Nothing"), 0x41424344);
-    ASSERT_EQ(host.alerts().size(), 2u);
-    EXPECT_EQ(host.alerts()[1].text.size(), 1023u);
 }
 
 } // namespace

@@ -3,11 +3,9 @@
 #include <gmock/gmock.h>
 
 #include <cstring>
-#include <fstream>
 #include <memory>
 
-#include "plugin/store/store_names.h"
-#include "tests/support/plugin_fixture.h"
+#include "plugin/frame/globals.h"
 
 namespace {
 
@@ -88,6 +86,7 @@ TEST_F(PreferencesTest, WhatHandsMayHaveWritten) {
         {"aidbfpathEx6 = x\naidbfpathEx0 = x\naidbfpathEx = x\naidbfpathEx12 = x", "aidbfpathEx1 = \"\"\r\n"},
         {"\r\n\t toolMode\t=\r2\r\n", "toolMode = 2\r\n"},
         {"product = \"open\ntoolMode = 2", "product = \"open\"\r\n"},
+        {"product = \"open\ntoolMode = 2", "toolMode = 2\r\n"}, // quoting starts anew at each line
     };
     for (const Line& line : lines) {
         SetDefaults(nullptr);
@@ -106,23 +105,4 @@ TEST_F(PreferencesTest, TextsLoseWhatTheGrammarCannotHold) {
     EXPECT_THAT(PreferencesText(), testing::HasSubstr("language = JAPANESE\r\n"));
     std::memset(globals->product, 'x', sizeof globals->product); // no NUL
     EXPECT_THAT(PreferencesText(), testing::EndsWith("\"" + std::string(64, 'x') + "\"\r\n"));
-}
-
-namespace {
-
-class PreferencesFileTest : public PluginFixture {};
-
-} // namespace
-
-TEST_F(PreferencesFileTest, SettingsOutliveTheRun) {
-    std::strcpy(globals->flCnvFnStr, "\x95\\\x8E\xA6");
-    globals->toolMode = 3;
-    globals->rihList = nullptr;
-    ReleaseSuites();
-    ASSERT_EQ(plugin().ShutDown(), kHostNoError);
-    ASSERT_EQ(plugin().StartUp(), kHostNoError);
-    EXPECT_STREQ(globals->flCnvFnStr, "\x95\\\x8E\xA6");
-    EXPECT_EQ(globals->toolMode, 3);
-    EXPECT_EQ(globals->flGrWidth, 14.1732);
-    HoldSuites();
 }
