@@ -61,40 +61,20 @@ Bytes Preview(bool ramp, double radius) {
     return bytes;
 }
 
-// Objects of 5,000 bytes with a few words set and zeros between them, as paths stand in a stream.
-Bytes StreamOfPaths(int count) {
-    Bytes bytes;
-    for (int i = 0; i < count; ++i) {
-        Bytes object(4920);
-        object[3] = 2;
-        object[40] = static_cast<uint8_t>(i);
-        object[41] = static_cast<uint8_t>(i >> 3);
-        for (size_t at = 4880; at < object.size(); at += 7)
-            object[at] = static_cast<uint8_t>(at * 31 + static_cast<size_t>(i));
-        bytes.insert(bytes.end(), object.begin(), object.end());
-    }
-    return bytes;
-}
-
 } // namespace
 
-// Worked out by hand: the strings before the start are all zeros, so each takes the place of the one before
-// it and the last, at 4078 - 18 = 0xFDC, is the one that is found.
-TEST(Lzss, EighteenZerosPackToOnePair) {
-    EXPECT_EQ(Pack(Bytes(18, 0)), (Bytes{0x00, 0xDC, 0xFF}));
-    EXPECT_EQ(Unpack({0x00, 0xDC, 0xFF}), Bytes(18, 0));
-}
-
-// Three literals, then a match of six that reads what it writes: place 4078 = 0xFEE, length 6 - 3.
-TEST(Lzss, AMatchMayOverlapItself) {
-    EXPECT_EQ(Pack({'a', 'b', 'c', 'a', 'b', 'c', 'a', 'b', 'c'}), (Bytes{0x07, 'a', 'b', 'c', 0xEE, 0xF3}));
-    EXPECT_EQ(Unpack({0x07, 'a', 'b', 'c', 0xEE, 0xF3}),
-              (Bytes{'a', 'b', 'c', 'a', 'b', 'c', 'a', 'b', 'c'}));
-}
-
-TEST(Lzss, NothingPacksToNothing) {
-    EXPECT_TRUE(Pack({}).empty());
-    EXPECT_TRUE(Unpack({}).empty());
+// Worked out by hand.  The strings before the start are all zeros, so each takes the place of the one before
+// it and the last, at 4078 - 18 = 0xFDC, is the one that is found.  Then three literals and a match of six
+// that reads what it writes: place 4078 = 0xFEE, length 6 - 3.
+TEST(Lzss, PacksToTheBytesThatWereWorkedOutByHand) {
+    const std::pair<Bytes, Bytes> cases[] = {
+        {{}, {}},
+        {Bytes(18, 0), {0x00, 0xDC, 0xFF}},
+        {{'a', 'b', 'c', 'a', 'b', 'c', 'a', 'b', 'c'}, {0x07, 'a', 'b', 'c', 0xEE, 0xF3}}};
+    for (const auto& [plain, packed] : cases) {
+        EXPECT_EQ(Pack(plain), packed);
+        EXPECT_EQ(Unpack(packed), plain);
+    }
 }
 
 // The start, the end and the turn of the ring are where the trees can differ from the published ones.
@@ -109,13 +89,6 @@ TEST(Lzss, PacksAsTheClassicCoderAtEveryLengthNearAnEdge) {
     }
 }
 
-TEST(Lzss, PacksPreviewsAsTheClassicCoder) {
-    for (const double radius : {0.0, 5.0, 40.0, 60.0, 200.0}) {
-        ExpectAsClassic(Preview(false, radius), "flat preview");
-        ExpectAsClassic(Preview(true, radius), "preview with a ramp");
-    }
-}
-
 // Pixels that go up by one, so that the trees become lists, behind white that has made none.
 TEST(Lzss, PacksRisingPixelsAsTheClassicCoder) {
     Bytes bytes(3000, 0xFF);
@@ -127,7 +100,8 @@ TEST(Lzss, PacksRisingPixelsAsTheClassicCoder) {
 }
 
 TEST(Lzss, PacksStreamsAsTheClassicCoder) {
-    ExpectAsClassic(StreamOfPaths(60), "stream");
+    ExpectAsClassic(Preview(false, 40), "flat preview");
+    ExpectAsClassic(Preview(true, 60), "preview with a ramp");
     for (uint32_t seed = 0; seed < 30; ++seed) {
         // Pieces of runs, of noise and of what went before, in lengths around those of a match, of the ring
         // and of a block; every third seed has long runs of zeros only.
@@ -187,7 +161,7 @@ TEST(Lzss, PacksNearPeriodicBytesAsTheClassicCoder) {
     }
 }
 
-TEST(Lzss, PackerStaysInItsRoom) {
+TEST(Lzss, BothWaysStayInTheirRoom) {
     const Bytes plain = Noise(300, 5, 256);
     const size_t needed = Pack(plain).size();
     EXPECT_EQ(needed, MostPackedBytes(plain.size()));
@@ -196,15 +170,10 @@ TEST(Lzss, PackerStaysInItsRoom) {
         const auto bytes = PackLzss(plain, std::span(packed).first(room));
         ASSERT_EQ(bytes.has_value(), room == needed) << room;
         ASSERT_EQ(packed[room], 0xA5) << room;
-    }
-}
-
-TEST(Lzss, UnpackerStaysInItsRoom) {
-    const Bytes packed = Pack(Preview(true, 60));
-    for (const size_t room : {0u, 1u, 17u, 1000u, kPreviewBytes - 1}) {
-        Bytes plain(room + 1, 0xA5);
-        ASSERT_EQ(UnpackLzss(packed, std::span(plain).first(room)), room);
-        ASSERT_EQ(plain[room], 0xA5);
+        Bytes unpacked(room + 1, 0xA5);
+        const size_t expected = std::min(room, plain.size());
+        ASSERT_EQ(UnpackLzss(Pack(plain), std::span(unpacked).first(room)), expected);
+        ASSERT_EQ(unpacked[expected], 0xA5) << room;
     }
 }
 
@@ -214,7 +183,7 @@ TEST(Lzss, UnpacksAnyBytesAsTheClassicDecoder) {
         Bytes packed = Noise(seed * 7 % 3000, seed, seed % 2 ? 256 : 5);
         ASSERT_EQ(Unpack(packed), ClassicUnpack(packed)) << seed;
     }
-    const Bytes whole = Pack(StreamOfPaths(2));
+    const Bytes whole = Pack(Noise(6000, 1, 3));
     for (size_t end = 0; end < whole.size(); ++end) {
         const Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(end));
         ASSERT_EQ(Unpack(cut), ClassicUnpack(cut)) << end;

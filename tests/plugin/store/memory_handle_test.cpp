@@ -20,14 +20,6 @@ TEST(MemoryHandles, SizesAreWholeGrainsAndNewBytesAreZero) {
                             [](uint8_t byte) { return byte == 0; }));
 }
 
-TEST(MemoryHandles, ABlockThatIsLargeEnoughStaysWhereItIs) {
-    HandleOwner block(NewHandle(3 * kSmallGrain, kSmallGrain));
-    const MemoryHandle before = block.get();
-    EXPECT_EQ(ResizeHandle(before, kSmallGrain, kSmallGrain), before);
-    EXPECT_EQ(ResizeHandle(before, 3 * kSmallGrain, kSmallGrain), before);
-    EXPECT_EQ(BlockSize(before), 3 * kSmallGrain);
-}
-
 TEST(MemoryHandles, AGrowthThatFailsLeavesTheBlock) {
     HandleOwner block(NewHandle(1, kSmallGrain));
     block.bytes()[5] = 7;
@@ -37,15 +29,6 @@ TEST(MemoryHandles, AGrowthThatFailsLeavesTheBlock) {
     }
     EXPECT_EQ(block.bytes()[5], 7);
     EXPECT_EQ(BlockSize(block.get()), kSmallGrain);
-}
-
-TEST(MemoryHandles, NoHandleHasNoBytes) {
-    MemoryHandle none = nullptr;
-    EXPECT_EQ(BlockBytes(none), nullptr);
-    EXPECT_EQ(BlockSize(none), 0u);
-    FreeHandle(none);
-    HandleOwner made(ResizeHandle(none, 10, kSmallGrain));
-    EXPECT_EQ(BlockSize(made.get()), kSmallGrain);
 }
 
 // Appending grows a block grain by grain.  If each growth moved it, appending would cost the square of its

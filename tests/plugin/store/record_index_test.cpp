@@ -29,38 +29,33 @@ protected:
 
 } // namespace
 
-// Plain bytes: no case, no cp932.  Equal items stay as they came.
-TEST_F(RecordIndexTest, NamesSortAsBytes) {
-    globals->rihList = NewRihList();
-    Add("", 0, "b");
-    Add("", 1, "\x95\x5C");
-    Add("", 2, "B");
-    Add("", 3, "a");
-    Add("", 4, "b");
-    Add("", 5, "bb");
-    EXPECT_EQ(Rows(), (Names{"B2", "a3", "b0", "b4", "bb5",
+// Plain bytes: no case, no cp932.  Empty kinds come first and new dates; then names decide, and equal items
+// stay as they came.
+TEST_F(RecordIndexTest, SortsByNameKindOrDate) {
+    const struct {
+        const char *name, *kind;
+        uint32_t created;
+    } items[] = {{"b", "z", 5},          {"\x95\x5C", "y", 6}, {"B", "", 0xF0000000},
+                 {"a", "z", 0xF0000000}, {"b", "z", 5},        {"bb", "", 6}};
+    const Names orders[] = {{"B2", "a3", "b0", "b4", "bb5",
                              "\x95\x5C"
-                             "1"}));
-}
-
-TEST_F(RecordIndexTest, KindsSortEmptyOnesFirstAndThenByName) {
-    globals->sortMode = 1;
-    globals->rihList = NewRihList();
-    Add("", 0, "a", "z");
-    Add("", 1, "b", "y");
-    Add("", 2, "a", "y");
-    Add("", 3, "c", "");
-    EXPECT_EQ(Rows(), (Names{"c3", "a2", "b1", "a0"}));
-}
-
-TEST_F(RecordIndexTest, DatesSortNewestFirstAndThenByName) {
-    globals->sortMode = 2;
-    globals->rihList = NewRihList();
-    Add("", 0, "b", "", 0xF0000000);
-    Add("", 1, "c", "", 5);
-    Add("", 2, "a", "", 0xF0000000);
-    Add("", 3, "d", "", 6);
-    EXPECT_EQ(Rows(), (Names{"a2", "b0", "d3", "c1"}));
+                             "1"},
+                            {"B2", "bb5",
+                             "\x95\x5C"
+                             "1",
+                             "a3", "b0", "b4"},
+                            {"B2", "a3", "bb5",
+                             "\x95\x5C"
+                             "1",
+                             "b0", "b4"}};
+    for (int16_t mode = 0; mode < 3; ++mode) {
+        globals->sortMode = mode;
+        FreeHandle(globals->rihList);
+        globals->rihList = NewRihList();
+        uint32_t number = 0;
+        for (const auto& item : items) Add("", number++, item.name, item.kind, item.created);
+        EXPECT_EQ(Rows(), orders[mode]);
+    }
 }
 
 TEST_F(RecordIndexTest, ResortingKeepsTheOrderOfEqualItems) {
@@ -75,21 +70,6 @@ TEST_F(RecordIndexTest, ResortingKeepsTheOrderOfEqualItems) {
     EXPECT_EQ(Rows().at(0), "z2");
     ResortRihList(2);
     EXPECT_EQ(Rows(), (Names{"a1", "b0", "z2"}));
-}
-
-TEST_F(RecordIndexTest, TextsAreCutToTheirFields) {
-    globals->rihList = NewRihList();
-    Add(std::string(300, 'g').c_str(), 0, std::string(100, 'n').c_str(), std::string(100, 'k').c_str());
-    const RihItem* item = RihItemOfRow(globals->rihList, 0);
-    EXPECT_EQ(std::strlen(item->name), 63u);
-    EXPECT_EQ(std::strlen(item->kind), 63u);
-    EXPECT_EQ(std::strlen(item->groupPath), 255u);
-}
-
-TEST_F(RecordIndexTest, WithoutAListNothingIsAdded) {
-    Add("", 0, "a");
-    EXPECT_EQ(globals->rihList, nullptr);
-    EXPECT_EQ(RihCount(nullptr), 0);
 }
 
 TEST_F(RecordIndexTest, RemovesTheItemOfOneRecord) {
@@ -131,20 +111,6 @@ TEST_F(RecordIndexTest, AListThatIsNotOfOneGroupIsKept) {
         LoadRihList("G");
         EXPECT_EQ(RihCount(globals->rihList), 1);
     }
-}
-
-TEST_F(RecordIndexTest, AFolderListsTheGroupsDirectlyInIt) {
-    std::filesystem::create_directories(root() / "F" / "S");
-    MakeGroup("\\F\\H", {"d", "a"});
-    MakeGroup("\\F\\G", {"b"});
-    MakeGroup("\\F\\S\\G", {"x"});
-    MakeGroup("R", {"y"});
-    globals->findMode = kFindFolder;
-    BuildFolderIndex(globals->aidbfpath, "F", "");
-    EXPECT_EQ(Rows(), (Names{"\\F\\Ha1", "\\F\\Gb0", "\\F\\Hd0"}));
-    ASSERT_NE(globals->curRecord, nullptr); // the last header read
-    EXPECT_STREQ(cur().header.name, "a");
-    EXPECT_EQ(globals->curRecordNo, 1);
 }
 
 // A sort of everything at once must come to what inserting one by one comes to, whatever is equal.

@@ -87,21 +87,6 @@ TEST(SearchTextTest, EachFullWidthFormEqualsItsHalf) {
     }
 }
 
-TEST(SearchTextTest, MatchHereTellsTheBytesOfTheText) {
-    int32_t length = 2;
-    EXPECT_EQ(MatchHere("ａbc", "ab", &length, 0, 0), 0);
-    EXPECT_EQ(length, 3);
-    length = 1; // of the key
-    EXPECT_EQ(MatchHere("ab", "ax", &length, 0, 0), 0);
-    EXPECT_EQ(length, 1);
-    length = 3;
-    EXPECT_EQ(MatchHere("ab", "abc", &length, 0, 0), -1);
-    length = 3;
-    EXPECT_GT(MatchHere("abd", "abc", &length, 0, 0), 0);
-    length = 0;
-    EXPECT_EQ(MatchHere("", "", &length, 0, 0), 0);
-}
-
 namespace {
 
 using Names = std::vector<std::string>;
@@ -123,18 +108,13 @@ protected:
         }
         return rows;
     }
-    Names Search(const char* text, int16_t field = 0) {
+    Names Search(const char* text, int16_t field = 0, int32_t (*run)() = RunSearch) {
         std::strcpy(globals->flCnvFnStr, text);
         globals->flCnvFnMode = field;
-        EXPECT_EQ(RunSearch(), 0);
+        EXPECT_EQ(run(), 0);
         return Rows();
     }
-    Names Limit(const char* text, int16_t field = 0) {
-        std::strcpy(globals->flCnvFnStr, text);
-        globals->flCnvFnMode = field;
-        EXPECT_EQ(RunLimit(), 0);
-        return Rows();
-    }
+    Names Limit(const char* text, int16_t field = 0) { return Search(text, field, RunLimit); }
     // What reading the records one by one and adding each hit comes to.
     Names SlowSearch() {
         HandleOwner list(NewRihList());

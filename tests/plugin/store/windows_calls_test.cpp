@@ -5,7 +5,6 @@
 #include <windows.h>
 
 #include <string>
-#include <vector>
 
 #include "tests/support/temporary_folder.h"
 
@@ -39,19 +38,6 @@ protected:
 private:
     const TemporaryFolder folder_;
 };
-
-TEST_F(WindowsCallsTest, AFileIsFlushedAndCutThroughItsHandle) {
-    Write("表", "0123456789");
-    const HFILE file = _lopen(Path("表").c_str(), OF_READWRITE);
-    ASSERT_NE(file, HFILE_ERROR);
-    const auto handle = reinterpret_cast<HANDLE>(static_cast<intptr_t>(file));
-    EXPECT_EQ(_llseek(file, 4, FILE_BEGIN), 4);
-    EXPECT_TRUE(SetEndOfFile(handle));
-    EXPECT_TRUE(FlushFileBuffers(handle));
-    EXPECT_EQ(_llseek(file, 0, FILE_END), 4);
-    _lclose(file);
-    EXPECT_EQ(Read("表"), "0123");
-}
 
 TEST_F(WindowsCallsTest, AMoveSparesItsTargetAndAReplacementDoesNot) {
     Write("a", "a");
@@ -136,49 +122,6 @@ TEST_F(WindowsCallsTest, FailuresSayWhy) {
     EXPECT_EQ(GetLastError(), DWORD{ERROR_FILE_NOT_FOUND});
 }
 
-TEST(WindowsClock, DatesAndFileTimesAgree) {
-    const struct {
-        SYSTEMTIME time;
-        uint64_t steps; // counted by hand in days from 1601
-    } cases[] = {
-        {{1601, 1, 1, 1, 0, 0, 0, 0}, 0},
-        {{1904, 1, 5, 1, 0, 0, 0, 0}, 110667ull * 86400 * 10000000},
-        {{1970, 1, 4, 1, 0, 0, 0, 0}, 134774ull * 86400 * 10000000},
-        {{2000, 2, 2, 29, 23, 59, 59, 999}, (145790ull * 86400 + 86399) * 10000000 + 9990000},
-        {{2100, 3, 1, 1, 12, 0, 0, 0}, (182315ull * 86400 + 43200) * 10000000},
-    };
-    for (const auto& test : cases) {
-        FILETIME fileTime;
-        ASSERT_TRUE(SystemTimeToFileTime(&test.time, &fileTime)) << test.time.wYear;
-        EXPECT_EQ(uint64_t{fileTime.dwHighDateTime} << 32 | fileTime.dwLowDateTime, test.steps)
-            << test.time.wYear;
-        SYSTEMTIME back;
-        ASSERT_TRUE(FileTimeToSystemTime(&fileTime, &back));
-        EXPECT_EQ(back.wYear, test.time.wYear);
-        EXPECT_EQ(back.wMonth, test.time.wMonth);
-        EXPECT_EQ(back.wDay, test.time.wDay);
-        EXPECT_EQ(back.wDayOfWeek, test.time.wDayOfWeek) << test.time.wYear;
-        EXPECT_EQ(back.wSecond, test.time.wSecond);
-        EXPECT_EQ(back.wMilliseconds, test.time.wMilliseconds);
-    }
-    FILETIME fileTime;
-    for (const SYSTEMTIME& wrong :
-         {SYSTEMTIME{2100, 2, 0, 30, 0, 0, 0, 0}, SYSTEMTIME{2001, 13, 0, 1, 0, 0, 0, 0},
-          SYSTEMTIME{1600, 1, 0, 1, 0, 0, 0, 0}, SYSTEMTIME{2001, 1, 0, 1, 24, 0, 0, 0}}) {
-        EXPECT_FALSE(SystemTimeToFileTime(&wrong, &fileTime)) << wrong.wYear;
-    }
-}
-
-TEST(WindowsMemory, AGrownBlockIsZeroBehindItsOldBytes) {
-    auto* block = static_cast<unsigned char*>(GlobalAlloc(GPTR, 1000));
-    for (int i = 0; i < 1000; ++i) block[i] = 0xAB;
-    block = static_cast<unsigned char*>(GlobalReAlloc(block, 3000000, GMEM_MOVEABLE | GMEM_ZEROINIT));
-    ASSERT_NE(block, nullptr);
-    EXPECT_EQ(block[999], 0xAB);
-    for (int i = 1000; i < 3000000; ++i) ASSERT_EQ(block[i], 0) << i;
-    EXPECT_EQ(GlobalFree(block), nullptr);
-}
-
 // A digest of code page 932 in both directions, taken from the real calls: each pair and single byte with and
 // without strictness, each character with and without best fit.
 class Digest {
@@ -221,39 +164,6 @@ TEST(WindowsCodePages, CharactersToBytesAsOnWindows) {
         }
         EXPECT_EQ(digest.sum(), expected) << flags;
     }
-}
-
-std::vector<unsigned> WideOfUtf8(const std::string& text, DWORD flags) {
-    WCHAR wide[16];
-    const int count =
-        MultiByteToWideChar(CP_UTF8, flags, text.data(), static_cast<int>(text.size()), wide, 16);
-    return {wide, wide + count};
-}
-
-TEST(WindowsCodePages, DamagedUtf8BecomesReplacementsOrIsRefused) {
-    using Units = std::vector<unsigned>;
-    EXPECT_EQ(WideOfUtf8("\xF0\x9F\x98\x80", 0), (Units{0xD83D, 0xDE00}));
-    EXPECT_EQ(WideOfUtf8("\xE3\x81x", 0), (Units{0xFFFD, 'x'}));
-    EXPECT_EQ(WideOfUtf8("\xE3\xE3\x81\x82", 0), (Units{0xFFFD, 0x3042}));
-    EXPECT_EQ(WideOfUtf8("\xC0\xAF", 0), (Units{0xFFFD, 0xFFFD}));
-    EXPECT_EQ(WideOfUtf8("\xED\xA0\x80", MB_ERR_INVALID_CHARS), Units{});
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_NO_UNICODE_TRANSLATION});
-    const WCHAR lone[] = {'a', 0xD800, 'b'};
-    char text[8] = {};
-    EXPECT_EQ(WideCharToMultiByte(CP_UTF8, 0, lone, 3, text, 8, nullptr, nullptr), 5);
-    EXPECT_STREQ(text,
-                 "a\xEF\xBF\xBD"
-                 "b");
-    EXPECT_EQ(WideCharToMultiByte(CP_UTF8, WC_ERR_INVALID_CHARS, lone, 3, text, 8, nullptr, nullptr), 0);
-}
-
-TEST(WindowsCodePages, ARoomTooSmallIsRefused) {
-    WCHAR wide[2];
-    EXPECT_EQ(MultiByteToWideChar(932, 0, "abc", 3, wide, 2), 0);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INSUFFICIENT_BUFFER});
-    EXPECT_EQ(MultiByteToWideChar(932, 0, "abc", -1, nullptr, 0), 4);
-    EXPECT_EQ(MultiByteToWideChar(932, 0, "表示", -1, nullptr, 0), 3);
-    EXPECT_EQ(MultiByteToWideChar(932, 0, "abc", 0, wide, 2), 0);
 }
 
 } // namespace
