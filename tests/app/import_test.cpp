@@ -1,14 +1,8 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <filesystem>
 #include <fstream>
 #include <map>
-#include <nlohmann/json.hpp>
-#include <sstream>
 
 #include "tests/app/run_command.h"
-#include "tests/support/temporary_folder.h"
 
 namespace {
 
@@ -16,10 +10,8 @@ using nlohmann::json;
 using testing::HasSubstr;
 namespace fs = std::filesystem;
 
-class ImportTest : public testing::Test {
+class ImportTest : public CommandTest {
 protected:
-    ImportTest() { setenv("XDG_DATA_HOME", (folder.path() / "data").c_str(), 1); }
-
     void Draw(const std::string& name, const std::string& title = "", const std::string& extra = "") {
         WriteText((folder.path() / "art" / name).string(),
                   "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"10pt\" height=\"10pt\">" +
@@ -27,43 +19,44 @@ protected:
                       "<rect width=\"5\" height=\"5\"/>" + extra + "</svg>");
     }
 
-    CommandResult Import(std::vector<std::string> more = {}) {
-        std::vector<std::string> words = {"import", (folder.path() / "art").string(), "--db", Database()};
+    CommandResult Import(const std::vector<std::string>& more = {}) {
+        std::vector<std::string> words = {"import", Path("art")};
         words.insert(words.end(), more.begin(), more.end());
-        return RunCommand(words);
+        return Run(words);
     }
-
-    std::string Database() const { return (folder.path() / "db").string(); }
 
     std::map<std::string, int> Counts() {
         std::map<std::string, int> counts;
-        const json list = json::parse(RunCommand({"list", "--db", Database(), "--json"}).out);
+        const json list = json::parse(Done({"list", "--json"}).out);
         for (const json& group : list["groups"]) counts[group["group"]] = group["count"];
         return counts;
     }
 
     std::vector<std::string> Names(const std::string& group) {
         std::vector<std::string> names;
-        const json list = json::parse(RunCommand({"list", "--db", Database(), group, "--json"}).out);
-        for (const json& record : list["records"]) names.push_back(record["name"]);
+        for (const json& record : Records(group)) names.push_back(record["name"]);
         return names;
     }
 
-    fs::path OnlyJournal() const {
-        return fs::directory_iterator(folder.path() / "db/.velquorne-import")->path();
-    }
-
-    TemporaryFolder folder;
+    fs::path OnlyJournal() const { return fs::directory_iterator(root() / ".velquorne-import")->path(); }
 };
 
 using Counted = std::map<std::string, int>;
 
+// Names that a database uses for itself are changed.
 TEST_F(ImportTest, FoldersBecomeFoldersAndGroupsByTheRule) {
-    for (const char* name : {"top.svg", "a/1.svg", "a/2.svg", "a/b/1.svg", "a/b/c/1.svg", "a/b/c/d/e/1.svg"})
+    for (const char* name : {"top.svg", "a/1.svg", "a/2.svg", "a/b/1.svg", "a/b/c/1.svg", "a/b/c/d/e/1.svg",
+                             "None/1.svg", "x.DAT/1.svg", ".hidden/1.svg"})
         Draw(name);
     ASSERT_EQ(Import().code, 0);
-    EXPECT_EQ(Counts(),
-              (Counted{{"\\art", 1}, {"\\a", 2}, {"\\a\\b", 1}, {"\\a\\b\\c", 1}, {"\\a\\b\\c - d - e", 1}}));
+    EXPECT_EQ(Counts(), (Counted{{"\\art", 1},
+                                 {"\\a", 2},
+                                 {"\\a\\b", 1},
+                                 {"\\a\\b\\c", 1},
+                                 {"\\a\\b\\c - d - e", 1},
+                                 {"\\_None", 1},
+                                 {"\\_.hidden", 1},
+                                 {"\\x_DAT", 1}}));
 }
 
 TEST_F(ImportTest, IntoAFolderEverythingLiesOneLevelDeeper) {
@@ -71,13 +64,6 @@ TEST_F(ImportTest, IntoAFolderEverythingLiesOneLevelDeeper) {
     ASSERT_EQ(Import({"--into", "New"}).code, 0);
     EXPECT_EQ(Counts(),
               (Counted{{"\\New\\art", 1}, {"\\New\\a", 1}, {"\\New\\a\\b", 1}, {"\\New\\a\\b - c", 1}}));
-}
-
-TEST_F(ImportTest, TitleSubjectAndDescriptionBecomeTheRecordsTexts) {
-    Draw("g/file name.svg");
-    Draw("g/other.svg", "A title");
-    ASSERT_EQ(Import().code, 0);
-    EXPECT_EQ(Names("g"), (std::vector<std::string>{"file name", "A title"}));
 }
 
 TEST_F(ImportTest, SeveralProcessesStoreTheSameAsOne) {
@@ -97,7 +83,7 @@ TEST_F(ImportTest, ADryRunStoresNothing) {
     const CommandResult result = Import({"--dry-run"});
     EXPECT_EQ(result.code, 0);
     EXPECT_THAT(result.out, HasSubstr("\\g\tg/1.svg"));
-    EXPECT_FALSE(fs::exists(Database()));
+    EXPECT_FALSE(fs::exists(root()));
 }
 
 TEST_F(ImportTest, FilesThatLoseSomethingOrAreRefusedAreReported) {
@@ -134,14 +120,6 @@ TEST_F(ImportTest, StoppedBetweenARecordAndItsNoteItStoresNothingTwice) {
         EXPECT_EQ(again.code, 0) << again.err;
         EXPECT_EQ(Names("g"), (std::vector<std::string>{"1", "2", "3"})) << "journal cut at " << end;
     }
-}
-
-TEST_F(ImportTest, NamesThatADatabaseUsesForItselfAreChanged) {
-    Draw("None/1.svg");
-    Draw("x.DAT/1.svg");
-    Draw(".hidden/1.svg");
-    ASSERT_EQ(Import().code, 0);
-    EXPECT_EQ(Counts(), (Counted{{"\\_None", 1}, {"\\_.hidden", 1}, {"\\x_DAT", 1}}));
 }
 
 } // namespace

@@ -1,18 +1,13 @@
 // Actions as a file: what is recorded by hand at the window comes to the same when it is played again.
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cmath>
-#include <filesystem>
 #include <fstream>
-#include <nlohmann/json.hpp>
 
 #include "app/action_file.h"
 #include "app/texts.h"
 #include "plugin/actions/place_action.h"
 #include "tests/app/run_command.h"
-#include "tests/support/temporary_folder.h"
 
 namespace {
 
@@ -93,42 +88,24 @@ constexpr char kTwo[] =
     R"(<circle cx="50" cy="50" r="40" fill="#0f0"/><path d="M100 100h90v77z" fill="#00f"/></svg>)";
 constexpr char kPage[] = R"(<ellipse id="base" cx="450" cy="450" rx="70" ry="33" stroke="#808"/></svg>)";
 
-class PlayTest : public testing::Test {
+class PlayTest : public CommandTest {
 protected:
-    PlayTest() { setenv("XDG_DATA_HOME", (folder.path() / "data").c_str(), 1); }
-
     void SetUp() override {
         for (const auto& [name, art] : {std::pair("square.svg", kRedBox), {"two.svg", kTwo}}) {
             WriteText(Path(name), std::string(kPageHead) + art);
-            Run({"register", Path(name), "--db", Path("db"), "--group", "Shapes", "--name", name});
+            Done({"register", Path(name), "--group", "Shapes", "--name", name});
         }
         WriteText(Path("page.svg"), std::string(kPageHead) + kPage);
     }
 
-    std::string Path(const std::string& name) const { return (folder.path() / name).string(); }
-
-    void Run(const std::vector<std::string>& words) {
-        const CommandResult result = RunCommand(words);
-        EXPECT_EQ(result.code, 0) << result.err;
-    }
-
     /// What is drawn in a drawing, the topmost first, whatever groups it lies in.
     json Drawn(const std::string& svg) {
-        Run({"convert", svg, "--out", Path("drawn.json")});
+        RunCommand({"convert", svg, "--out", Path("drawn.json")});
         json drawn = json::array();
-        const json document = json::parse(std::ifstream(Path("drawn.json")));
+        const json document = ReadJson("drawn.json");
         for (const json& layer : document["layers"]) Flatten(layer["art"], drawn);
         return drawn;
     }
-    json Records(const std::string& database, const std::string& group) {
-        json records = json::parse(RunCommand({"list", "--db", database, group, "--json"}).out)["records"];
-        for (json& record : records) {
-            for (const char* changing : {"created", "modified", "bytes"}) record.erase(changing);
-        }
-        return records;
-    }
-
-    TemporaryFolder folder;
 
 private:
     static void Flatten(const json& members, json& drawn) {
@@ -188,12 +165,12 @@ pause 300
 key Control+S
 pause 200
 )");
-    Run({"open", Path("by-hand.svg"), "--db", Path("by-hand"), "--play", Path("tour.hands"), "--record",
-         Path("tour.json")});
-    Run({"play", Path("tour.json"), "--db", Path("db"), "--into", Path("page.svg"), "--out",
-         Path("played.svg")});
+    const CommandResult opened = RunCommand({"open", Path("by-hand.svg"), "--db", Path("by-hand"), "--play",
+                                             Path("tour.hands"), "--record", Path("tour.json")});
+    ASSERT_EQ(opened.code, 0) << opened.err;
+    Done({"play", Path("tour.json"), "--into", Path("page.svg"), "--out", Path("played.svg")});
 
-    const json recorded = json::parse(std::ifstream(Path("tour.json")));
+    const json recorded = ReadJson("tour.json");
     std::vector<std::string> names;
     for (const json& action : recorded["actions"]) names.push_back(action["action"]);
     EXPECT_EQ(names, (std::vector<std::string>{"VELQUORNE_PLACE", "VELQUORNE_PLACE", "VELQUORNE_PLACE",
@@ -201,17 +178,19 @@ pause 200
     const json byHand = Drawn(Path("by-hand.svg"));
     EXPECT_EQ(byHand.size(), 4u);
     ExpectAlike(byHand, Drawn(Path("played.svg")), "");
-    const json records = Records(Path("by-hand"), "Shapes");
+    const json played = Records("Shapes");
+    fs::remove_all(root());
+    fs::rename(Path("by-hand"), root());
+    const json records = Records("Shapes");
     ASSERT_EQ(records.size(), 3u);
     EXPECT_EQ(records[2]["name"], "all of it");
-    ExpectAlike(records[2]["width"], Records(Path("db"), "Shapes")[2]["width"], "width");
+    ExpectAlike(records[2]["width"], played[2]["width"], "width");
 }
 
 TEST_F(PlayTest, WritesNoDrawingUnlessEveryActionDidItsPart) {
     const auto play = [&](const std::string& actions) {
         WriteText(Path("actions.json"), R"({"schema": 1, "actions": [)" + actions + "]}");
-        return RunCommand({"play", Path("actions.json"), "--db", Path("db"), "--into", Path("page.svg"),
-                           "--out", Path("out.svg")});
+        return Run({"play", Path("actions.json"), "--into", Path("page.svg"), "--out", Path("out.svg")});
     };
     const auto place = [](const std::string& group, int number) {
         return R"({"action": "VELQUORNE_PLACE", "record": {"group": ")" + group + R"(", "number": )" +
@@ -241,7 +220,7 @@ TEST_F(PlayTest, WritesNoDrawingUnlessEveryActionDidItsPart) {
     const CommandResult good = play(enter("\"base\"") + "," + bare + "," + place("Shapes", 0));
     EXPECT_EQ(good.code, 0) << good.err;
     EXPECT_EQ(good.out, "\\New\\Group\t0\tbase\n");
-    EXPECT_EQ(Records(Path("db"), "New/Group")[0]["width"], 140.0);
+    EXPECT_EQ(Records("New/Group")[0]["width"], 140.0);
     EXPECT_EQ(Drawn(Path("out.svg")).size(), 3u);
 }
 

@@ -1,13 +1,7 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <filesystem>
 #include <fstream>
-#include <iterator>
-#include <nlohmann/json.hpp>
 
 #include "tests/app/run_command.h"
-#include "tests/support/temporary_folder.h"
 
 namespace {
 
@@ -16,32 +10,17 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 namespace fs = std::filesystem;
 
-class RecordCommandsTest : public testing::Test {
+class RecordCommandsTest : public CommandTest {
 protected:
-    RecordCommandsTest() { setenv("XDG_DATA_HOME", (folder.path() / "data").c_str(), 1); }
-
-    fs::path root() const { return folder.path() / "db"; }
-    std::string Path(const std::string& name) const { return (folder.path() / name).string(); }
-
     void Store(const std::string& group, const std::string& name, int width = 30) {
         WriteText(Path("in.svg"),
                   R"(<svg xmlns="http://www.w3.org/2000/svg" width="90pt" height="90pt" )"
                   R"(viewBox="0 0 90 90"><rect x="10" y="40" height="40" fill="#f00" width=")" +
                       std::to_string(width) + "\"/></svg>");
-        const CommandResult result = Run({"register", Path("in.svg"), "--group", group, "--name", name});
-        ASSERT_EQ(result.code, 0) << result.err;
+        Done({"register", Path("in.svg"), "--group", group, "--name", name});
         // A file beside each record tells later whose directory it is.
         const auto number = Records(group).size() - 1;
         WriteText((root() / (group + ".DAT") / std::to_string(number) / name).string(), name);
-    }
-
-    CommandResult Run(std::vector<std::string> words) {
-        words.insert(words.begin() + 1, {"--db", root().string()});
-        return RunCommand(words);
-    }
-
-    json Records(const std::string& group) {
-        return json::parse(Run({"list", group, "--json"}).out)["records"];
     }
 
     /// The records' names; each must have its own directory.
@@ -56,16 +35,12 @@ protected:
         }
         return names;
     }
-
-    TemporaryFolder folder;
 };
 
 TEST_F(RecordCommandsTest, EditChangesTheTextsThatAreNamedAndNothingElse) {
     for (const char* name : {"zero", "one", "two"}) Store("G", name);
     const json before = Records("G");
-    const CommandResult result = Run({"edit", "G", "1", "--kind", "種類", "--comment", "ソ表"});
-    ASSERT_EQ(result.code, 0) << result.err;
-    EXPECT_EQ(result.out, "\\G\t1\n");
+    EXPECT_EQ(Done({"edit", "G", "1", "--kind", "種類", "--comment", "ソ表"}).out, "\\G\t1\n");
     json after = Records("G");
     EXPECT_EQ(after[1]["kind"], "種類");
     EXPECT_EQ(after[1]["comment"], "ソ表");
@@ -79,9 +54,7 @@ TEST_F(RecordCommandsTest, EditMovesARecordWithItsFilesAndItsDates) {
     for (const char* name : {"zero", "one", "two"}) Store("G", name);
     Store("F/H", "there");
     const json moved = Records("G")[1];
-    const CommandResult result = Run({"edit", "G", "1", "--to", "F/H"});
-    ASSERT_EQ(result.code, 0) << result.err;
-    EXPECT_EQ(result.out, "\\F\\H\t1\n");
+    EXPECT_EQ(Done({"edit", "G", "1", "--to", "F/H"}).out, "\\F\\H\t1\n");
     EXPECT_THAT(Names("G"), ElementsAre("zero", "two"));
     EXPECT_THAT(Names("F/H"), ElementsAre("there", "one"));
     json there = Records("F/H")[1];
@@ -111,9 +84,7 @@ TEST_F(RecordCommandsTest, DeleteTakesTheNumbersAsTheyAreBeforeAndAsks) {
     EXPECT_THAT(Run({"delete", "G", "1"}).err, HasSubstr("--yes"));
     EXPECT_EQ(Run({"delete", "G", "1", "5", "--yes"}).code, 1);
     EXPECT_EQ(Records("G").size(), 5U);
-    const CommandResult result = Run({"delete", "G", "1", "3", "1", "--yes"});
-    ASSERT_EQ(result.code, 0) << result.err;
-    EXPECT_EQ(result.out, "\\G\t3\t3\n\\G\t1\t1\n");
+    EXPECT_EQ(Done({"delete", "G", "1", "3", "1", "--yes"}).out, "\\G\t3\t3\n\\G\t1\t1\n");
     EXPECT_THAT(Names("G"), ElementsAre("0", "2", "4"));
 }
 
@@ -135,15 +106,13 @@ TEST_F(RecordCommandsTest, ExportGivesEachRecordAFileThatEverySystemTakes) {
     fs::copy(root() / "F/G.AID", root() / "H.AID");
     for (const char* name : {"../a:b", ".hidden", "x.", "表"})
         ASSERT_EQ(Run({"edit", "H", "0", "--name", name, "--to", "N"}).code, 0);
-    const CommandResult result = Run({"export", "--out", Path("out"), "--as", "svg"});
-    ASSERT_EQ(result.code, 0) << result.err;
+    Done({"export", "--out", Path("out"), "--as", "svg"});
     EXPECT_THAT(
         FilesBelow(Path("out")),
         testing::UnorderedElementsAre("F/G/Box.svg", "F/G/box-2.svg", "F/G/ＢＯＸ.svg", "F/G/ｂｏｘ-2.svg",
                                       "F/_con.svg", "N/_._a_b.svg", "N/_hidden.svg", "N/x.svg", "N/表.svg"));
-    const CommandResult shape = RunCommand({"convert", Path("out/F/G/box-2.svg"), "--out", Path("box.json")});
-    ASSERT_EQ(shape.code, 0) << shape.err;
-    EXPECT_EQ(json::parse(std::ifstream(Path("box.json")))["page"], json::parse("[0, 40, 40, 0]"));
+    RunCommand({"convert", Path("out/F/G/box-2.svg"), "--out", Path("box.json")});
+    EXPECT_EQ(ReadJson("box.json")["page"], json::parse("[0, 40, 40, 0]"));
 }
 
 TEST_F(RecordCommandsTest, ExportKeepsWhatIsThereAndGoesOnBehindABadRecord) {

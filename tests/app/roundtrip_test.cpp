@@ -2,73 +2,13 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <nlohmann/json.hpp>
 
 #include "app/compare_documents.h"
-#include "tests/app/run_command.h"
-#include "tests/support/temporary_folder.h"
 
 namespace {
 
-using nlohmann::json;
 using workbench::Art;
 using workbench::Document;
-
-class RoundtripTest : public testing::Test {
-protected:
-    RoundtripTest() { setenv("XDG_DATA_HOME", (folder.path() / "data").c_str(), 1); }
-
-    json Roundtrip(const std::string& content) {
-        const std::string file = (folder.path() / "in.svg").string();
-        WriteText(file,
-                  "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"100pt\" height=\"100pt\" "
-                  "viewBox=\"0 0 100 100\">" +
-                      content + "</svg>");
-        const CommandResult result = RunCommand({"roundtrip", file, "--json"});
-        const json trip = json::parse(result.out)["files"][0];
-        EXPECT_EQ(result.code, trip["result"] == "same" || trip["result"] == "loss" ? 0 : 1) << result.err;
-        return trip;
-    }
-
-    TemporaryFolder folder;
-};
-
-TEST_F(RoundtripTest, PathsGroupsClipsAndPatternsComeBackTheSame) {
-    const json trip = Roundtrip(R"svg(
-        <defs>
-          <clipPath id="c"><circle cx="50" cy="50" r="30"/></clipPath>
-          <pattern id="p" width="10" height="10" patternUnits="userSpaceOnUse"><rect width="5" height="5"/></pattern>
-          <linearGradient id="g" gradientUnits="userSpaceOnUse" x1="0" y1="0" x2="50" y2="20"
-              gradientTransform="rotate(20) scale(1.5 0.7)"><stop stop-color="red"/><stop offset="0.3"/>
-              <stop offset="1" stop-color="#0f8"/></linearGradient>
-        </defs>
-        <g opacity="0.5"><path d="M10 10C20 0 40 0 50 10S80 30 90 10Z M20 5h5v5h-5z" fill="url(#g)"
-            fill-rule="evenodd"/></g>
-        <g clip-path="url(#c)"><rect width="80" height="90" fill="url(#p)"/><circle cx="40" cy="40" r="9"
-            fill-opacity="0.25"/></g>
-        <path d="M5 5L90 95" fill="none" stroke="#123456" stroke-width="3.7" stroke-dasharray="3 1 2"
-            stroke-linecap="round" stroke-linejoin="bevel"/>)svg");
-    EXPECT_EQ(trip["result"], "same") << trip.dump(1);
-}
-
-TEST_F(RoundtripTest, WhatARecordCannotKeepIsCounted) {
-    const json trip = Roundtrip(R"svg(
-        <defs><linearGradient id="g"><stop stop-color="red" stop-opacity="0.5"/><stop offset="1" stop-opacity="0.2"/>
-        </linearGradient></defs>
-        <rect x="10" y="10" width="50" height="50" fill="url(#g)"/>
-        <rect x="10" y="10" width="50" height="50" fill="none" stroke="url(#g)" stroke-width="5"/>)svg");
-    EXPECT_EQ(trip["result"], "loss") << trip.dump(1);
-    EXPECT_EQ(trip["losses"]["stop opacity"], 2);
-    EXPECT_EQ(trip["losses"]["gradient on a stroke"], 1);
-}
-
-TEST_F(RoundtripTest, AFileThatIsNoDrawingIsRefused) {
-    const std::string file = (folder.path() / "no.svg").string();
-    WriteText(file, "no drawing");
-    const CommandResult result = RunCommand({"roundtrip", file, "--json"});
-    EXPECT_EQ(result.code, 1);
-    EXPECT_EQ(json::parse(result.out)["files"][0]["result"], "refused");
-}
 
 // A comparison that can't see a change proves nothing, so each change to a copy must be reported.
 struct Change {

@@ -1,8 +1,5 @@
 #include "tests/app/run_command.h"
 
-#include <gtest/gtest.h>
-
-#include <filesystem>
 #include <fstream>
 #include <iostream>
 
@@ -27,4 +24,27 @@ CommandResult RunCommand(const std::vector<std::string>& words) {
 void WriteText(const std::string& path, const std::string& text) {
     std::filesystem::create_directories(std::filesystem::path(path).parent_path());
     std::ofstream(path, std::ios::binary) << text;
+}
+
+CommandTest::CommandTest() {
+    setenv("XDG_DATA_HOME", Path("data").c_str(), 1);
+}
+
+CommandResult CommandTest::Run(std::vector<std::string> words) const {
+    words.insert(words.begin() + 1, {"--db", root().string()});
+    return RunCommand(words);
+}
+
+CommandResult CommandTest::Done(std::vector<std::string> words) const {
+    CommandResult result = Run(words);
+    EXPECT_EQ(result.code, 0) << testing::PrintToString(words) << result.err;
+    return result;
+}
+
+nlohmann::json CommandTest::Records(const std::string& group) const {
+    return nlohmann::json::parse(Done({"list", group, "--json"}).out)["records"];
+}
+
+nlohmann::json CommandTest::ReadJson(const std::string& name) const {
+    return nlohmann::json::parse(std::ifstream(Path(name)));
 }

@@ -1,37 +1,16 @@
 // The drawing of every kind of art, through each command that takes drawings.
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <fstream>
-#include <nlohmann/json.hpp>
 #include <set>
 
 #include "tests/app/run_command.h"
-#include "tests/support/temporary_folder.h"
 
 namespace {
 
 using Json = nlohmann::json;
 
-class SampleTest : public testing::Test {
+class SampleTest : public CommandTest {
 protected:
-    SampleTest() {
-        setenv("XDG_DATA_HOME", (folder.path() / "data").c_str(), 1);
-        Run({"sample", "--out", Path("doc.svg")});
-    }
-
-    std::string Path(const std::string& name) const { return (folder.path() / name).string(); }
-
-    static CommandResult Run(const std::vector<std::string>& words) {
-        CommandResult result = RunCommand(words);
-        EXPECT_EQ(result.code, 0) << words[0] << ": " << result.err;
-        return result;
-    }
-
-    Json Read(const std::string& name) const { return Json::parse(std::ifstream(Path(name))); }
-
-    TemporaryFolder folder;
+    SampleTest() { RunCommand({"sample", "--out", Path("doc.svg")}); }
 };
 
 /// The kinds of art below an object of a dump.
@@ -44,10 +23,10 @@ void CollectKinds(const Json& json, std::multiset<std::string>* kinds) {
 }
 
 TEST_F(SampleTest, HoldsEveryKindOfArtAndReadsBackAsTheSameDocument) {
-    Run({"convert", Path("doc.svg"), "--out", Path("doc.json"), "--out", Path("again.svg")});
-    Run({"convert", Path("again.svg"), "--out", Path("again.json")});
-    const Json document = Read("doc.json");
-    EXPECT_EQ(document, Read("again.json"));
+    RunCommand({"convert", Path("doc.svg"), "--out", Path("doc.json"), "--out", Path("again.svg")});
+    RunCommand({"convert", Path("again.svg"), "--out", Path("again.json")});
+    const Json document = ReadJson("doc.json");
+    EXPECT_EQ(document, ReadJson("again.json"));
     std::multiset<std::string> kinds;
     CollectKinds(document, &kinds);
     for (const char* kind :
@@ -68,20 +47,22 @@ TEST_F(SampleTest, ComesBackFromARecordButForWhatTheFormCannotKeep) {
     EXPECT_EQ(trip["losses"], losses);
 }
 
+// Both sides have to want it.
 TEST_F(SampleTest, GoesBackToItsLayersWhereThatIsAskedFor) {
-    Run({"register", "--db", Path("db"), "--group", "G", "--layers", Path("doc.svg")});
-    for (const char* layers : {"--layers", "--no-layers"}) {
-        Run({"place", "--db", Path("db"), "G", "0", "--at", "0,0", layers, "--out", Path("placed.json")});
-        std::set<std::string> titles;
-        const Json placed = Read("placed.json");
+    const auto titles = [&](const char* number, const char* layers) {
+        Done({"place", "G", number, "--at", "0,0", layers, "--out", Path("placed.json")});
+        std::set<std::string> found;
+        const Json placed = ReadJson("placed.json");
         for (const Json& layer : placed["layers"])
-            if (!layer["art"].empty()) titles.insert(layer["title"]);
-        if (std::string(layers) == "--layers") {
-            EXPECT_EQ(titles, (std::set<std::string>{"Words and pictures", "\u7DDA\u3068\u8272"}));
-        } else {
-            EXPECT_EQ(titles, (std::set<std::string>{"Layer 1"}));
-        }
-    }
+            if (!layer["art"].empty()) found.insert(layer["title"]);
+        return found;
+    };
+    for (const char* layers : {"--layers", "--no-layers"})
+        Done({"register", "--group", "G", layers, Path("doc.svg")});
+    const std::set<std::string> both = {"Words and pictures", "\u7DDA\u3068\u8272"}, one = {"Layer 1"};
+    EXPECT_EQ(titles("0", "--layers"), both);
+    EXPECT_EQ(titles("0", "--no-layers"), one);
+    EXPECT_EQ(titles("1", "--layers"), one);
 }
 
 } // namespace

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
-
 #include "tests/support/plugin_fixture.h"
 #include "tests/support/posix/headless_desktop.h"
 #include "workbench/document/undo_history.h"
@@ -44,8 +42,8 @@ protected:
                                },
                            .exists = [](const std::string& path) { return path == "there.svg"; }});
         auto document = std::make_unique<Document>();
-        for (const double x : {100.0, 300.0}) squares_.push_back(AddSquare(*document, x));
-        workspace_->ShowDocument(std::move(document), "/drawings/two squares.svg", {});
+        document->AppendArt(kArtPath, document->LayerAt(0).root)->path()->segments.resize(2);
+        workspace_->ShowDocument(std::move(document), "/drawings/art.svg", {});
         workspace_->Begin();
     }
     void TearDown() override {
@@ -54,20 +52,6 @@ protected:
         workspace_.reset();
         HoldSuites();
         PluginFixture::TearDown();
-    }
-
-    /// A black square of 80 points with its left lower corner at (x, 400).
-    static ArtHandle AddSquare(Document& document, double x) {
-        Art* art = document.AppendArt(kArtPath, document.LayerAt(0).root);
-        for (const auto& [dx, dy] :
-             {std::pair(0, 0), std::pair(80, 0), std::pair(80, 80), std::pair(0, 80)}) {
-            const HostPoint point{x + dx, 400.0 + dy};
-            art->path()->segments.push_back({.anchor = point, .in = point, .out = point, .corner = 1});
-        }
-        art->path()->closed = true;
-        art->path()->style.fillPaint = 1;
-        art->path()->style.fill = GrayColor(1);
-        return art->handle;
     }
 
     HeadlessDisplay& hands() { return DisplayOf(desktop_); }
@@ -83,7 +67,6 @@ protected:
         ClientToScreen(canvas(), &pixel);
         return pixel;
     }
-    bool IsSelected(size_t square) { return document().Find(squares_[square])->selected; }
 
     /// Lets the queued hands do their work.
     void Play() {
@@ -93,93 +76,9 @@ protected:
 
     TestDesktop desktop_;
     std::unique_ptr<Workspace> workspace_;
-    std::vector<ArtHandle> squares_;
     std::vector<std::string> saved_;
     int pictures_ = 0;
 };
-
-// Tracking draws on the window that the plug-in finds, and maps pixels by the view: they must be the canvas
-// and what it shows.
-TEST_F(WorkspaceTest, ThePluginFindsTheCanvasAndTheView) {
-    hands().Pause(1000);
-    Play();
-    EXPECT_EQ(globals->docWindow, canvas());
-    RECT client;
-    GetClientRect(canvas(), &client);
-    EXPECT_NEAR((globals->viewBounds.right - globals->viewBounds.left) * globals->viewZoom, client.right,
-                1e-6);
-    EXPECT_NEAR((globals->viewBounds.top - globals->viewBounds.bottom) * globals->viewZoom, client.bottom,
-                1e-6);
-    const POINT inside = OnScreen(140, 440), beside = OnScreen(240, 440);
-    EXPECT_EQ(hands().Pixel(inside.x, inside.y), 0x000000u);
-    EXPECT_EQ(hands().Pixel(beside.x, beside.y), 0xFFFFFFu);
-
-    workspace().Pick(kMenuClose);
-    hands().Pause(1000);
-    Play();
-    EXPECT_EQ(globals->docWindow, nullptr);
-    EXPECT_EQ(title(), "");
-}
-
-TEST_F(WorkspaceTest, MenusHoldWhatThePluginAddedAndShowItsMarks) {
-    const auto item = [&](MenuTitle menu, const std::string& text) {
-        for (const PopupItem& each : workspace().MenuItems(menu)) {
-            if (each.text == text) return each;
-        }
-        ADD_FAILURE() << "no item " << text;
-        return PopupItem{};
-    };
-    const bool shown =
-        IsWindowVisible(workspace().windows().FrameOf(*host().panels().front())->window()) != 0;
-    EXPECT_EQ(item(kWindowMenu, "Velquorne").marked, shown);
-    workspace().Pick(item(kWindowMenu, "Velquorne").number);
-    EXPECT_EQ(item(kWindowMenu, "Velquorne").marked, !shown);
-    const PopupItem about = item(kHelpMenu, "About Plug-ins (TOLMA-VERNISH INC.)");
-    ASSERT_EQ(about.items.size(), 1u);
-    EXPECT_TRUE(about.items[0].text.ends_with("..."));
-}
-
-TEST_F(WorkspaceTest, HandsSelectDeleteAndUndo) {
-    const POINT first = OnScreen(140, 440), second = OnScreen(340, 440);
-    std::map<std::string, std::pair<bool, bool>> seen;
-    const auto note = [&](const char* when) {
-        hands().Do([&, when] { seen[when] = {IsSelected(0), IsSelected(1)}; });
-    };
-    hands().Click(first.x, first.y);
-    note("click");
-    hands().KeyDown(VK_SHIFT).Click(second.x, second.y).KeyUp(VK_SHIFT);
-    note("shift click");
-    hands().KeyDown(VK_SHIFT).Click(first.x, first.y).KeyUp(VK_SHIFT);
-    note("shift click again");
-    hands().Key(VK_ESCAPE);
-    note("escape");
-    const POINT from = OnScreen(60, 500), to = OnScreen(110, 430);
-    hands().Drag(from, to, 5);
-    note("band");
-    hands().KeyWith(VK_CONTROL, 'A');
-    note("all");
-    Play();
-    using Both = std::pair<bool, bool>;
-    EXPECT_EQ(seen["click"], Both(true, false));
-    EXPECT_EQ(seen["shift click"], Both(true, true));
-    EXPECT_EQ(seen["shift click again"], Both(false, true));
-    EXPECT_EQ(seen["escape"], Both(false, false));
-    EXPECT_EQ(seen["band"], Both(true, false));
-    EXPECT_EQ(seen["all"], Both(true, true));
-    EXPECT_TRUE(title().starts_with("two squares.svg @ ") && title().ends_with("%")) << title();
-
-    hands().Key(VK_DELETE);
-    Play();
-    EXPECT_EQ(document().LayerAt(0).root->childCount, 0u);
-    EXPECT_TRUE(title().ends_with("%*")) << title();
-    EXPECT_EQ(hands().Pixel(first.x, first.y), 0xFFFFFFu);
-    hands().KeyWith(VK_CONTROL, 'Z');
-    Play();
-    EXPECT_EQ(document().LayerAt(0).root->childCount, 2u);
-    EXPECT_EQ(document().Find(squares_[0]), nullptr);
-    EXPECT_TRUE(title().ends_with("%")) << title();
-    EXPECT_EQ(hands().Pixel(first.x, first.y), 0x000000u);
-}
 
 TEST_F(WorkspaceTest, ABandLeavesNoPixelBehindAndNothingIsDrawnAnewForIt) {
     const POINT from = OnScreen(40, 300), to = OnScreen(90, 200);
@@ -202,20 +101,6 @@ TEST_F(WorkspaceTest, ABandLeavesNoPixelBehindAndNothingIsDrawnAnewForIt) {
     EXPECT_NE(during, before);
     EXPECT_EQ(pixels(), before);
     EXPECT_EQ(pictures_, drawn);
-}
-
-TEST_F(WorkspaceTest, WheelZoomsAboutThePointerAndSpaceMovesThePage) {
-    const POINT at = OnScreen(300, 400);
-    const double zoom = document().view().zoom;
-    hands().Click(at.x, at.y).KeyDown(VK_CONTROL).Wheel(2).KeyUp(VK_CONTROL);
-    Play();
-    EXPECT_GT(document().view().zoom, zoom * 1.5);
-    EXPECT_NEAR(OnScreen(300, 400).x, at.x, 1);
-    EXPECT_NEAR(OnScreen(300, 400).y, at.y, 1);
-    hands().KeyDown(VK_SPACE).Drag(at, {at.x - 50, at.y - 30}, 4).KeyUp(VK_SPACE);
-    Play();
-    EXPECT_NEAR(OnScreen(300, 400).x, at.x - 50, 1);
-    EXPECT_NEAR(OnScreen(300, 400).y, at.y - 30, 1);
 }
 
 TEST_F(WorkspaceTest, NothingIsLostWithoutAQuestion) {

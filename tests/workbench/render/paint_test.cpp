@@ -78,16 +78,6 @@ TEST_F(PaintTest, AMidpointMovesTheColourHalfWay) {
     ExpectNear({85, 85, 85}, At(50, 50), 4);
 }
 
-// A gradient that can't be drawn as one shows its last colour, as on the web.
-TEST_F(PaintTest, DegenerateGradientShowsItsLastStop) {
-    Gradient& gradient = document.NewGradient("");
-    gradient.stops[1].color = ThreeColor(1, 0, 0);
-    Rectangle(root(), 0, 0, 50, 100, GradientPaint(gradient, {0, 0}, 0, 0, kIdentity));
-    Rectangle(root(), 50, 0, 100, 100, GradientPaint(gradient, {0, 0}, 0, 10, {0, 0, 0, 0, 0, 0}));
-    EXPECT_EQ(At(25, 50), kRed);
-    EXPECT_EQ(At(75, 50), kRed);
-}
-
 class PatternPaintTest : public PaintTest {
 protected:
     /// A tile of 10 x 10 at (200, 300) in its own coordinates, its left half red, its lower right quarter
@@ -123,23 +113,6 @@ TEST_F(PatternPaintTest, ManyTilesLookLikeFew) {
     EXPECT_NEAR(red / all, 0.5, 0.06);
     EXPECT_NEAR(blue / all, 0.25, 0.06);
     EXPECT_NEAR(white / all, 0.25, 0.06);
-}
-
-TEST_F(PatternPaintTest, APatternThatHoldsItselfEnds) {
-    HostColor color = PatternOfTiles(kIdentity);
-    Pattern& pattern = *document.Find(color.u.pattern.pattern);
-    pattern.art->firstChild->path()->style.fill = color;
-    Rectangle(root(), 0, 0, 100, 100, color);
-    EXPECT_EQ(At(2, 97), kRed);
-}
-
-TEST_F(PaintTest, StyledArtIsDrawnInPlaceOfThePath) {
-    Art& art = Rectangle(root(), 0, 0, 100, 100, ThreeColor(1, 0, 0));
-    Art& styled = *document.AppendArt(kArtGroup, nullptr);
-    Rectangle(styled, 0, 0, 100, 50, ThreeColor(0, 0, 1));
-    art.styledArt = styled.handle;
-    EXPECT_EQ(At(50, 75), kBlue);
-    EXPECT_EQ(At(50, 25), kWhite);
 }
 
 TEST_F(PaintTest, DeepNestingEndsAndStillShowsItsPath) {

@@ -139,6 +139,18 @@ constexpr const char* kSnippets[] = {
     "<path d='M20 80L50 30L60 80' fill='none' stroke='red' stroke-width='15' stroke-miterlimit='2'/>",
     "<g font-size='10'><path d='M0 20h90' stroke='red' stroke-width='2em'/><path d='M0 60h90' stroke='red' "
     "stroke-width='20%'/><path d='M0 90h90' stroke='red' stroke-width='0'/></g>",
+    "<g><rect width='30' height='30' fill='#0FA'/><rect x='30' width='30' height='30' fill='RGB(300,-5,0)'/>"
+    "<rect x='60' width='30' height='30' fill='rgb(100%, 50%, 0%)'/><rect y='30' width='30' height='30' "
+    "fill='hsl(120, 100%, 30%)'/><rect x='30' y='30' width='30' height='30' fill='hsl(240deg 100% "
+    "25%)'/><rect "
+    "x='60' y='30' width='30' height='30' fill='#f008'/><rect y='60' width='30' height='30' "
+    "fill='LightGoldenrodYellow'/><rect x='30' y='60' width='30' height='30' fill='rgb(0 255 0 / "
+    "25%)'/><rect "
+    "x='60' y='60' width='30' height='30' fill='rgb(1,2'/></g>",
+    "<path d='M0 10h50' stroke='red' stroke-width='6pt'/><path d='M0 30h50' stroke='red' stroke-width='3mm'/>"
+    "<path d='M0 50h50' stroke='red' stroke-width='.4cm'/><path d='M0 70h50' stroke='red' "
+    "stroke-width='1pc'/>"
+    "<path d='M0 90h50' stroke='red' stroke-width='+1.2e1px'/>",
     // Opacities and blending
     "<path d='M10 10h70v70z' opacity='.8' fill='red' fill-opacity='.5' stroke='blue' stroke-width='20' "
     "stroke-opacity='.25'/>",
@@ -163,6 +175,9 @@ constexpr const char* kSnippets[] = {
     "cx='20' cy='50' r='15'/><ellipse cx='70' cy='50' rx='10' ry='20'/><line x1='5' y1='70' x2='40' y2='90' "
     "stroke='red' stroke-width='5'/><polyline points='50,80 70,75 80 95' fill='lime'/><polygon "
     "points='80 5 95 40 50 30'/>",
+    "<path d='M60 10s20 20 20 0s30 0 10 40zM10 50L20 20S50 10 60 60zm55 5q15 0 15 15t15 15-9 9z'/>",
+    "<path d='M5 50A1 1 0 0 1 45 50zM50 20A0 5 0 0 1 90 30L60 45zM70 50a20 20 0 0120 20H60z'/>",
+    "<path d='\n M 10\t,\r.2e2 L 9E+1 , 40L50+80.5.5.5z'/>",
     // Clips
     "<clipPath id='c'><rect width='50' height='70' clip-rule='evenodd'/></clipPath><g clip-path='url(#c)' "
     "opacity='.5'><path d='M0 0h99v99z'/></g>",
@@ -187,6 +202,9 @@ constexpr const char* kSnippets[] = {
     "<linearGradient id='g'><stop stop-color='yellow'/><stop offset='1' "
     "stop-color='blue'/></linearGradient><path "
     "d='M10 50H90V80' fill='none' stroke-width='20' stroke='url(#g)' stroke-opacity='.5'/>",
+    "<linearGradient id='g'><stop offset='-1' stop-color='red'/><stop offset='60%' stop-color='blue'/><stop "
+    "offset='.4' stop-color='lime'/><stop offset='9' stop-color='yellow'/></linearGradient><rect width='99' "
+    "height='99' fill='url(#g)'/>",
     // Patterns
     "<pattern id='t' patternUnits='userSpaceOnUse' width='10' height='20' "
     "patternTransform='translate(3,4) scale(2) rotate(10)'><path d='M0 0L10 20H0z'/></pattern><rect "
@@ -207,7 +225,8 @@ constexpr const char* kSnippets[] = {
     "x='95' y='60' text-anchor='end' fill='none' stroke='blue' stroke-width='2'>end</text><text y='95'>"
     "lll<tspan baseline-shift='10'>b</tspan></text></g>",
     "<text x='70' y='5' writing-mode='tb' font-family='IPAGothic' "
-    "font-size='28'>\xE7\xB8\xA6\xE3\x80\x82\xE3\x83\xBC</text>",
+    "font-size='24'>\xE7\xB8\xA6\xE3\x80\x82\xE3\x83\xBC"
+    "A</text>",
     "<linearGradient id='g'><stop stop-color='red'/><stop offset='1' "
     "stop-color='blue'/></linearGradient><text "
     "transform='rotate(20)' x='15' y='50' font-family='DejaVu Sans' font-size='40' fill='url(#g)' "

@@ -155,30 +155,5 @@ TEST(Numbers, BeyondAllMeasureLeaveTheShapeOutAndAreCounted) {
     EXPECT_TRUE(page.document);
 }
 
-// Whatever is cut off or changed in a rich file, the answer is a document or a reason.
-TEST(Damage, AnyByteMayBeWrong) {
-    const std::string rich =
-        "<?xml version='1.0' encoding='UTF-8'?><!DOCTYPE svg [<!ENTITY n "
-        "'http://www.w3.org/2000/svg'><!ENTITY f '#f00'>]>"
-        "<svg xmlns='&n;' viewBox='0 0 9 9' width='3cm'><style>.a>b,#c{fill:&f;stroke:url(#g) "
-        "red}</style><defs><radialGradient id='g' fx='3%'><stop offset='5%'/><stop/></radialGradient>"
-        "<pattern id='t' width='1' height='.5'><use href='#p'/></pattern><clipPath id='k' "
-        "clipPathUnits='objectBoundingBox'><circle r='.5'/></clipPath></defs>"
-        "<g class='a' transform='rotate(3 4,5)scale(-1)' clip-path='url(#k)'><path id='p' "
-        "style='stroke-dasharray:1,2;opacity:.5' d='M1 2a3,4 5 016-7q1 2,3 4t5 6zm1 1s2 3 4 5'/></g>"
-        "<polygon points='1 2 3 4 5' fill='url(#t)'/></svg>";
-    ASSERT_TRUE(ReadText(rich).document);
-    for (size_t i = 0; i < rich.size(); ++i) {
-        const ReadFile cut = ReadText(rich.substr(0, i));
-        EXPECT_TRUE(!cut.document && !cut.error.empty()) << i;
-        for (const char wrong : {'\0', '<', '"', '9', '\xFF', ' '}) {
-            std::string damaged = rich;
-            damaged[i] = wrong;
-            const ReadFile file = ReadText(damaged);
-            EXPECT_TRUE(file.document || !file.error.empty()) << i;
-        }
-    }
-}
-
 } // namespace
 } // namespace workbench

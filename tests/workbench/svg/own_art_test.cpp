@@ -51,6 +51,23 @@ TEST(Tags, TheListYieldsToWhatOthersChanged) {
     EXPECT_EQ(Tags(OnlyArt(*ReadText(text).document)), "odd name(real)=2.5;c(string)=changed;d(string)=D;");
 }
 
+// So do a path's segments and inks, which SVG has other words for.
+TEST(Paths, AreWhatOthersChangedThemTo) {
+    Document document;
+    Art* art = document.PrependArt(kArtPath, document.LayerAt(0).root);
+    for (const HostPoint p : {HostPoint{0, 0}, HostPoint{9, 0}, HostPoint{9, 9}})
+        art->path()->segments.push_back({p, {p.x - 1, 1}, p, 0});
+    art->path()->style.fillPaint = 1;
+    art->path()->style.fill = FourColor(1, 0, 0, 0);
+    std::string text = WriteSvg(document);
+    ASSERT_NE(text.find("vlq:segments"), std::string::npos);
+    Replace(&text, "d=\"M", "d=\"M5 5L");
+    Replace(&text, "fill=\"#00ffff\"", "fill=\"#ff0000\"");
+    const ReadFile file = ReadText(text);
+    EXPECT_EQ(OnlyArt(*file.document)->path()->segments[0].anchor.x, 5);
+    EXPECT_EQ(ColorOf(*file.document, OnlyArt(*file.document)->path()->style.fill), "three 1 0 0");
+}
+
 TEST(Meshes, AreThePictureOnceAnotherProgramChangedIt) {
     Document document;
     std::string text = WriteSvg(NewMesh(document));

@@ -1,4 +1,4 @@
-/// Small SVG files for tests, and documents as text for comparison.
+/// Small SVG files for tests, and what is read from them as text.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -29,15 +29,9 @@ const Art* OnlyArt(const Document& document);
 /// The first art of a name, anywhere; null if there is none.
 const Art* Named(const Document& document, const std::string& name);
 
-/// "M10,20 L30,40 C.. Z", rounded to a millionth: what a person would write for a path's segments.
-std::string Outline(const Art& path);
-
 /// "g(p,c(p,p))" with the topmost first: the structure of a container's members.
 std::string Structure(const Art& art);
 std::string Structure(const Document& document);
-
-/// Every field of a document but handles, views and undo; numbers exactly.
-std::string DocumentText(const Document& document);
 
 /// What a colour is as text, such as "three 1 0 0".
 std::string ColorOf(const Document& document, const HostColor& color);
