@@ -98,6 +98,7 @@ bool WriteWholeFile(const std::string& path, std::string_view bytes) {
 
 bool ReadWholeFile(const std::string& path, size_t most, std::string& bytes) {
     if (StateOfEntry(path) != EntryState::kFile) return false;
+    bytes.reserve(most); // nothing may throw while the file is open
     const HANDLE file = OpenFile(path, GENERIC_READ, OPEN_EXISTING);
     if (file == INVALID_HANDLE_VALUE) return false;
     BY_HANDLE_FILE_INFORMATION information;

@@ -150,4 +150,21 @@ TEST_F(PaintingTest, OriginControl) {
     }
 }
 
+TEST_F(PaintingTest, IconButtonInvertsWhilePressed) {
+    Browse("UNTITLED");
+    for (HICON& icon : globals->panelIcons) icon = nullptr;
+    Canvas canvas(24, 32);
+    DRAWITEMSTRUCT item{};
+    item.CtlID = 1;
+    item.hwndItem = control(1);
+    item.hDC = canvas.context();
+    item.rcItem = {0, 0, 24, 16};
+    PaintIconButton(item);
+    EXPECT_EQ(canvas.All({0, 0, 24, 16}), 0xF0F0F0u);
+    item.itemState = ODS_SELECTED;
+    PaintIconButton(item);
+    EXPECT_EQ(canvas.All({0, 0, 24, 16}), 0x0F0F0Fu);
+    EXPECT_EQ(canvas.All({0, 16, 24, 32}), Canvas::kUntouched);
+}
+
 } // namespace

@@ -86,6 +86,42 @@ TEST_F(MeshRebuildTest, VerticesAreUsedInOrderUntilTheyEnd) {
     }
 }
 
+// What a refused call costs: the row behind a node, the edges behind a segment, and no more.
+TEST_F(MeshRebuildTest, ARefusedNodeOrSegmentCostsWhatIsBehindIt) {
+    Mesh(0, 1, 2, 6);
+    std::vector<uint64_t> nodes, segments;
+    const uint64_t before = host().callCount();
+    host().SetTrace([&](const std::string& line) {
+        if (line.find("GetNode") != std::string::npos) nodes.push_back(std::stoull(line) - before);
+        if (line.find("GetSegment") != std::string::npos) segments.push_back(std::stoull(line) - before);
+    });
+    Load();
+    host().SetTrace({});
+    ASSERT_EQ(nodes.size(), 6u);
+    ASSERT_FALSE(segments.empty());
+    const auto load = [this](uint64_t refused) {
+        OpenEmptyDocument();
+        host().RefuseCall(refused);
+        Load();
+        host().RefuseNone();
+    };
+    load(nodes[1]); // (0, 2) isn't asked for, and (1, 0) gets the vertex that was meant for (0, 1)
+    EXPECT_EQ(Places(First()), (std::vector<double>{0, 0, 0, 1, 2, 3}));
+    load(segments[0]);
+    EXPECT_EQ(NetOf(First()).vertices[0].spokes[workbench::kForwardJ].tangent.x, 0);
+    EXPECT_EQ(NetOf(First()).vertices[1].spokes[workbench::kForwardI].tangent.x, 5);
+}
+
+TEST_F(MeshRebuildTest, AnUnknownTypeEndsTheLoadWithoutASound) {
+    Path(1);
+    Mesh(2, 1, 1, 4);
+    Path(3);
+    const auto beeps = BeepsSoFar();
+    Load();
+    EXPECT_EQ(Page(), "x() p3");
+    ExpectBeeps(beeps, 0);
+}
+
 TEST_F(MeshRebuildTest, AnyRefusedCallLeavesTheHostUsedWell) {
     Mesh(1, 2, 1, 6);
     Mesh(0, 1, 1, 4);

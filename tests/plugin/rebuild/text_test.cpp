@@ -94,6 +94,19 @@ TEST_F(TextTest, ALastReturnThatCarriesKerningIsNoText) {
     }
 }
 
+TEST_F(TextTest, AFontThatIsNotFoundLeavesTheOneBefore) {
+    AidbTextObject* text = Text(kTextFramePoint, {"a", "b", "c"});
+    const char* names[] = {"Nobody", "Ryumin-KL", "Nobody"};
+    for (size_t i = 0; i < 3; ++i) {
+        std::memcpy(Runs(text)[i].font.name, names[i], std::strlen(names[i]));
+        std::fill_n(Runs(text)[i].font.classFirst, 3, uint16_t{0xFFFF});
+    }
+    Load();
+    std::vector<std::string> fonts;
+    for (size_t i = 0; i < 3; ++i) fonts.push_back(CharacterAt(First(), i).font);
+    EXPECT_EQ(fonts, (std::vector<std::string>{"", "Ryumin-KL", "Ryumin-KL"}));
+}
+
 TEST_F(TextTest, StoredValuesBecomeTheHostsOwn) {
     AidbTextObject* text = Text(kTextFramePoint, std::vector<std::string>(9, "a"));
     for (uint16_t i = 0; i < 9; ++i) {
