@@ -12,7 +12,7 @@
 
 namespace {
 
-using WorkerLine = nlohmann::json; ///< of a worker
+using WorkerLine = nlohmann::json; ///< what a worker says of one file
 
 /// Whole groups to workers, the largest first, each to the one that has the least so far.
 std::vector<ImportShare> ShareOut(const ImportPlan& plan, const std::string& source,

@@ -71,10 +71,12 @@ private:
     StoreListing listing_;
 };
 
-// They may lie in any folder; those of repairs keep what they keep.
+// They may lie in any folder; those of repairs keep what they keep, and one that can't be read hides no
+// other.
 void Lister::TellAbandonedCopies() {
     std::error_code trouble;
-    for (fs::recursive_directory_iterator entry(root_, trouble);
+    for (fs::recursive_directory_iterator entry(root_, fs::directory_options::skip_permission_denied,
+                                                trouble);
          !trouble && entry != fs::recursive_directory_iterator(); entry.increment(trouble)) {
         std::error_code ignored;
         if (entry->is_directory(ignored)) {
