@@ -8,6 +8,8 @@
 #include "app/store_check_files.h"
 #include "app/store_check_groups.h"
 #include "app/store_listing.h"
+#include "plugin/frame/globals.h"
+#include "plugin/store/store_lock.h"
 
 namespace {
 
@@ -55,6 +57,16 @@ std::vector<Finding> SeenTwice(const std::vector<Finding>& before, const std::ve
     return both;
 }
 
+/// A note of intent stands also while somebody is at work, on a slow disk for longer than all looks.  That
+/// nobody is can only be known with the lock in hand.
+void ForgetWorkUnderWay(std::vector<Finding>* findings) {
+    const auto work = std::ranges::find(*findings, Remedy::kFinishWork, &Finding::remedy);
+    if (work == findings->end()) return;
+    const StoreLock lock(kStoreExclusiveAsIs);
+    const bool busy = !lock.held() && globals->storeTrouble == StoreTrouble::kBusy;
+    if (busy || StateOfFile(work->path) != work->state) findings->erase(work);
+}
+
 } // namespace
 
 const char* NameOfSeverity(Severity severity) {
@@ -80,5 +92,6 @@ std::vector<Finding> CheckStore(const std::string& folder, Looks looks) {
         if (sure.size() == now.size()) break;
         before = std::move(now);
     }
+    ForgetWorkUnderWay(&sure);
     return sure;
 }

@@ -1,8 +1,8 @@
 /// A walk over a whole database that tells what is wrong with it, in a designer's words.
 ///
-/// It changes nothing and takes no lock.  Others may work on the database meanwhile: what seems wrong is
-/// looked at again, and only what is still there, in a file that nobody has changed between the looks, is a
-/// finding.
+/// It changes nothing.  Others may work on the database meanwhile: what seems wrong is looked at again, and
+/// only what is still there, in a file that nobody has changed between the looks, is a finding.  The lock is
+/// taken for a moment alone, to tell work that was interrupted from work that somebody is at.
 #pragma once
 
 #include <string>

@@ -101,7 +101,11 @@ public:
         at().Do([this, held, file] { at().workspace().ShowDocument(std::move(*held), file, {}); });
         at().WaitTicks();
         at().WaitTicks().WaitTicks();
-        // A tick tells the plug-in of the view that a drag goes by.
+        WaitForView();
+    }
+
+    /// A tick tells the plug-in of the view that a drag goes by.
+    void WaitForView() {
         at().hand().Until("the plug-in knows the page",
                           [this] { return at().state().documentView == at().document().view().handle; });
         at().Play();
@@ -247,8 +251,7 @@ void ModuleTour::Drag(int row, HostPoint point, const char* what, std::function<
         return POINT{pixel.x + 12, pixel.y};
     });
     at().hand().Until("the drag began", [this] { return at().state().commandPending != 0; });
-    at().PointAt([this, point] { return PixelOfArt(point); });
-    at().hand().Until(what, std::move(snapped));
+    at().hand().MoveUntil([this, point] { return PixelOfArt(point); }, what, std::move(snapped));
     at().hand().Release();
     at().Play();
     EXPECT_EQ(at().state().commandPending, 0);
@@ -301,7 +304,8 @@ void ModuleTour::UnloadAndReload() {
     at().PointAt([this] { return at().Middle(at().control(kNewButton)); });
     at().Do([this] { InvalidateRect(at().panel(), nullptr, TRUE); }).WaitTicks();
     at().Do([this] { EXPECT_EQ(at().plugin().Reload(), kHostNoError) << at().plugin().error(); });
-    at().WaitTicks().Play();
+    at().WaitTicks();
+    WaitForView();
     EXPECT_EQ(at().Records(), records);
     EXPECT_EQ(at().Rows(kFolderList), folders);
 }

@@ -38,6 +38,9 @@ public:
     /// Goes on when that is so; the test fails if it never is.  While the button is held too: for what the
     /// program does without taking messages, and only looks at its state.
     void Until(const char* what, std::function<bool()> reached);
+    /// With the button held: to a point from some pixels beside it, again until that is so.  Nobody can tell
+    /// when a program begins to follow the pointer, and one that does so late must see a move as well.
+    void MoveUntil(std::function<POINT()> place, const char* what, std::function<bool()> reached);
     void Pause(unsigned milliseconds);
 
     /// Runs the host's loop until the queue is empty.

@@ -56,6 +56,11 @@ void Hands::Until(const char* what, std::function<bool()> reached) {
     });
 }
 
+void Hands::MoveUntil(std::function<POINT()> place, const char* what, std::function<bool()> reached) {
+    MoveTo(std::move(place));
+    Until(what, std::move(reached));
+}
+
 void Hands::Pause(unsigned milliseconds) {
     state_->display.Pause(milliseconds);
 }

@@ -17,14 +17,40 @@ constexpr UINT kIdleTimer = 1, kIdlePeriod = 10; // milliseconds
 constexpr unsigned kIdleTicks = 2;               // the first may have been under way
 constexpr unsigned kMostWaited = 30000, kHandsAskedEvery = 2, kHeldPause = 40,
                    kStaleState = 200; // milliseconds
+constexpr int kBeside = 12;           // pixels
 constexpr char kClass[] = "HandsOfTests";
 
 std::atomic<unsigned> idleTicks = 0, pressesTaken = 0, actionsBegun = 0, actionsDone = 0;
+
+void SendButton(DWORD flag) {
+    INPUT input{};
+    input.type = INPUT_MOUSE;
+    input.mi.dwFlags = flag;
+    SendInput(1, &input, sizeof input);
+}
+
+void SendKey(WORD key, WORD letter, DWORD flags) {
+    INPUT input{};
+    input.type = INPUT_KEYBOARD;
+    input.ki.wVk = key;
+    input.ki.wScan = letter;
+    input.ki.dwFlags = flags;
+    SendInput(1, &input, sizeof input);
+}
+
+/// What a test holds outlives it, and the next one, or another program, would find a press that never ends.
+void LetGo() {
+    if (GetAsyncKeyState(VK_LBUTTON) < 0) SendButton(MOUSEEVENTF_LEFTUP);
+    for (const WORD key : {VK_CONTROL, VK_SHIFT}) {
+        if (GetAsyncKeyState(key) < 0) SendKey(key, 0, KEYEVENTF_KEYUP);
+    }
+}
 
 /// The test can't go on, and a dialog may stand: what was learnt so far is the last line.
 [[noreturn]] void GiveUp(const char* what) {
     std::printf("hands: waited in vain: %s\n", what);
     std::fflush(stdout);
+    LetGo();
     TerminateProcess(GetCurrentProcess(), 3);
     std::abort();
 }
@@ -72,22 +98,6 @@ LRESULT CALLBACK NoteTaken(int code, WPARAM removed, LPARAM lParam) {
         ++pressesTaken;
     }
     return CallNextHookEx(nullptr, code, removed, lParam);
-}
-
-void SendButton(DWORD flag) {
-    INPUT input{};
-    input.type = INPUT_MOUSE;
-    input.mi.dwFlags = flag;
-    SendInput(1, &input, sizeof input);
-}
-
-void SendKey(WORD key, WORD letter, DWORD flags) {
-    INPUT input{};
-    input.type = INPUT_KEYBOARD;
-    input.ki.wVk = key;
-    input.ki.wScan = letter;
-    input.ki.dwFlags = flags;
-    SendInput(1, &input, sizeof input);
 }
 
 std::wstring Wide(const std::string& cp932) {
@@ -196,6 +206,21 @@ void Hands::Do(std::function<void()> action) {
 void Hands::Until(const char* what, std::function<bool()> reached) {
     state_->steps.push_back(
         [what, reached = std::move(reached)] { WaitUntil(what, [&] { return reached(); }); });
+}
+
+void Hands::MoveUntil(std::function<POINT()> place, const char* what, std::function<bool()> reached) {
+    state_->steps.push_back([place = std::move(place), what, reached = std::move(reached)] {
+        const POINT at = place();
+        unsigned waited = 0;
+        do {
+            if (waited > kMostWaited) GiveUp(what);
+            SetCursorPos(at.x + kBeside, at.y);
+            Sleep(kHeldPause);
+            SetCursorPos(at.x, at.y);
+            Sleep(kHeldPause);
+            waited += 2 * kHeldPause;
+        } while (!reached());
+    });
 }
 
 void Hands::Pause(unsigned milliseconds) {
