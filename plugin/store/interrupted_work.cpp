@@ -210,10 +210,36 @@ bool WorkIsInterrupted() {
            GetLastError() != ERROR_FILE_NOT_FOUND;
 }
 
+namespace {
+
+/// Whoever takes the lock may have a record in hand that isn't stored yet; the deletions of another's work
+/// must not drop it.
+class RecordSetAside {
+public:
+    RecordSetAside() : record_(globals->curRecord), number_(globals->curRecordNo) {
+        globals->curRecord = nullptr;
+        globals->curRecordNo = -1;
+    }
+    ~RecordSetAside() {
+        FreeHandle(globals->curRecord);
+        globals->curRecord = record_;
+        globals->curRecordNo = number_;
+    }
+    RecordSetAside(const RecordSetAside&) = delete;
+    RecordSetAside& operator=(const RecordSetAside&) = delete;
+
+private:
+    MemoryHandle record_;
+    int32_t number_;
+};
+
+} // namespace
+
 bool FinishInterruptedWork() {
     if (!WorkIsInterrupted()) return true;
     Intent intent;
     if (!ReadIntent(intent) || !NamesAreSafe(intent)) return StoreFails(StoreTrouble::kUnfinished);
+    const RecordSetAside aside;
     const StoreTrouble before =
         globals->storeTrouble; // that others' work had to be undone is no trouble of ours
     if (FinishWork(intent) == WorkEnd::kStuck) return false;

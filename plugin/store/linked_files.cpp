@@ -33,12 +33,15 @@ std::string_view BaseOf(std::string_view name) {
     return name.substr(0, name.find('.'));
 }
 
-// The name with a counter behind its base, which gives way; as it is for 0.
+// The name with a counter behind its base, which gives way; as it is for 0.  What stands behind the first
+// point can be too long for that, and then the last one counts: notes hold no longer name.
 std::string PooledCandidate(std::string_view storedName, int counter) {
     if (counter == 0) return std::string(storedName);
-    const std::string_view base = BaseOf(storedName);
-    const std::string_view extension = storedName.substr(base.size());
     const std::string digits = "_" + std::to_string(counter);
+    std::string_view base = BaseOf(storedName);
+    if (storedName.size() - base.size() + digits.size() > NameLimit())
+        base = storedName.substr(0, storedName.rfind('.'));
+    const std::string_view extension = storedName.substr(base.size());
     const size_t taken = extension.size() + digits.size();
     const size_t room = NameLimit() > taken ? NameLimit() - taken : 0;
     return std::string(CutWhole(base, room)).append(digits).append(extension);

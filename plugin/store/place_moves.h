@@ -1,9 +1,9 @@
 /// Moves of whole groups and folders to another place or name in the database.
 ///
 /// -1 leaves the reason in `globals->storeTrouble`, and everything where it was: kRefused if nothing stands
-/// at the old place, if the new one is taken, or if a name leads elsewhere; kBusy if another program has it
-/// open; with kUnfinished the rest is done, or undone, when the lock is next taken.  Names in memory are the
-/// caller's to change, after success.
+/// at the old place, if the new one is taken, or if a name leads elsewhere; kBusy if the system says
+/// that another program has it open, which it doesn't of folders; with kUnfinished the rest is done, or
+/// undone, when the lock is next taken.  Names in memory are the caller's to change, after success.
 #pragma once
 
 #include <cstdint>

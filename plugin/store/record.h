@@ -37,8 +37,8 @@ int32_t AidbReadRecord(const char* groupName, int32_t number, MemoryHandle* hand
 /// record has its item in `rihList`.  Returns 0, also when there is no `curRecord` or the number lies past
 /// the end (nothing changes).  Returns -1 when the write failed or was refused, with the reason in
 /// `globals->storeTrouble`: the file cannot be opened or written, another program has it, its walk ends
-/// before its count, it would pass 2^31 - 1 bytes, memory ran out.  The file is then what it was, and neither
-/// the list nor `curRecordNo` has changed.
+/// before its count, it would pass 2^31 - 1 bytes, memory ran out.  The file is then what it was, an empty
+/// one if it was missing, and neither the list nor `curRecordNo` has changed.
 int32_t WriteRecord(const char* groupName, int32_t number);
 
 /// Takes record `number` out of its group and lowers the numbers behind it, in the file and in `rihList`.

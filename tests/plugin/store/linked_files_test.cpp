@@ -39,9 +39,11 @@ protected:
 
 TEST_F(LinkedFilesTest, PooledNamesAreUniqueAndNotesSayThem) {
     const std::string longName = std::string(59, 'x') + ".tif";
+    const std::string manyPoints = "1." + std::string(57, 'x') + ".tif";
     for (const char* number : {"0", "1", "2"}) {
         Put(fs::path("G.DAT") / number / "a.b.tif", number);
         Put(fs::path("G.DAT") / number / longName, number);
+        Put(fs::path("G.DAT") / number / manyPoints, number);
     }
     EXPECT_EQ(Resolve(0, "a.b.tif"), "a.b.tif");
     EXPECT_EQ(Resolve(1, "a.b.tif"), "a_1.b.tif");
@@ -51,6 +53,9 @@ TEST_F(LinkedFilesTest, PooledNamesAreUniqueAndNotesSayThem) {
     EXPECT_EQ(TextOf("G.DAT/1/a.lnk"), "orgn_fname = \"a.b.tif\"\r\ncopy_fname = \"a_1.b.tif\"\r\n");
     EXPECT_EQ(Resolve(0, longName), longName);
     EXPECT_EQ(Resolve(1, longName), std::string(57, 'x') + "_1.tif");
+    EXPECT_EQ(Resolve(0, manyPoints), manyPoints);
+    for (int times = 0; times < 2; ++times)
+        EXPECT_EQ(Resolve(1, manyPoints), "1." + std::string(55, 'x') + "_1.tif"); // the note holds it whole
     EXPECT_EQ(Resolve(2, "nothing.tif"), "error 2");
     EXPECT_EQ(Resolve(1, "a.c"), "error -1"); // the note is about another file
 }

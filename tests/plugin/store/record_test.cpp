@@ -3,7 +3,9 @@
 
 #include <cstring>
 
+#include "plugin/store/intent_note.h"
 #include "plugin/store/record_index.h"
+#include "plugin/store/store_lock.h"
 #include "plugin/store/swap_words.h"
 #include "tests/support/store_fixture.h"
 
@@ -39,6 +41,33 @@ TEST_F(RecordTest, AWriteLeavesAFileImage) {
     ASSERT_EQ(WriteRecord("G", -1), 0); // and can be stored again
     EXPECT_EQ(Stored("G", 1), stored);
     EXPECT_EQ(globals->curRecordNo, 1);
+}
+
+// Whoever comes next finishes a move that was killed between its append and its deletion, with a record in
+// hand that has no other place yet.
+TEST_F(RecordTest, FinishingAnothersMoveLeavesTheRecordInHand) {
+    for (const bool locked : {false, true}) {
+        for (const char* group : {"G", "H", "K"}) std::filesystem::remove(fileOf(group));
+        MakeGroup("G", {"a", "b"});
+        MakeGroup("H", {"x", "a"});
+        Intent move;
+        move.kind = IntentKind::kMove;
+        move.group = "G";
+        move.count = 2;
+        move.newGroup = "H";
+        move.newCount = 1;
+        ASSERT_TRUE(WriteIntent(move));
+        MakeCurRecord("new");
+        if (locked) {
+            const StoreLock lock(kStoreExclusive);
+            EXPECT_EQ(WriteRecord("K", -1), 0);
+        } else {
+            EXPECT_EQ(WriteRecord("K", -1), 0);
+        }
+        EXPECT_EQ(globals->curRecordNo, 0);
+        EXPECT_EQ(NamesIn("K"), Names{"new"});
+        EXPECT_EQ(NamesIn("G").size() + NamesIn("H").size(), 3u); // it stands in one of them
+    }
 }
 
 TEST_F(RecordTest, AHeaderReadLeavesThePackedLengthsAsStored) {
