@@ -94,7 +94,13 @@ void RegisterSelection() {
     AidbPostArt();
     std::strncpy(globals->entryName, globals->aidbfname, kNameBytes - 1);
     globals->entryName[kNameBytes - 1] = '\0';
-    if (!globals->curRecord || !RunEntryDialog()) return;
+    if (!globals->curRecord) {
+        MessageBeep(static_cast<UINT>(-1));
+        StoreFails(StoreTrouble::kMemory);
+        TellStoreTrouble();
+        return;
+    }
+    if (!RunEntryDialog()) return;
     const HWND panel = PanelWindow();
     // Decided before the write makes the group's file.
     const bool changed =

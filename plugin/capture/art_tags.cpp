@@ -4,6 +4,7 @@
 #include <string>
 
 #include "plugin/capture/art_walk.h"
+#include "plugin/capture/capture_notes.h"
 #include "plugin/objects/object_stream.h"
 #include "plugin/store/trace.h"
 
@@ -59,5 +60,5 @@ void WriteArtTags(ArtHandle art, bool layerTitle) {
         const std::string line = TagLine(title, "string", "aidb_layer_title");
         if (!title.empty() && note.size() + line.size() < kNoteBytes) note += line;
     }
-    if (!note.empty()) AddNote(note.c_str());
+    if (!note.empty()) PutNote(note.c_str());
 }

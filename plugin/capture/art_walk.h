@@ -35,8 +35,7 @@ HostError ForEachLayerRoot(Visit&& visit) {
     HostError error = LayerSuite().CountLayers(&count);
     for (int32_t index = 0; index < count; ++index) {
         LayerHandle layer = nullptr;
-        error = LayerSuite().GetNthLayer(index, &layer);
-        if (error) break;
+        if (const HostError missing = LayerSuite().GetNthLayer(index, &layer)) return missing;
         char title[kLayerTitleBytes];
         ReadLayerTitle(layer, title);
         if (std::strcmp(title, kHiddenLayerTitle) == 0) continue;

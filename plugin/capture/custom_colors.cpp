@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <string>
 
+#include "plugin/capture/capture_notes.h"
 #include "plugin/capture/note_text.h"
 #include "plugin/objects/conversions.h"
 #include "plugin/objects/object_stream.h"
@@ -75,6 +76,6 @@ void RegisterCustomColor(CustomColorHandle color) {
 void WriteCustomColorNotes() {
     for (int32_t row = 0; row < globals->customCount; ++row) {
         const customColorEntry& entry = globals->customColors[row];
-        AddNote(NoteOf(entry, *FormOf(entry.kind), row + 1).c_str());
+        PutNote(NoteOf(entry, *FormOf(entry.kind), row + 1).c_str());
     }
 }

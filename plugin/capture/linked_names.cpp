@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -37,14 +38,26 @@ FileName SplitFileName(std::string_view path) {
             CutWhole(path.substr(extension), kExtensionBytes)};
 }
 
+/// Other systems have names that a stored one can't be.
+std::string PlainComponentOf(std::string name) {
+    for (size_t at = 0; at < name.size(); ++at) {
+        if (!IsPlainComponent(std::string{'_', name[at]})) name[at] = '_';
+        if (IsLeadByte(static_cast<uint8_t>(name[at]))) ++at;
+    }
+    return name;
+}
+
+/// A number stands where the note's name, which is cut shorter than the file's, has it too.
 std::string Candidate(const FileName& name, uint32_t attempt) {
     const std::string digits = attempt ? std::to_string(attempt) : std::string();
     const size_t limit =
         std::min<size_t>(static_cast<size_t>(std::max<int16_t>(globals->nameLimit, 0)), kLinkNameBytes - 1);
-    const size_t taken = name.extension.size() + digits.size();
+    const size_t ending =
+        attempt ? std::max(name.extension.size(), sizeof kNoteSuffix - 1) : name.extension.size();
+    const size_t taken = ending + digits.size();
     std::string candidate(CutWhole(name.base, limit > taken ? limit - taken : 0));
     candidate.insert(std::min(candidate.find('.'), candidate.size()), digits);
-    return candidate.append(name.extension);
+    return PlainComponentOf(candidate.append(name.extension));
 }
 
 /// ASCII letters in lower case.  A second byte of a character may look like a letter, and is none.
@@ -60,10 +73,10 @@ std::string FoldCase(std::string_view text) {
     return folded;
 }
 
-/// The part of a stored name by which names are kept apart: names that are the same but for case agree in
-/// it too.  No second byte of a character is a point.
+/// The name of its note, by which a stored name is kept apart from others: names that are the same but for
+/// case agree in it too.
 std::string NotePart(std::string_view name) {
-    return FoldCase(name.substr(0, name.find('.')));
+    return FoldCase(NameOfLinkNote(name));
 }
 
 const char* LinkPath(int32_t index) {
@@ -78,21 +91,20 @@ const char* LinkName(int32_t index) {
 
 /// What no further name may agree with; a file needs a name at all, so the empty text is among them.
 std::unordered_set<std::string> TakenParts() {
-    std::unordered_set<std::string> parts{std::string()};
+    std::unordered_set<std::string> parts{NotePart({})};
     for (int32_t index = 0; index < globals->linkCount; ++index) parts.insert(NotePart(LinkName(index)));
     return parts;
 }
 
-bool GrowTables(int32_t count) {
+void GrowTables(int32_t count) {
     const MemoryHandle paths =
         ResizeHandle(globals->linkPaths, static_cast<uint64_t>(count) * kLinkPathBytes, kSmallGrain);
-    if (!paths) return false;
+    if (!paths) throw std::bad_alloc();
     globals->linkPaths = paths;
     const MemoryHandle names =
         ResizeHandle(globals->linkNames, static_cast<uint64_t>(count) * kLinkNameBytes, kSmallGrain);
-    if (!names) return false;
+    if (!names) throw std::bad_alloc();
     globals->linkNames = names;
-    return true;
 }
 
 void CopyText(uint8_t* target, std::string_view text) {
@@ -116,9 +128,10 @@ void RegisterLinkedFile(char* text) {
     const std::unordered_set<std::string> taken = TakenParts();
     uint32_t attempt = 0;
     std::string stored = Candidate(name, attempt);
-    while (taken.contains(NotePart(stored))) stored = Candidate(name, ++attempt);
+    // Where `nameLimit` leaves no room for numbers, so many tries have shown that there is no other name.
+    while (taken.contains(NotePart(stored)) && attempt <= taken.size()) stored = Candidate(name, ++attempt);
 
-    if (!GrowTables(globals->linkCount + 1)) return;
+    GrowTables(globals->linkCount + 1);
     const auto row = static_cast<size_t>(globals->linkCount++);
     CopyText(BlockBytes(globals->linkPaths) + row * kLinkPathBytes, path);
     CopyText(BlockBytes(globals->linkNames) + row * kLinkNameBytes, stored);

@@ -8,9 +8,10 @@
 ///
 /// The name is the file's own, cut at whole characters so that it fits `nameLimit` bytes; a number goes
 /// behind its base name where that is needed to keep it apart from the names given before.  Two names
-/// are kept apart also if they differ only in the case of ASCII letters, and if they agree up to the first
-/// point, because the notes beside the stored files go by that part alone.  In a base name that holds
-/// points itself the number therefore goes before the first of them.
-/// @param text  cp932 with a NUL, at least kLinkPathBytes bytes; separators are backslashes.  Stays as it is
-///              if memory runs out.
+/// are kept apart also if they differ only in the case of ASCII letters, and if their notes would have one
+/// name: those go by the part up to the first point alone, cut to have room for their own ending.  In a base
+/// name that holds points itself the number therefore goes before the first of them.  What can't stand in a
+/// stored name, and only other systems have in theirs, becomes '_'.
+/// @param text  cp932 with a NUL, at least kLinkPathBytes bytes; separators are backslashes
+/// @throws std::bad_alloc
 void RegisterLinkedFile(char* text);

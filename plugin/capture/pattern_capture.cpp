@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "plugin/capture/capture_notes.h"
 #include "plugin/capture/post_art.h"
 #include "plugin/frame/globals.h"
 #include "plugin/host/suites.h"
@@ -19,15 +20,39 @@ constexpr std::string_view kClosing = "/ PatternArt";
 void CaptureRun(ArtHandle art, const HostPoint& origin, int32_t number) {
     char note[32];
     std::snprintf(note, sizeof note, "%s%.5d /", kOpening.data(), number);
-    AddNote(note);
-    PostArtProcess(art, &origin, 0);
+    PutNote(note);
+    if (PostArtProcess(art, &origin, 0) == kHostOutOfMemory) throw std::bad_alloc();
     std::snprintf(note, sizeof note, "%s%.5d", kClosing.data(), number);
-    AddNote(note);
+    PutNote(note);
 }
 
 bool IsNote(std::span<uint8_t> object, std::string_view start) {
     return HeaderOf(object)->type == kNoteObject && NoteText(object).substr(0, start.size()) == start;
 }
+
+/// While a run is captured the side buffer is the current record, unless the pattern lies within another one,
+/// whose run is the current record already.
+class SideRecord {
+public:
+    SideRecord() : outermost_(globals->sideObjects != nullptr), outer_(globals->curRecord) {
+        if (!outermost_) return;
+        globals->curRecord = globals->sideObjects;
+        globals->sideObjects = nullptr;
+    }
+    ~SideRecord() {
+        globals->captureAll = outerCaptureAll_;
+        if (!outermost_) return;
+        globals->sideObjects = globals->curRecord;
+        globals->curRecord = outer_;
+    }
+    SideRecord(const SideRecord&) = delete;
+    SideRecord& operator=(const SideRecord&) = delete;
+
+private:
+    bool outermost_;
+    MemoryHandle outer_;
+    int16_t outerCaptureAll_ = globals->captureAll;
+};
 
 } // namespace
 
@@ -40,23 +65,11 @@ PatternHandle CapturePatternPaint(PatternHandle pattern) {
     if (globals->patternCount + 1 >= kPatternNumberEnd) return nullptr;
     if (globals->captureAll >= kPatternDepth) return nullptr;
 
-    // Without a side buffer this pattern lies within another one, whose run is the current record already.
-    const bool outermost = globals->sideObjects != nullptr;
-    const MemoryHandle outerRecord = globals->curRecord;
-    const int16_t outerCaptureAll = globals->captureAll;
-    if (outermost) {
-        globals->curRecord = globals->sideObjects;
-        globals->sideObjects = nullptr;
-    }
+    const SideRecord side;
     // As a flag it is set; as a number it tells the patterns how deep they lie.
-    globals->captureAll = static_cast<int16_t>(outerCaptureAll + 1);
+    ++globals->captureAll;
     const int32_t number = ++globals->patternCount;
     CaptureRun(art, {bounds.left, bounds.bottom}, number);
-    globals->captureAll = outerCaptureAll;
-    if (outermost) {
-        globals->sideObjects = globals->curRecord;
-        globals->curRecord = outerRecord;
-    }
     return reinterpret_cast<PatternHandle>(static_cast<uintptr_t>(number));
 }
 

@@ -5,6 +5,7 @@
 
 #include "plugin/capture/art_paint.h"
 #include "plugin/capture/art_walk.h"
+#include "plugin/capture/capture_notes.h"
 #include "plugin/capture/linked_names.h"
 #include "plugin/capture/note_text.h"
 #include "plugin/host/host_string.h"
@@ -74,7 +75,7 @@ void PostArtPlacedProcess(ArtHandle placed, const HostPoint* origin) {
     note.push_back(0);
     AidbNoteStyle style{};
     if (ReadStyle(placed, &style)) note.append(reinterpret_cast<const char*>(&style), sizeof style);
-    AddNoteBytes(note.data(), static_cast<uint32_t>(note.size()));
+    PutNoteBytes(note.data(), static_cast<uint32_t>(note.size()));
 }
 
 void PostArtLinkedRasterProcess(ArtHandle raster, const HostPoint* origin) {
@@ -82,5 +83,5 @@ void PostArtLinkedRasterProcess(ArtHandle raster, const HostPoint* origin) {
     std::string note;
     AppendFileLine(note, raster, RasterSuite().GetRasterFile);
     AppendMatrixLine(note, raster, RasterSuite().GetRasterMatrix, *origin);
-    if (!note.empty()) AddNote(note.c_str());
+    if (!note.empty()) PutNote(note.c_str());
 }

@@ -288,8 +288,9 @@ HostError PostArtProcess(ArtHandle art, const HostPoint* origin, int32_t depth) 
     return walk.outOfMemory ? kHostOutOfMemory : error;
 }
 
-HostError AidbPostArt() {
-    const TraceScope trace("AidbPostArt");
+namespace {
+
+HostError CaptureRecord() {
     HostRect selection{};
     MeasureSelection(&selection, true);
     HandleOwner preview;
@@ -310,4 +311,15 @@ HostError AidbPostArt() {
     if (!complete) return GiveUp();
     FreeHandle(globals->sideObjects);
     return error;
+}
+
+} // namespace
+
+HostError AidbPostArt() {
+    const TraceScope trace("AidbPostArt");
+    try {
+        return CaptureRecord();
+    } catch (const std::bad_alloc&) {
+        return GiveUp();
+    }
 }

@@ -29,9 +29,8 @@ struct TextBuild {
 };
 
 void FlushRun(TextBuild& build) {
-    uint8_t* place = build.runCount < UINT16_MAX
-                         ? GrowObject(build.object, build.used, sizeof(AidbTextRun), kSmallGrain)
-                         : nullptr;
+    if (build.runCount == UINT16_MAX) throw ATE::Exception(kHostBadParameter);
+    uint8_t* place = GrowObject(build.object, build.used, sizeof(AidbTextRun), kSmallGrain);
     if (!place) throw ATE::Exception(kHostOutOfMemory);
     std::memcpy(place, &build.open, sizeof build.open);
     ++build.runCount;
@@ -71,7 +70,7 @@ void CaptureRuns(TextBuild& build, ATE::ITextRange& range, const ATE::IStory& st
         AddCharacter(build, attributes, text, bytes);
     }
     if (length <= 0) return;
-    FlushRun(build);
+    if (build.openBytes > 0) FlushRun(build);
     range.SetRange(length, length);
     build.open.kerning = static_cast<uint32_t>(story.GetKerning(range));
     if (build.open.kerning == 0) return;

@@ -9,7 +9,7 @@ namespace {
 /// Room for a text path of `segments` segments, its matrix and count filled in.
 uint8_t* AppendPath(const CapturedFrame& frame, const HostPoint& origin, int32_t segments,
                     MemoryHandle& object, uint64_t& used) {
-    if (segments < 0 || segments > UINT16_MAX) throw ATE::Exception(kHostOutOfMemory);
+    if (segments < 0 || segments > UINT16_MAX) throw ATE::Exception(kHostBadParameter);
     const uint64_t bytes = sizeof(AidbTextPath) + static_cast<uint64_t>(segments) * sizeof(AidbSegment);
     uint8_t* place = GrowObject(object, used, bytes, kSmallGrain);
     if (!place) throw ATE::Exception(kHostOutOfMemory);

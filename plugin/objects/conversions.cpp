@@ -378,6 +378,7 @@ HostError FetchCustomColor(CustomColorHandle color, customColorEntry* entry) {
     HostError error = CustomColorSuite().GetCustomColor(color, &definition);
     if (error != kHostNoError) return error;
     const HostString name;
+    if (!name.get()) return kHostOutOfMemory;
     error = CustomColorSuite().GetCustomColorName(color, name.get());
     if (error != kHostNoError) return error;
 

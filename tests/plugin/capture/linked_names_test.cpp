@@ -48,6 +48,10 @@ TEST_F(LinkedNamesTest, EachFileGetsAStoredNameOfItsOwn) {
          {base.substr(0, 59) + ".tif", base.substr(0, 58) + "1.tif"}},
         {{"\\" + wide + ".tif", "\\b\\" + wide + ".tif"},
          {wide.substr(0, 59) + ".tif", wide.substr(0, 57) + "1.tif"}},
+        // With a shorter extension there is less room in the note's name than in the file's.
+        {{"\\a\\" + base + ".im", "\\b\\" + base + ".im"},
+         {base.substr(0, 60) + ".im", base.substr(0, 58) + "1.im"}},
+        {{"\\shot 12:30\"表.png"}, {"shot 12_30_表.png"}},
         {{"\\a\\" + std::string(200, 'c') + "." + std::string(40, 'e')},
          {std::string(48, 'c') + "." + std::string(14, 'e')}},
     };
