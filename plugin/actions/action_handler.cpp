@@ -6,6 +6,7 @@
 #include "plugin/actions/register_selection.h"
 #include "plugin/actions/tracking.h"
 #include "plugin/frame/globals.h"
+#include "plugin/host/entry.h"
 #include "plugin/host/host_string.h"
 #include "plugin/host/suites.h"
 #include "plugin/placement/action_names.h"
@@ -78,6 +79,7 @@ HostError HandleDoAction(HostMessage* message) {
         PlaceFromAction(action->parameters);
         return kHostNoError;
     }
+    const ClearedAtEnd pending(globals->commandPending);
     switch (globals->commandPending) {
         case kPlaceCommand:
             TrackPlacement();
@@ -88,6 +90,5 @@ HostError HandleDoAction(HostMessage* message) {
         default:
             break;
     }
-    globals->commandPending = 0;
     return kHostNoError;
 }

@@ -18,7 +18,7 @@
 namespace {
 
 constexpr uint32_t kTransformEverything = 127;
-constexpr double kPi = 3.141593; ///< as stored actions were recorded with
+constexpr double kPi = 3.141593;
 
 double ReadReal(ParametersHandle parameters, uint32_t key, double missing) {
     double value = 0;
@@ -70,8 +70,10 @@ void GroupAndTransform(ArtHandle root, const std::vector<ArtHandle>& art, const 
 
 void TellNothingSelected() {
     const bool japanese = globals->language == 0;
-    ShowErrorAlert(moduleBasic, japanese ? "配置するレコードが選択されていません。"
-                                         : "Placement record has not been selected.");
+    ShowErrorAlert(
+        moduleBasic,
+        japanese ? "配置するレコードが選択されていません。" : "Placement record has not been selected.",
+        kEncodingCp932);
 }
 
 int32_t SelectedRecordRow() {

@@ -8,6 +8,7 @@
 #include "plugin/actions/find_art.h"
 #include "plugin/actions/view_map.h"
 #include "plugin/frame/globals.h"
+#include "plugin/host/entry.h"
 #include "plugin/host/suites.h"
 #include "plugin/placement/snap.h"
 #include "plugin/rebuild/load_art.h"
@@ -178,6 +179,7 @@ void Drop(const Tracking& tracking, const char* group, int32_t number) {
 
 void TrackPlacement() {
     globals->trackState = 0;
+    const ClearedAtEnd tracked(globals->trackState);
     if (!CanTrack()) {
         MessageBeep(static_cast<UINT>(-1));
         return;
@@ -196,5 +198,4 @@ void TrackPlacement() {
         DrawOutlineRect(tracking.context, tracking.outline);
         Drop(tracking, group, number);
     }
-    globals->trackState = 0;
 }

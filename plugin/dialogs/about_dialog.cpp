@@ -4,6 +4,7 @@
 
 #include "plugin/dialogs/dialog_texts.h"
 #include "plugin/frame/globals.h"
+#include "plugin/host/entry.h"
 
 namespace {
 
@@ -35,5 +36,5 @@ INT_PTR CALLBACK AboutProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM
 } // namespace
 
 INT_PTR ShowAboutDialog() {
-    return RunDialog(kAboutDialog, AboutProcedure);
+    return RunDialog(kAboutDialog, DialogEntry<AboutProcedure>);
 }

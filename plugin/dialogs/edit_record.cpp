@@ -84,6 +84,7 @@ int32_t EditRecord(HWND panel, const char* groupName, int32_t recordNumber) {
     Edit edit;
     if (!ReadForEdit(groupName, recordNumber, edit)) {
         TellUnreadable(edit);
+        ListRecordsAnew(panel);
         return 0;
     }
     const int32_t row = FindRihItem(edit.group, static_cast<uint32_t>(edit.number));
@@ -93,6 +94,10 @@ int32_t EditRecord(HWND panel, const char* groupName, int32_t recordNumber) {
     const StoreResult result = Store(edit, &number);
     if (result == StoreResult::kAnother) TellRecordIsAnother();
     if (result == StoreResult::kTrouble) TellStoreTrouble();
+    // Work that waits for its end may have moved the record already.
+    const bool unfinished =
+        result == StoreResult::kTrouble && globals->storeTrouble == StoreTrouble::kUnfinished;
+    if (result == StoreResult::kAnother || unfinished) ListRecordsAnew(panel);
     if (result == StoreResult::kStored) {
         const bool moved = std::strcmp(globals->entryName, edit.group) != 0;
         const int32_t newRow = moved ? -1 : FindRihItem(edit.group, static_cast<uint32_t>(edit.number));

@@ -7,6 +7,7 @@
 #include "plugin/dialogs/dialog_texts.h"
 #include "plugin/dialogs/place_controls.h"
 #include "plugin/frame/globals.h"
+#include "plugin/host/entry.h"
 #include "plugin/store/clock_1904.h"
 #include "plugin/store/record_layout.h"
 #include "plugin/store/store_names.h"
@@ -153,5 +154,5 @@ INT_PTR CALLBACK EntryDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARA
 } // namespace
 
 bool RunEntryDialog() {
-    return RunDialog(kEntryDialog, EntryDialogProc) == kRegister;
+    return RunDialog(kEntryDialog, DialogEntry<EntryDialogProc>) == kRegister;
 }

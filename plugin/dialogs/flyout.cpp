@@ -9,6 +9,7 @@
 #include "plugin/dialogs/path_dialog.h"
 #include "plugin/dialogs/placement_dialog.h"
 #include "plugin/frame/globals.h"
+#include "plugin/host/entry.h"
 #include "plugin/host/held_suites.h"
 #include "plugin/host/host_string.h"
 #include "plugin/host/suites.h"
@@ -182,6 +183,16 @@ void BuildFlyoutMenu() {
     Mark(kLayerEntry, globals->layerOption != 0);
 }
 
+namespace {
+
+void DoEntry(int32_t entry) {
+    const HeldSuites suites;
+    if (!suites.held() || DoSetting(entry)) return;
+    if (const HWND panel = PanelWindow()) DoCommand(entry, panel);
+}
+
+} // namespace
+
 void OnFlyoutCommand(PanelHandle, int32_t entry) {
     if (!globals) return;
     if (globals->menuBusy) {
@@ -190,9 +201,10 @@ void OnFlyoutCommand(PanelHandle, int32_t entry) {
     }
     if (entry < 1 || entry > kFlyoutEntries || IsSeparator(entry)) return;
     if (NeedsPanel(entry) && !globals->panelRef) return;
-    const HeldSuites suites;
-    if (!suites.held() || DoSetting(entry)) return;
-    if (const HWND panel = PanelWindow()) DoCommand(entry, panel);
+    AtEntry(0, [=] {
+        DoEntry(entry);
+        return 0;
+    });
 }
 
 FlyoutState FlyoutStateOf(const char* currentName, bool hasFolders) {

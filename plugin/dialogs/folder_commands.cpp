@@ -194,8 +194,21 @@ int32_t DeleteGroup(HWND panel, const char* name) {
     if (!Ask(kDeleteGroupQuestion, group)) return 0;
     if (group[0] == '\0') return -1;
     const int32_t result = DeleteGroupAndData(group);
-    if (result != 0) TellStoreTrouble();
-    if (GroupFileExists(group) == 0) RefreshAfterFolderChange(panel);
+    if (GroupFileExists(group) != 0) {
+        TellStoreTrouble();
+        return result;
+    }
+    if (result != 0) {
+        if (globals->storeTrouble == StoreTrouble::kDisk)
+            TellNotDeleted(result); // its records are gone, what lay beside them isn't
+        else
+            TellStoreTrouble();
+    }
+    // Where there is no other group one of that name stays current, and nobody selects it anew.
+    if (globals->findMode == kFindGroup) FreeHandle(globals->rihList);
+    FreeHandle(globals->curRecord);
+    globals->curRecordNo = -1;
+    RefreshAfterFolderChange(panel);
     return result;
 }
 

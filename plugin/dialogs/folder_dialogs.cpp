@@ -7,6 +7,7 @@
 #include "plugin/dialogs/dialog_texts.h"
 #include "plugin/dialogs/place_controls.h"
 #include "plugin/frame/globals.h"
+#include "plugin/host/entry.h"
 #include "plugin/panel/current_place.h"
 #include "plugin/store/cp932.h"
 #include "plugin/store/places.h"
@@ -102,6 +103,9 @@ void Open(HWND dialog, const PlaceDialog& kind) {
 
 void OnPlaceCommand(HWND dialog, int control, const PlaceDialog& kind) {
     if (control == kPlaceFolder && kind.hasSubFolders) FillSubFolderList(dialog, kGroupPlaceLists, true);
+    // So that it stays when the list above is only looked at.
+    if (control == kPlaceSubFolder && kind.hasSubFolders)
+        ReadFolderOfList(dialog, kPlaceSubFolder, globals->selSubFolder);
     if (control == kTakePlace) kind.take(dialog);
     if (control == kTakePlace || control == kCancelPlace) EndDialog(dialog, control);
 }
@@ -138,17 +142,17 @@ INT_PTR CALLBACK NewGroupProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) 
 } // namespace
 
 bool RunFolderSetting() {
-    return RunDialog(kFolderSettingDialog, FolderSettingProc) == kTakePlace;
+    return RunDialog(kFolderSettingDialog, DialogEntry<FolderSettingProc>) == kTakePlace;
 }
 
 bool RunGroupSetting() {
-    return RunDialog(kGroupSettingDialog, GroupSettingProc) == kTakePlace;
+    return RunDialog(kGroupSettingDialog, DialogEntry<GroupSettingProc>) == kTakePlace;
 }
 
 bool RunNewFolder() {
-    return RunDialog(kNewFolderDialog, NewFolderProc) == kTakePlace;
+    return RunDialog(kNewFolderDialog, DialogEntry<NewFolderProc>) == kTakePlace;
 }
 
 bool RunNewGroup() {
-    return RunDialog(kNewGroupDialog, NewGroupProc) == kTakePlace;
+    return RunDialog(kNewGroupDialog, DialogEntry<NewGroupProc>) == kTakePlace;
 }

@@ -7,6 +7,7 @@
 #include "plugin/dialogs/dialog_texts.h"
 #include "plugin/dialogs/folder_commands.h"
 #include "plugin/frame/globals.h"
+#include "plugin/host/entry.h"
 #include "plugin/store/store_names.h"
 
 namespace {
@@ -91,7 +92,7 @@ INT_PTR CALLBACK DatabasePathProc(HWND dialog, UINT message, WPARAM wParam, LPAR
 } // namespace
 
 int32_t ChooseDatabasePath(HWND panel) {
-    if (RunDialog(kPathDialog, DatabasePathProc) != kTakePath) return -1;
+    if (RunDialog(kPathDialog, DialogEntry<DatabasePathProc>) != kTakePath) return -1;
     SelectGroup("");
     globals->hasFolders = kNotKnown;
     RefreshAfterFolderChange(panel);

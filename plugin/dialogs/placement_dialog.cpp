@@ -7,6 +7,7 @@
 #include "plugin/dialogs/dialog_texts.h"
 #include "plugin/dialogs/measure.h"
 #include "plugin/frame/globals.h"
+#include "plugin/host/entry.h"
 
 namespace {
 
@@ -74,5 +75,5 @@ INT_PTR CALLBACK PlacementDialogProc(HWND dialog, UINT message, WPARAM wParam, L
 } // namespace
 
 bool RunPlacementDialog() {
-    return RunDialog(kPlacementDialog, PlacementDialogProc) == kSet;
+    return RunDialog(kPlacementDialog, DialogEntry<PlacementDialogProc>) == kSet;
 }

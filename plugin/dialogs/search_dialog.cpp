@@ -6,6 +6,7 @@
 
 #include "plugin/dialogs/dialog_texts.h"
 #include "plugin/frame/globals.h"
+#include "plugin/host/entry.h"
 #include "plugin/store/record.h"
 #include "plugin/store/search.h"
 
@@ -66,9 +67,14 @@ void TakeSearchSettings(HWND dialog) {
         globals->*box.field = IsDlgButtonChecked(dialog, box.control) == BST_CHECKED ? 1 : 0;
 }
 
+/// What is told when the dialog has gone, which stands above all other windows.
+struct Outcome {
+    int32_t unsearched = 0; ///< groups
+    int32_t unread = 0;     ///< objects of the result
+};
+
 // A person who doesn't find something has to know that it may be there all the same.
 void TellMissed(int32_t missed, const char* japanese, const char* english) {
-    if (missed <= 0) return;
     char message[kMessageBytes];
     std::snprintf(message, sizeof message, globals->language == 0 ? japanese : english,
                   static_cast<int>(missed));
@@ -87,19 +93,16 @@ void OnSearchCommand(HWND dialog, int control) {
     }
     if (control != kStartSearch && control != kLimit) return;
     TakeSearchSettings(dialog);
-    if (control == kStartSearch) {
-        TellMissed(RunSearch(), "検索できないグループがありました。[%d]",
-                   "Some groups could not be searched to their end. [%d]");
-    } else {
-        TellMissed(RunLimit(), "読めないオブジェクトがあり、結果から除きました。[%d]",
-                   "Some objects could not be read and are left out. [%d]");
-    }
+    Outcome& outcome = *reinterpret_cast<Outcome*>(GetWindowLongPtrA(dialog, DWLP_USER));
+    (control == kStartSearch ? outcome.unsearched : outcome.unread) =
+        control == kStartSearch ? RunSearch() : RunLimit();
     EndDialog(dialog, kFound);
 }
 
-INT_PTR CALLBACK SearchDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
+INT_PTR CALLBACK SearchDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_INITDIALOG:
+            SetWindowLongPtrA(dialog, DWLP_USER, lParam);
             CentreDialog(dialog);
             ShowSearchSettings(dialog);
             SetFocus(GetDlgItem(dialog, kText));
@@ -118,5 +121,14 @@ INT_PTR CALLBACK SearchDialogProc(HWND dialog, UINT message, WPARAM wParam, LPAR
 } // namespace
 
 bool RunSearchDialog() {
-    return RunDialog(kSearchDialog, SearchDialogProc) == kFound;
+    Outcome outcome;
+    const bool found =
+        RunDialog(kSearchDialog, DialogEntry<SearchDialogProc>, reinterpret_cast<LPARAM>(&outcome)) == kFound;
+    if (outcome.unsearched > 0)
+        TellMissed(outcome.unsearched, "検索できないグループがありました。[%d]",
+                   "Some groups could not be searched to their end. [%d]");
+    if (outcome.unread > 0)
+        TellMissed(outcome.unread, "読めないオブジェクトがあり、結果から除きました。[%d]",
+                   "Some objects could not be read and are left out. [%d]");
+    return found;
 }

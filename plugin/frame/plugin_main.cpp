@@ -9,6 +9,7 @@
 #include "plugin/frame/start_up.h"
 #include "plugin/frame/timer.h"
 #include "plugin/host/alerts.h"
+#include "plugin/host/entry.h"
 #include "plugin/host/suite_table.h"
 #include "plugin/panel/panel_absence.h"
 
@@ -120,10 +121,14 @@ extern "C" HostError PluginMain(const char* caller, const char* selector, HostMe
     moduleBasic = message->basic;
     globals = static_cast<Globals*>(message->globals);
     if (moduleBasic->TextsEqual(caller, HOST_CALLER_ACCESS)) {
-        return Dispatch(kAccessRows, caller, selector, message);
+        return AtEntry<HostError>(kHostOutOfMemory,
+                                  [=] { return Dispatch(kAccessRows, caller, selector, message); });
     }
     HostError error = AcquireHostSuites(moduleBasic);
-    if (error == kHostNoError) error = DispatchByCaller(caller, selector, message);
+    if (error == kHostNoError) {
+        error =
+            AtEntry<HostError>(kHostOutOfMemory, [=] { return DispatchByCaller(caller, selector, message); });
+    }
     ReportError(error, caller, selector);
     // Also after a failed acquire: it was counted.
     ReleaseHostSuites(moduleBasic);

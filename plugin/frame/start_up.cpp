@@ -12,6 +12,7 @@
 #include "plugin/panel/panel_absence.h"
 #include "plugin/panel/panel_build.h"
 #include "plugin/panel/panel_layout.h"
+#include "plugin/panel/panel_window.h"
 #include "plugin/placement/geometry.h"
 
 namespace {
@@ -87,9 +88,10 @@ namespace {
 
 void EndPanel() {
     if (globals->panelRef) {
+        GivePanelWindowBack(); // also where the host doesn't name its window now
         void* window = nullptr;
         if (PanelSuite().GetPlatformWindow(globals->panelRef, &window) != kHostNoError) window = nullptr;
-        if (window) TakeDownWindow(static_cast<HWND>(window));
+        if (window) DestroyWindow(static_cast<HWND>(window));
         PanelSuite().DestroyPanel(globals->panelRef);
         globals->panelRef = nullptr;
         FreePanelObjects();

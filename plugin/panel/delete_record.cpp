@@ -70,13 +70,6 @@ void TakeRowOut(HWND panel, int32_t row) {
     UpdateScrollRange(panel, kRecordList, false);
 }
 
-/// A search result stays what it was: it has no other source.
-void ListRecordsAnew(HWND panel) {
-    if (globals->findMode == kFindGroup) FreeHandle(globals->rihList);
-    IndexSelectedFolder();
-    RebuildRecordList(panel, true);
-}
-
 } // namespace
 
 void AskAndDeleteRecord(HWND panel, int32_t row) {

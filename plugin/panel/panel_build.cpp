@@ -194,11 +194,6 @@ HostError CreatePanel(PluginHandle plugin) {
     return first;
 }
 
-void TakeDownWindow(HWND panel) {
-    GivePanelWindowBack();
-    DestroyWindow(panel);
-}
-
 void FreePanelObjects() {
     if (globals->panelBrush) DeleteObject(globals->panelBrush);
     if (globals->panelFont) DeleteObject(globals->panelFont);

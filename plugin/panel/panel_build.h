@@ -17,8 +17,5 @@ void BuildPanel(HWND panel);
 /// Loads the icons of its buttons, which live no longer than the module.
 void LoadPanelIcons(HINSTANCE instance);
 
-/// Gives the panel's window the host's procedure back and destroys it.
-void TakeDownWindow(HWND panel);
-
 /// Frees what BuildPanel made for painting and forgets the host's procedure: when the window is gone.
 void FreePanelObjects();

@@ -9,6 +9,7 @@
 #include "plugin/dialogs/folder_commands.h"
 #include "plugin/dialogs/search_dialog.h"
 #include "plugin/frame/globals.h"
+#include "plugin/host/entry.h"
 #include "plugin/host/held_suites.h"
 #include "plugin/host/suites.h"
 #include "plugin/panel/current_place.h"
@@ -183,8 +184,8 @@ void HandlePanelCommand(HWND panel, int control) {
         return;
     }
     globals->menuBusy = 1;
+    const ClearedAtEnd busy(globals->menuBusy);
     Dispatch(panel, control);
-    globals->menuBusy = 0;
 }
 
 void PlayInternalAction(int command, int32_t row) {

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "plugin/frame/globals.h"
+#include "plugin/host/entry.h"
 #include "plugin/host/held_suites.h"
 #include "plugin/host/suite_table.h"
 #include "plugin/host/suites.h"
@@ -188,7 +189,12 @@ void RelayoutHostPanel(PanelHandle panel) {
 
 HostError OnPanelResized(PanelHandle panel) {
     if (!globals || !globals->hostBasic) return kHostNoError;
-    if (AcquireHostSuites(globals->hostBasic) == kHostNoError) RelayoutHostPanel(panel);
+    if (AcquireHostSuites(globals->hostBasic) == kHostNoError) {
+        AtEntry(0, [=] {
+            RelayoutHostPanel(panel);
+            return 0;
+        });
+    }
     return ReleaseHostSuites(globals->hostBasic);
 }
 

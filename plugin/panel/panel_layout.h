@@ -22,8 +22,8 @@ PanelPlan PlanPanel(int width, int height, float browseWidth);
 /// Where a control stands when it is made.
 RECT FirstPlace(const PanelPlan& plan, int control);
 
-/// Where a control stands after any later layout: buttons 1 and 2 change places, and so do 14 and 15.
-/// `folderListShown` decides where the record list begins.
+/// Where a control stands after any later layout: buttons 1 and 2 change places, and 15 goes to the other
+/// side of 14. `folderListShown` decides where the record list begins.
 RECT LaterPlace(const PanelPlan& plan, int control, bool folderListShown);
 
 /// Shows or hides the folder list as `browseMode` says and gives the record list its place.

@@ -57,6 +57,12 @@ void RebuildRecordList(HWND panel, bool reset) {
     InvalidateRect(list, nullptr, FALSE);
 }
 
+void ListRecordsAnew(HWND panel) {
+    if (globals->findMode == kFindGroup) FreeHandle(globals->rihList);
+    IndexSelectedFolder();
+    RebuildRecordList(panel, true);
+}
+
 void RebuildGroupCombo(HWND panel) {
     ComboFilling filling{GetDlgItem(panel, kGroupCombo), 0, -1};
     SendMessageA(filling.combo, CB_RESETCONTENT, 0, 0);

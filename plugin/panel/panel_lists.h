@@ -9,6 +9,10 @@
 /// list goes back to its top.
 void RebuildRecordList(HWND panel, bool reset);
 
+/// Lists the records anew as they stand in the files now, where others may have changed them.  A search
+/// result stays what it was: it has no other source.
+void ListRecordsAnew(HWND panel);
+
 /// The groups beside the current one, and the entry that is no group.
 void RebuildGroupCombo(HWND panel);
 

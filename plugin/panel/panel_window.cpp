@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "plugin/frame/globals.h"
+#include "plugin/host/entry.h"
 #include "plugin/panel/paint_controls.h"
 #include "plugin/panel/paint_folders.h"
 #include "plugin/panel/paint_records.h"
@@ -102,8 +103,9 @@ int ScrollTarget(int position, ScrollRange range, WORD low, WORD high) {
     }
 }
 
-LRESULT CALLBACK PanelWindowProc(HWND panel, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (!globals) return PassOn(panel, message, wParam, lParam);
+namespace {
+
+LRESULT Handle(HWND panel, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_COMMAND:
             HandlePanelCommand(panel, LOWORD(wParam));
@@ -124,4 +126,11 @@ LRESULT CALLBACK PanelWindowProc(HWND panel, UINT message, WPARAM wParam, LPARAM
             break;
     }
     return PassOn(panel, message, wParam, lParam);
+}
+
+} // namespace
+
+LRESULT CALLBACK PanelWindowProc(HWND panel, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (!globals) return PassOn(panel, message, wParam, lParam);
+    return AtEntry<LRESULT>(0, [=] { return Handle(panel, message, wParam, lParam); });
 }

@@ -6,13 +6,17 @@
 #include "plugin/rebuild/tag_rebuild.h"
 
 static void AlertCountDiffers() {
-    ShowMessageAlert(moduleBasic, globals->language == 0 ? "オブジェクトの個数が一致しません。"
-                                                         : "The number of objects does not accord.");
+    ShowMessageAlert(moduleBasic,
+                     globals->language == 0 ? "オブジェクトの個数が一致しません。"
+                                            : "The number of objects does not accord.",
+                     kEncodingCp932);
 }
 
 static void AlertKindDiffers() {
-    ShowMessageAlert(moduleBasic, globals->language == 0 ? "オブジェクトのタイプが一致しません。"
-                                                         : "The type of object does not accord.");
+    ShowMessageAlert(moduleBasic,
+                     globals->language == 0 ? "オブジェクトのタイプが一致しません。"
+                                            : "The type of object does not accord.",
+                     kEncodingCp932);
 }
 
 /// The only member of the group, or the group itself if it has not exactly one.

@@ -1,5 +1,6 @@
 #include "plugin/rebuild/text_features.h"
 
+#include <algorithm>
 #include <cmath>
 #include <iterator>
 
@@ -99,7 +100,7 @@ void SetLine(Features& features, const AidbStyle& stored) {
     Set(features, &Features::SetMiterLimit, Real(stored.miterLimit));
     Set(features, &Features::SetLineDashOffset, Real(stored.dashOffset));
     HostTextDash dash{};
-    dash.count = static_cast<int16_t>(stored.dashCount);
+    dash.count = static_cast<int16_t>(std::clamp<int>(static_cast<int16_t>(stored.dashCount), 0, kMaxDashes));
     dash.offset = FixedToReal(stored.dashOffset);
     for (int i = 0; i < kMaxDashes; ++i) dash.lengths[i] = FixedToReal(stored.dashes[i]);
     Try([&] { features.SetLineDashArray(ATE::IArrayReal::OfDash(dash)); });

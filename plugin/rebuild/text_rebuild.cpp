@@ -150,8 +150,13 @@ bool OnlyCarriesKerning(const AidbTextRun& run) {
     return run.kerning != 0 && std::memcmp(run.text, kEndOfText, sizeof kEndOfText) == 0;
 }
 
+/// One that the host refuses is passed over, like any other feature.
 void SetKerning(const ATE::ITextRange& range, const AidbTextRun& run) {
-    if (run.kerning != 0) range.GetStory().SetKerning(range.GetStart(), static_cast<int32_t>(run.kerning));
+    if (run.kerning == 0) return;
+    try {
+        range.GetStory().SetKerning(range.GetStart(), static_cast<int32_t>(run.kerning));
+    } catch (const ATE::Exception&) {
+    }
 }
 
 void FillFrame(LoadState& load, ArtHandle frame, std::span<const AidbTextRun> runs) {
