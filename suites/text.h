@@ -60,7 +60,7 @@ typedef struct AIFontSuite {
     HostError (*GetFontRecord)(FontKey font, HostFontRecord* record);
     HostError (*GetEngineFont)(FontKey font, FontRef* engineFont);
 
-    /* kHostNotFound for a font that this machine doesn't have. */
+    /* Also for a font that this machine doesn't have: a text in it must not be lost when it is stored. */
     HostError (*GetFontKey)(FontRef engineFont, FontKey* font);
 } AIFontSuite;
 
