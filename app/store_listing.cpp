@@ -29,8 +29,11 @@ public:
     StoreListing Run() {
         WalkFolder(root_, {}, false);
         TellAbandonedCopies();
-        // Whoever is at work may have taken away what was just seen.
-        std::erase_if(listing_.findings, [](const Finding& finding) { return finding.state.empty(); });
+        // Whoever is at work may have taken away what was just seen; what only can't be looked at stays.
+        std::erase_if(listing_.findings, [](const Finding& finding) {
+            std::error_code ignored;
+            return fs::symlink_status(finding.path, ignored).type() == fs::file_type::not_found;
+        });
         return std::move(listing_);
     }
 

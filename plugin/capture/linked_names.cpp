@@ -89,7 +89,7 @@ const char* LinkName(int32_t index) {
            static_cast<size_t>(index) * kLinkNameBytes;
 }
 
-/// What no further name may agree with; a file needs a name at all, so the empty text is among them.
+/// What no further name may agree with; a file needs a name at all, so the note of none is among them.
 std::unordered_set<std::string> TakenParts() {
     std::unordered_set<std::string> parts{NotePart({})};
     for (int32_t index = 0; index < globals->linkCount; ++index) parts.insert(NotePart(LinkName(index)));

@@ -201,10 +201,7 @@ void OnFlyoutCommand(PanelHandle, int32_t entry) {
     }
     if (entry < 1 || entry > kFlyoutEntries || IsSeparator(entry)) return;
     if (NeedsPanel(entry) && !globals->panelRef) return;
-    AtEntry(0, [=] {
-        DoEntry(entry);
-        return 0;
-    });
+    AtEntry([=] { DoEntry(entry); });
 }
 
 FlyoutState FlyoutStateOf(const char* currentName, bool hasFolders) {

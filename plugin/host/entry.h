@@ -16,6 +16,14 @@ Answer AtEntry(Answer failed, Call call) {
     }
 }
 
+template <typename Call>
+void AtEntry(Call call) {
+    AtEntry(false, [&] {
+        call();
+        return true;
+    });
+}
+
 /// `procedure` as a dialog's: a message that an exception ended is one not taken.
 template <DLGPROC procedure>
 INT_PTR CALLBACK DialogEntry(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {

@@ -189,12 +189,7 @@ void RelayoutHostPanel(PanelHandle panel) {
 
 HostError OnPanelResized(PanelHandle panel) {
     if (!globals || !globals->hostBasic) return kHostNoError;
-    if (AcquireHostSuites(globals->hostBasic) == kHostNoError) {
-        AtEntry(0, [=] {
-            RelayoutHostPanel(panel);
-            return 0;
-        });
-    }
+    if (AcquireHostSuites(globals->hostBasic) == kHostNoError) AtEntry([=] { RelayoutHostPanel(panel); });
     return ReleaseHostSuites(globals->hostBasic);
 }
 
