@@ -17,8 +17,20 @@ constexpr uint64_t MostPackedBytes(uint64_t bytes) {
 }
 
 /// Packs `plain` into `packed` and returns the bytes written; nothing if the room does not
-/// suffice, memory ran out or there are 4 GB to pack, which no record can hold.
+/// suffice, memory ran out or there are 4 GB to pack, which no record can hold.  A second thread
+/// helps with a long body, and has ended when this returns.
 std::optional<uint64_t> PackLzss(std::span<const uint8_t> plain, std::span<uint8_t> packed);
+
+/// The packed bytes of two bodies, the second right behind the first.
+struct PackedPair {
+    uint64_t first;
+    uint64_t second;
+};
+
+/// Packs two bodies as PackLzss does, side by side if they are long and there is room for the most that both
+/// can pack to.
+std::optional<PackedPair> PackPairLzss(std::span<const uint8_t> first, std::span<const uint8_t> second,
+                                       std::span<uint8_t> packed);
 
 /// Unpacks until the packed bytes end, also in the middle of a group, or the room is full.  Returns the
 /// bytes written.  Any input is taken.

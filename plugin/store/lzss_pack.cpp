@@ -1,224 +1,89 @@
-#include <algorithm>
-#include <array>
-#include <limits>
+#include <cstring>
 
 #include "plugin/store/lzss.h"
 #include "plugin/store/lzss_form.h"
 #include "plugin/store/lzss_unit.h"
-#include "plugin/store/lzss_window.h"
-#include "plugin/store/lzss_writer.h"
-#include "plugin/store/memory_handle.h"
+#include "plugin/store/lzss_walk.h"
+#include "plugin/store/second_thread.h"
 
-// After a long run of zeros nothing but their string is left in the window, and what follows up to the next
-// such run is a unit that can be packed with little ado (lzss_unit.h); the objects of a stream are mostly
-// such units.
-//
-// Else, at each place of the input the string of 18 bytes there enters the window, and the one that falls out
-// of the ring leaves it.  A string that stands one to four bytes back as well goes on with a run, as most of
-// a stream and of a preview does: it takes the place of that one, and is not looked for.
+// Behind a long run of zeros a body goes on as if nothing had come before: no match reaches over the run's
+// end, where an item always starts, and nothing but zeros is in the window.  So two threads can pack a half
+// each, with such an end between them.
 
 namespace {
 
-constexpr uint32_t kBlockBytes = 0x8000;
-constexpr uint32_t kHistory = kRingBytes;    ///< bytes of the text in front of a block
 constexpr uint64_t kMostBytes = 0xFFFF'0000; ///< so that ages fit
-static_assert(kHistory + kBlockBytes <= std::numeric_limits<uint16_t>::max());
+constexpr size_t kWorthTwoThreads = 0x10000; ///< bytes that aren't zeros; they take half a millisecond
+constexpr size_t kWorthBeside = 0x8000;      ///< bytes of a body beside another
 
-/// What a call needs, in one zeroed block of memory.
-struct Packer {
-    std::array<uint8_t, kHistory + kBlockBytes + kLongest + 2 * sizeof(uint64_t)> text;
-    uint32_t inItem; ///< places that the last item still covers
-    MatchWindow window;
-    UnitMemory unit;
-};
-
-/// One block: the places in the text from kHistory to `end`.
-struct Block {
-    uint32_t end;
-    uint32_t inputEnd; ///< place of the input's end, or of one that is out of reach
-    uint32_t firstAge; ///< of place 0
-};
-
-uint32_t PeriodAt(const uint8_t* string) {
-    const uint64_t start = LoadEight(string);
-    for (uint32_t period = 1; period <= kLongestPeriod; ++period)
-        if (start == LoadEight(string - period) && AllCommon(string, string - period)) return period;
-    return 0;
-}
-
-// How many of up to `most` bytes equal the ones `period` before them.
-uint32_t RunBytes(const uint8_t* bytes, uint32_t period, uint32_t most) {
-    uint32_t count = 0;
-    for (; count < most; count += sizeof(uint64_t)) {
-        if (const uint64_t difference = LoadEight(bytes + count) ^ LoadEight(bytes + count - period))
-            return std::min(most, count + FirstDifference(difference));
-    }
-    return most;
-}
-
-bool PutItem(Packer& packer, const Block& block, GroupWriter& writer, uint32_t place, Match match) {
-    // At the end of the input a string goes on into what is left of the round before.
-    match.bytes = std::min(match.bytes, block.inputEnd - place);
-    if (match.bytes < kShortest) {
-        packer.inItem = 1;
-        return writer.Literal(packer.text[place]);
-    }
-    packer.inItem = match.bytes;
-    return writer.Pair(packer.window.RingPlace(match.place), match.bytes);
-}
-
-// Moves the window on by one place, whose string is no other's of a run.
-bool Advance(Packer& packer, const Block& block, GroupWriter& writer, uint32_t place) {
-    MatchWindow& window = packer.window;
-    RemoveString(window, window.RingPlace(place - kReach));
-    const Spot spot = FindSpot(window, packer.text.data(), place);
-    const bool starts = packer.inItem == 0;
-    if (spot.equal != kFirstString) {
-        if (starts && !PutItem(packer, block, writer, place, {window.strings[spot.equal].place, kLongest}))
-            return false;
-        LeavePlace(window, spot.equal);
-        SetPlace(window, spot.equal, place);
-    } else {
-        if (starts &&
-            !PutItem(packer, block, writer, place, FindMatch(window, packer.text.data(), place, spot)))
-            return false;
-        AddString(window, spot, place, block.firstAge + place);
-    }
-    --packer.inItem;
+bool PackUpTo(PackWalk& walk, size_t limit) {
+    while (walk.start < limit)
+        if (!PackNext(walk, limit)) return false;
     return true;
 }
 
-// The strings of a run's last period go on to its end; all that the run outlasts leave.
-void AdvanceRun(MatchWindow& window, uint32_t from, uint32_t end, uint32_t period) {
-    const uint32_t otherwise = std::min(end - kReach, from - period);
-    if (otherwise > from - kReach)
-        RemoveStrings(window, window.RingPlace(from - kReach), otherwise - (from - kReach));
-    std::array<uint16_t, kLongestPeriod> strings{};
-    for (uint32_t i = 0; i < period; ++i) {
-        strings[i] = window.stringAt[window.RingPlace(from - period + i)];
-        LeavePlace(window, strings[i]);
-    }
-    for (uint32_t place = end - period; place < end; ++place)
-        SetPlace(window, strings[(place - from) % period], place);
+// The end of a run of zeros with about as much work before it as behind it; 0 if there is none, or not enough
+// work.  Zeros are none, and one byte in some tells of the others.
+size_t FindHalf(std::span<const uint8_t> plain) {
+    constexpr size_t kStep = 61; // in tune with no structure
+    if (plain.size() < kWorthTwoThreads) return 0;
+    size_t work = 0;
+    for (size_t i = 0; i < plain.size(); i += kStep) work += plain[i] != 0;
+    if (work * kStep < kWorthTwoThreads) return 0;
+    size_t half = 0;
+    for (size_t done = 0; done < work / 2; half += kStep) done += plain[half] != 0;
+    const ZeroRun run = FindZeroRun(plain, half, plain.size());
+    return run.end < plain.size() ? run.end : 0;
 }
 
-bool PackRun(Packer& packer, const Block& block, GroupWriter& writer, uint32_t place, uint32_t end,
-             uint32_t period) {
-    MatchWindow& window = packer.window;
-    // The first ones may stand elsewhere as well, at the start; and a short rest isn't worth more.
-    const bool isShort = end - place < 3 * period;
-    for (const uint32_t singly = isShort ? end : place + period; place < singly; ++place) {
-        RemoveString(window, window.RingPlace(place - kReach));
-        const uint32_t string = window.stringAt[window.RingPlace(place - period)];
-        if (packer.inItem == 0 &&
-            !PutItem(packer, block, writer, place, {window.strings[string].place, kLongest}))
-            return false;
-        LeavePlace(window, string);
-        SetPlace(window, string, place);
-        --packer.inItem;
+bool PackInHalves(PackWalk& walk, size_t half) {
+    const uint64_t roomBytes = MostPackedBytes(walk.plain.size() - half);
+    HandleOwner room(NewHandle(roomBytes, kSmallGrain));
+    if (room.bytes() == nullptr) return PackUpTo(walk, walk.plain.size());
+    PackWalk second(walk.plain, {room.bytes(), roomBytes});
+    if (second.memory.bytes() == nullptr) return PackUpTo(walk, walk.plain.size());
+    BeginBehindZeros(second, half);
+    bool firstPacked = false, secondPacked = false;
+    {
+        const SecondThread beside([&] { secondPacked = PackUpTo(second, second.plain.size()); });
+        firstPacked = PackUpTo(walk, PlaceBehindZeros(half)) && PackLastZeros(walk);
     }
-    window.nearPlace = end - 1 - period;
-    if (isShort) return true;
-    AdvanceRun(window, place, end, period);
-    const uint32_t covered = std::min(packer.inItem, end - place);
-    packer.inItem -= covered;
-    place += covered;
-    const uint32_t whole = (std::min(end, block.inputEnd) - place) / kLongest;
-    if (!writer.Pairs(window.RingPlace(place - period), whole)) return false;
-    place += whole * kLongest;
-    while (place < end) {
-        if (!PutItem(packer, block, writer, place, {place - period, kLongest})) return false;
-        const uint32_t step = std::min(packer.inItem, end - place);
-        packer.inItem -= step;
-        place += step;
-    }
-    return true;
+    return firstPacked && secondPacked && walk.writer.Append(second.writer);
 }
 
-bool PackBlock(Packer& packer, const Block& block, GroupWriter& writer) {
-    for (uint32_t place = kHistory; place < block.end;) {
-        const uint8_t* string = &packer.text[place];
-        const uint32_t period = PeriodAt(string);
-        if (period == 0) {
-            if (!Advance(packer, block, writer, place++)) return false;
-            continue;
-        }
-        const uint32_t end = place + 1 + RunBytes(string + kLongest, period, block.end - place - 1);
-        if (!PackRun(packer, block, writer, place, end, period)) return false;
-        place = end;
-    }
-    return true;
-}
-
-// The strings before the start go in from the nearest to the farthest.
-void StartWindow(Packer& packer) {
-    MatchWindow& window = packer.window;
-    InitWindow(window);
-    window.ringOffset = (kFirstPlace - kHistory) & (kRingBytes - 1);
-    for (uint32_t back = 1; back <= kLongest; ++back) {
-        const uint32_t place = kHistory - back;
-        const Spot spot = FindSpot(window, packer.text.data(), place);
-        if (spot.equal != kFirstString) {
-            LeavePlace(window, spot.equal);
-            SetPlace(window, spot.equal, place);
-        } else {
-            AddString(window, spot, place, back);
-        }
-    }
-}
-
-// Goes on behind units: all before is zeros, and their last string alone is in the window.
-void GoOnBehindZeros(Packer& packer, size_t bytes) {
-    MatchWindow& window = packer.window;
-    std::fill_n(packer.text.begin(), kHistory, uint8_t{0});
-    MoveText(window, static_cast<uint32_t>(bytes & (kRingBytes - 1)));
-    const uint32_t zeros = window.strings[kFirstString].behind;
-    LeavePlace(window, zeros);
-    SetPlace(window, zeros, kHistory - 1);
-}
-
-bool PackNextBlock(Packer& packer, std::span<const uint8_t> plain, size_t start, uint32_t bytes,
-                   GroupWriter& writer) {
-    const auto rest = plain.subspan(start);
-    const auto read = static_cast<uint32_t>(std::min<size_t>(rest.size(), bytes + kLongest));
-    std::memcpy(&packer.text[kHistory], rest.data(), read);
-    // Behind the input the ring still holds what came a round before.
-    for (uint32_t i = read; i < bytes + kLongest; ++i)
-        packer.text[kHistory + i] = packer.text[kHistory + i - kRingBytes];
-    if (start == 0) StartWindow(packer);
-    if (!PackBlock(packer, {kHistory + bytes, kHistory + read, static_cast<uint32_t>(start)}, writer))
-        return false;
-    std::memmove(packer.text.data(), &packer.text[bytes], kHistory);
-    MoveText(packer.window, bytes);
-    return true;
+bool PackWhole(PackWalk& walk) {
+    const size_t half = FindHalf(walk.plain);
+    return half != 0 ? PackInHalves(walk, half) : PackUpTo(walk, walk.plain.size());
 }
 
 } // namespace
 
 std::optional<uint64_t> PackLzss(std::span<const uint8_t> plain, std::span<uint8_t> packed) {
-    GroupWriter writer(packed);
     if (plain.empty()) return 0;
     if (plain.size() > kMostBytes) return std::nullopt;
-    HandleOwner memory(NewHandle(sizeof(Packer), kSmallGrain));
-    if (memory.bytes() == nullptr) return std::nullopt;
-    Packer& packer = *reinterpret_cast<Packer*>(memory.bytes());
-    bool onlyZeros = false; // in the window
-    size_t blocksEnd = 0;
-    for (size_t start = 0; start < plain.size();) {
-        const ZeroRun run = FindZeroRun(plain, start, start + kBlockBytes);
-        if (onlyZeros && run.end != 0 && run.start - start <= kMostUnitBytes) {
-            if (!PackUnit(packer.unit, plain, start, run, packer.inItem, writer)) return std::nullopt;
-            start = run.end - kLongest + 1;
-            continue;
+    PackWalk walk(plain, packed);
+    if (walk.memory.bytes() == nullptr || !PackWhole(walk)) return std::nullopt;
+    return walk.writer.used();
+}
+
+std::optional<PackedPair> PackPairLzss(std::span<const uint8_t> first, std::span<const uint8_t> second,
+                                       std::span<uint8_t> packed) {
+    const uint64_t most = MostPackedBytes(first.size());
+    const bool areLong = second.size() >= kWorthBeside && first.size() <= kMostBytes;
+    if (areLong && packed.size() >= most + MostPackedBytes(second.size())) {
+        PackWalk walk(first, packed.first(most));
+        if (walk.memory.bytes() != nullptr) {
+            SecondThread beside([&] { PackUpTo(walk, first.size()); });
+            const auto bytes = PackLzss(second, packed.subspan(most));
+            beside.Wait();
+            if (!bytes) return std::nullopt;
+            std::memmove(&packed[walk.writer.used()], &packed[most], *bytes);
+            return PackedPair{walk.writer.used(), *bytes};
         }
-        size_t end = std::min(plain.size(), start + kBlockBytes);
-        if (run.end != 0) end = std::min(end, run.end - kLongest + 1);
-        if (start != blocksEnd) GoOnBehindZeros(packer, start - blocksEnd);
-        if (onlyZeros) LeaveZerosAlone(packer.window);
-        if (!PackNextBlock(packer, plain, start, static_cast<uint32_t>(end - start), writer))
-            return std::nullopt;
-        onlyZeros = run.end != 0 && end >= run.start + kResettingZeros;
-        start = blocksEnd = end;
     }
-    return writer.used();
+    const auto firstBytes = PackLzss(first, packed);
+    if (!firstBytes) return std::nullopt;
+    const auto secondBytes = PackLzss(second, packed.subspan(*firstBytes));
+    if (!secondBytes) return std::nullopt;
+    return PackedPair{*firstBytes, *secondBytes};
 }

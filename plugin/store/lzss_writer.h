@@ -41,6 +41,24 @@ public:
     }
     uint64_t used() const { return used_; }
 
+    /// Goes on with another's items.
+    bool Append(const GroupWriter& other) {
+        size_t flags = 0;
+        uint32_t items = kItemsInGroup;
+        for (size_t next = 0; next < other.used_;) {
+            if (items == kItemsInGroup) {
+                flags = next++;
+                items = 0;
+            }
+            const uint8_t* item = &other.out_[next];
+            const bool literal = other.out_[flags] >> items++ & 1;
+            if (!(literal ? Literal(item[0]) : Pair(PlaceOfPair(item[0], item[1]), BytesOfPair(item[1]))))
+                return false;
+            next += literal ? 1 : 2;
+        }
+        return true;
+    }
+
 private:
     void PutPair(uint32_t ringPlace, uint32_t bytes) {
         out_[used_] = static_cast<uint8_t>(ringPlace);

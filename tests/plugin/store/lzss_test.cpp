@@ -150,6 +150,43 @@ TEST(Lzss, PacksBetweenLongRunsOfZerosAsTheClassicCoder) {
     }
 }
 
+// Long enough for two threads, with every length of a run's rest at the place where their halves meet, in
+// units as short as an object and as long as a picture.
+TEST(Lzss, PacksLongBodiesAsTheClassicCoder) {
+    for (uint32_t seed = 0; seed < 24; ++seed) {
+        std::mt19937 random(seed);
+        const size_t most = seed % 4 == 3 ? 30000 : 3000;
+        Bytes bytes = Noise(seed, seed, 256);
+        for (int unit = 0; unit < (most == 3000 ? 60 : 8); ++unit) {
+            bytes.insert(bytes.end(), seed == 5 && unit > 20 ? 100000 : 4160 + random() % 40, 0);
+            const Bytes noise = Noise(1 + random() % most, random(), unit % 3 ? 256 : 4);
+            bytes.insert(bytes.end(), noise.begin(), noise.end());
+            if (seed == 5 && unit == 23) break;
+        }
+        bytes.insert(bytes.end(), seed % 3 * 2500, 0);
+        ExpectAsClassic(bytes, "long body of seed " + std::to_string(seed));
+    }
+}
+
+TEST(Lzss, PacksAPairAsEachByItself) {
+    for (const size_t size : {0u, 1000u, 100000u}) {
+        const Bytes first = Preview(true, 50), second = Noise(size, 1, 30);
+        const Bytes firstPacked = Pack(first), secondPacked = Pack(second);
+        Bytes expected = firstPacked;
+        expected.insert(expected.end(), secondPacked.begin(), secondPacked.end());
+        Bytes packed(MostPackedBytes(first.size()) + MostPackedBytes(size));
+        const auto pair = PackPairLzss(first, second, packed);
+        ASSERT_TRUE(pair.has_value()) << size;
+        EXPECT_EQ(pair->first, firstPacked.size());
+        EXPECT_EQ(pair->second, secondPacked.size());
+        packed.resize(expected.size());
+        EXPECT_EQ(packed, expected) << size;
+        EXPECT_TRUE(PackPairLzss(first, second, packed) || size == 100000)
+            << "room for no more than it takes";
+        EXPECT_FALSE(PackPairLzss(first, second, std::span(packed).first(expected.size() - 1)));
+    }
+}
+
 // Rows that repeat but for a byte here and there: matches that end anywhere, far back.
 TEST(Lzss, PacksNearPeriodicBytesAsTheClassicCoder) {
     for (const size_t period : {5u, 17u, 18u, 19u, 64u, 512u, 4078u, 4095u, 4096u, 4097u}) {
