@@ -13,8 +13,8 @@
 namespace {
 
 constexpr uint64_t kMostBytes = 0xFFFF'0000; ///< so that ages fit
-constexpr size_t kWorthTwoThreads = 0x10000; ///< bytes that aren't zeros; they take half a millisecond
-constexpr size_t kWorthBeside = 0x8000;      ///< bytes of a body beside another
+constexpr size_t kWorthTwoThreads = 0x8000; ///< bytes that aren't zeros; they take a quarter of a millisecond
+constexpr size_t kWorthBeside = 0x8000;     ///< bytes of a body beside another
 
 bool PackUpTo(PackWalk& walk, size_t limit) {
     while (walk.start < limit)
