@@ -10,7 +10,6 @@
 namespace {
 
 constexpr uint64_t kLargestRecord = INT32_MAX;
-constexpr uint32_t kFillerBytes = kEmptyRecordBytes - kObjectsOffset; ///< behind the stream
 
 /// The start of a record in its expanded shape; null for any other block.
 RecordStart* ExpandedStart(MemoryHandle record) {

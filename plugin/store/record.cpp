@@ -100,6 +100,8 @@ bool PackRecord(MemoryHandle& record) {
     if (!bodies) return false;
     const uint64_t total = kSmallestRecordBytes + bodies->first + bodies->second;
     if (total > UINT32_MAX) return false;
+    // Packing may have left something behind the bodies.
+    std::memset(packed.bytes() + total - kFillerBytes, 0, kFillerBytes);
     std::memcpy(packed.bytes(), BlockBytes(record), kRecordHeaderBytes);
     RecordStart* start = StartOf(packed.get());
     start->header.size = static_cast<uint32_t>(total);

@@ -17,7 +17,9 @@
 constexpr uint32_t kRecordHeaderBytes = 416;   ///< what an in-place rewrite writes and the index reads
 constexpr uint32_t kSmallestRecordBytes = 428; ///< a stored record with two empty bodies; a header read
 constexpr uint32_t kPreviewOffset = 424;       ///< also where the packed preview begins in a file image
-constexpr uint32_t kPreviewBytes = 0x10000;    ///< 128 by 128 pixels from the top: unused, red, green, blue
+constexpr uint32_t kFillerBytes =
+    kSmallestRecordBytes - kPreviewOffset;  ///< behind both bodies; written as zeros
+constexpr uint32_t kPreviewBytes = 0x10000; ///< 128 by 128 pixels from the top: unused, red, green, blue
 constexpr uint32_t kObjectsOffset = kPreviewOffset + kPreviewBytes; ///< 65960
 constexpr uint32_t kEmptyRecordBytes =
     kSmallestRecordBytes + kPreviewBytes; ///< 65964, an empty expanded record

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "plugin/store/intent_note.h"
+#include "plugin/store/lzss.h"
 #include "plugin/store/record_index.h"
 #include "plugin/store/store_lock.h"
 #include "plugin/store/swap_words.h"
@@ -103,6 +104,26 @@ TEST_F(RecordTest, APreviewReadFillsTheCallersHandleAndLeavesTheCurrentRecord) {
 }
 
 // A smooth ramp packs to more bytes than it has.
+// However its bodies are packed, the same art is stored as the same bytes.
+TEST_F(RecordTest, ALongRecordEndsWithItsBodiesAndFourZeros) {
+    constexpr uint32_t kObjectBytes = 200000;
+    HandleOwner record(ResizeHandle(NewRecord(), kEmptyRecordBytes + kObjectBytes, kRecordGrain));
+    uint8_t* bytes = BlockBytes(record.get());
+    const uint32_t size = kEmptyRecordBytes + kObjectBytes;
+    for (uint32_t i = kPreviewOffset + kPreviewBytes / 2; i < size - kFillerBytes; ++i)
+        bytes[i] = static_cast<uint8_t>(i * i >> 7 ^ i * 2654435761u >> 24);
+    reinterpret_cast<RecordStart*>(bytes)->header.size = size;
+    const std::span plain(bytes + kPreviewOffset, size - kSmallestRecordBytes);
+    Bytes expected(MostPackedBytes(plain.size()) + 16);
+    const auto preview = PackLzss(plain.first(kPreviewBytes), expected);
+    const auto objects = PackLzss(plain.subspan(kPreviewBytes), std::span(expected).subspan(*preview));
+    expected.resize(*preview + *objects);
+    expected.insert(expected.end(), kFillerBytes, 0);
+    ASSERT_TRUE(PackRecord(record.get()));
+    const uint8_t* packed = BlockBytes(record.get()) + kPreviewOffset;
+    EXPECT_EQ(Bytes(packed, packed + expected.size()), expected);
+}
+
 TEST_F(RecordTest, APreviewThatPacksToMoreThanItselfSurvives) {
     MakeCurRecord("a");
     uint8_t* preview = BlockBytes(globals->curRecord) + kPreviewOffset;
