@@ -5,7 +5,8 @@
 
 namespace {
 
-constexpr uint32_t kPixel = 4; ///< bytes
+constexpr uint32_t kPixel = 4;    ///< bytes
+constexpr uint32_t kFewAlike = 8; ///< strings that are looked at before FindOldest is worth it
 
 uint32_t LowBit(uint64_t word) {
     return static_cast<uint32_t>(std::countr_zero(word));
@@ -73,6 +74,29 @@ void WalkToSpot(const MatchWindow& window, const uint8_t* text, const uint8_t* s
     return zeros.group == 0 && zeros.age == window.zerosAge && LeadingZeros(string) >= bytes;
 }
 
+// The match of fewer bytes than a start has, where many strings are alike.
+[[gnu::noinline]] Match FindOldest(MatchWindow& window, const Spot& spot, uint32_t bytes) {
+    const uint32_t shift = 64 - 8 * bytes;
+    const uint64_t start = spot.start >> shift;
+    OldestAlike& known = window.oldest[start * 0x9E37'79B9'7F4A'7C15u >> (64 - kOldestAlikeBits)];
+    const WindowString& oldest = window.strings[known.string];
+    if (known.start == start && known.bytes == bytes && known.agesPassedOn == window.agesPassedOn &&
+        known.age == oldest.age && oldest.group != kNoGroup)
+        return {oldest.place, bytes};
+    known = {start, bytes, 0, std::numeric_limits<uint32_t>::max(), window.agesPassedOn};
+    const auto isAlike = [&](uint32_t other) {
+        return window.strings[other].start >> shift == start && other < kFirstString;
+    };
+    const auto consider = [&](uint32_t other) {
+        if (window.strings[other].age >= known.age) return;
+        known.age = window.strings[other].age;
+        known.string = other;
+    };
+    for (uint32_t other = spot.before; isAlike(other); other = window.strings[other].before) consider(other);
+    for (uint32_t other = spot.behind; isAlike(other); other = window.strings[other].behind) consider(other);
+    return {window.strings[known.string].place, bytes};
+}
+
 } // namespace
 
 void InitWindow(MatchWindow& window) {
@@ -124,7 +148,7 @@ Spot FindSpot(MatchWindow& window, const uint8_t* text, uint32_t place) {
     return spot;
 }
 
-Match FindMatch(const MatchWindow& window, const uint8_t* text, uint32_t place, const Spot& spot) {
+Match FindMatch(MatchWindow& window, const uint8_t* text, uint32_t place, const Spot& spot) {
     const auto common = [&](uint32_t other) {
         if (other >= kFirstString) return uint32_t{0};
         const WindowString& string = window.strings[other];
@@ -151,10 +175,15 @@ Match FindMatch(const MatchWindow& window, const uint8_t* text, uint32_t place, 
             return difference >> (64 - 8 * match.bytes) == 0 && other < kFirstString;
         return difference == 0 && common(other) == match.bytes;
     };
-    for (uint32_t other = spot.before; isAlike(other); other = window.strings[other].before)
+    uint32_t few = match.bytes < sizeof spot.start ? kFewAlike : kRingBytes;
+    for (uint32_t other = spot.before; isAlike(other); other = window.strings[other].before) {
+        if (few-- == 0) return FindOldest(window, spot, match.bytes);
         consider(window.strings[other]);
-    for (uint32_t other = spot.behind; isAlike(other); other = window.strings[other].behind)
+    }
+    for (uint32_t other = spot.behind; isAlike(other); other = window.strings[other].behind) {
+        if (few-- == 0) return FindOldest(window, spot, match.bytes);
         consider(window.strings[other]);
+    }
     return match;
 }
 

@@ -19,6 +19,9 @@
 
 #include "plugin/store/lzss_form.h"
 
+constexpr uint32_t kOldestAlikeBits = 6;
+constexpr uint32_t kOldestAlike = 1 << kOldestAlikeBits;
+
 struct Match {
     uint32_t place = 0; ///< in the text
     uint32_t bytes = 0;
@@ -39,6 +42,16 @@ constexpr uint32_t kZeroGroups = 256 * (kLongest - 1);
 constexpr uint32_t kLastGroup = kZeroGroups + 0x10000; ///< that of kLastString alone
 constexpr uint32_t kNoGroup = kLastGroup + 1;
 
+/// Which of the strings that start alike is the oldest.  It stays so while it is there and no age passes on:
+/// the strings that come are younger.
+struct OldestAlike {
+    uint64_t start; ///< what they have in common, as a number
+    uint32_t bytes; ///< of the start; 0 if nothing is known
+    uint32_t string;
+    uint32_t age;
+    uint32_t agesPassedOn; ///< the window's, when it was found
+};
+
 struct MatchWindow {
     std::array<WindowString, kRingBytes + 2> strings;
     std::array<uint16_t, kRingBytes> unused; ///< the numbers of strings that are not in use
@@ -49,9 +62,11 @@ struct MatchWindow {
     std::array<uint64_t, kLastGroup / 64 + 1> groups;
     std::array<uint64_t, kLastGroup / 4096 + 1> groupWords; ///< the words above that are not 0
     uint32_t ringOffset;                                    ///< from a place in the text to one of the ring
-    uint32_t zeros;     ///< the number of a string of zeros that was alone in the window
-    uint32_t zerosAge;  ///< its age, for as long as it is there; it is the oldest of its tree
-    uint32_t nearPlace; ///< of the string that the one before is like; in the text
+    uint32_t zeros;        ///< the number of a string of zeros that was alone in the window
+    uint32_t zerosAge;     ///< its age, for as long as it is there; it is the oldest of its tree
+    uint32_t nearPlace;    ///< of the string that the one before is like; in the text
+    uint32_t agesPassedOn; ///< how often
+    std::array<OldestAlike, kOldestAlike> oldest; ///< where many are alike, found by their start
 
     uint32_t RingPlace(uint32_t place) const { return (place + ringOffset) & (kRingBytes - 1); }
 };
@@ -77,7 +92,7 @@ struct Spot {
 Spot FindSpot(MatchWindow& window, const uint8_t* text, uint32_t place);
 
 /// The match of a string that is not there; of fewer bytes than kShortest if there is none.
-Match FindMatch(const MatchWindow& window, const uint8_t* text, uint32_t place, const Spot& spot);
+Match FindMatch(MatchWindow& window, const uint8_t* text, uint32_t place, const Spot& spot);
 
 /// A string that is there stands at another place.
 inline void SetPlace(MatchWindow& window, uint32_t string, uint32_t place) {
@@ -125,6 +140,7 @@ inline void RemoveString(MatchWindow& window, uint32_t ringPlace) {
     const bool bothYounger =
         (before.age > string.age) & (behind.age > string.age) & (otherStarts >> (64 - 8) == 0);
     before.age = bothYounger ? string.age : before.age;
+    window.agesPassedOn += bothYounger;
     before.behind = string.behind;
     behind.before = string.before;
     if (before.group != string.group) {
