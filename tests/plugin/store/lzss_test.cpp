@@ -99,6 +99,21 @@ TEST(Lzss, PacksRisingPixelsAsTheClassicCoder) {
     ExpectAsClassic(bytes, "rising pixels");
 }
 
+// Records of 17 bytes with a number that is new to the window: all strings with their first three bytes are
+// alike, and the oldest of them leaves as the next one comes, where a record lacks a byte, or just before.
+TEST(Lzss, PacksStringsThatAreAlikeAsTheClassicCoder) {
+    for (const bool lacking : {false, true}) {
+        Bytes bytes;
+        for (uint32_t i = 0; i < 1500; ++i) {
+            const auto number = static_cast<uint8_t>(i);
+            bytes.insert(bytes.end(), {220, 221, 222, number});
+            for (uint8_t field = 201; field < 207; ++field) bytes.insert(bytes.end(), {field, number});
+            if (!lacking || i % 240 != 100) bytes.push_back(207);
+        }
+        ExpectAsClassic(bytes, "alike");
+    }
+}
+
 TEST(Lzss, PacksStreamsAsTheClassicCoder) {
     ExpectAsClassic(Preview(false, 40), "flat preview");
     ExpectAsClassic(Preview(true, 60), "preview with a ramp");
