@@ -63,7 +63,7 @@ constexpr uint32_t NextKeyWord(int16_t mode, uint32_t word, uint64_t key) {
     return mode == kByKind && word < kTextWords ? kTextWords : KeyWords(mode);
 }
 
-constexpr size_t kFewEntries = 4096; ///< sorted by comparing
+constexpr size_t kFewEntries = 64; ///< sorted by comparing
 
 /// Puts entries, which come in ascending order of their rows, in the order of their items; equal ones stay as
 /// they come.  All are sorted by one word at once, then each stretch of equal ones by the next, so that an
