@@ -22,6 +22,7 @@
 #include "plugin/store/record_layout.h"
 #include "plugin/store/store_lock.h"
 #include "tests/soak/crash_states.h"
+#include "tests/soak/leftovers.h"
 #include "tests/soak/soak_bytes.h"
 #include "tests/soak/soak_processes.h"
 #include "tests/soak/soak_snaps.h"
@@ -72,7 +73,16 @@ public:
         Model found = store.Read();
         if (!IsOneOf(TextOf(found), outcomes)) Report(what, step, TextOf(found), outcomes);
         model = std::move(found);
+        LookForLeftovers(what, step);
         if (step.action == Action::kAppend) fs::remove(folder.path() / (step.record.id + ".png"));
+    }
+
+    // What is left stays, so that it is seen as well after a few steps.
+    void LookForLeftovers(const std::string& what, const Step& step) {
+        constexpr uint64_t kStepsBetween = 8;
+        if (++settled % kStepsBetween != 0) return;
+        const std::string unexplained = UnexplainedFindings(store.root(), model);
+        if (!unexplained.empty()) Report(what + ", or a little before,", step, unexplained, {});
     }
 
     TemporaryFolder folder;
@@ -80,6 +90,7 @@ public:
     ModelStore store;
     Model model = {{"Alpha", {}}, {"Beta", {}}, {"Gamma", {}}};
     uint64_t nextId = 0;
+    uint64_t settled = 0;
 };
 
 std::string Set(FaultCalls& faults, std::mt19937_64& random) {
@@ -178,8 +189,11 @@ void RunCrashes(uint64_t count, uint64_t seed) {
                                                               " of " + std::to_string(events) + " events";
                                      if (!trial.store.Recover())
                                          Report(what + ": not recovered", step, DescribeTrouble(), {});
-                                     const std::string found = TextOf(trial.store.Read());
+                                     const Model model = trial.store.Read();
+                                     const std::string found = TextOf(model);
                                      if (!IsOneOf(found, allowed)) Report(what, step, found, allowed);
+                                     const std::string unexplained = UnexplainedFindings(crashed, model);
+                                     if (!unexplained.empty()) Report(what, step, unexplained, {});
                                  });
         }
         trial.store.SetRoot(root);

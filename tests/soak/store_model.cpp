@@ -25,6 +25,8 @@ const char* const kGroups[] = {"Alpha", "Beta", "Gamma"}; // the last gets no re
 constexpr size_t kTargetOfGroups = 2;
 constexpr size_t kMostRecords = 7;          ///< in a group, so that operations stay short
 constexpr char kFileName[] = "picture.png"; // the same for all, so that pooled names collide
+constexpr char kLinkOfArt[] = "PlacedFile = \"picture.png\"\r";
+constexpr uint32_t kObjectsWithLink = 2;
 
 std::string BytesOf(const fs::path& path) {
     std::ifstream file(path, std::ios::binary);
@@ -42,12 +44,8 @@ void MakeCurRecord(const ModelRecord& record) {
     header->created = 3000000000u;
     for (size_t i = 0; i < record.id.size(); ++i)
         bytes[kPreviewOffset + i * 97] = static_cast<uint8_t>(record.id[i]);
-    uint8_t object[64] = {};
-    auto* objectHeader = reinterpret_cast<AidbObjectHeader*>(object);
-    objectHeader->type = kNoteObject;
-    objectHeader->size = sizeof object;
-    std::strcpy(reinterpret_cast<char*>(object) + sizeof(AidbObjectHeader), record.id.c_str());
-    AddAIDBObj(globals->curRecord, object);
+    AddNote(record.id.c_str());
+    if (!record.file.empty()) AddNote(kLinkOfArt);
 }
 
 // What the record's bodies say it is; empty if they are damaged.
@@ -76,6 +74,7 @@ ModelRecord ReadRecord(const fs::path& root, const std::string& group, size_t nu
     record.id = header->name;
     const bool whole = header->size != 0 && IdOfBodies(handle.get()) == record.id;
     record.edition = whole ? header->kind : "damaged";
+    record.linked = whole && header->objectCount == kObjectsWithLink;
     record.file = FileOf(root, group, number);
     return record;
 }

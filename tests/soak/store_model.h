@@ -18,6 +18,7 @@ struct ModelRecord {
     std::string id;
     std::string edition; ///< the kind, which an in-place rewrite changes
     std::string file;    ///< what its linked file says; empty if it has none
+    bool linked = false; ///< as read: its art names a file
 };
 
 /// Records of the groups in file order.

@@ -89,12 +89,7 @@ void StoreTest::MakeCurRecord(const std::string& name) {
     header->created = 3000000000u + static_cast<uint8_t>(name[0]);
     header->modified = header->created;
     for (size_t i = 0; i < 600; ++i) bytes[kPreviewOffset + i * 97] = static_cast<uint8_t>(name[0] + i);
-    uint8_t object[64] = {};
-    auto* objectHeader = reinterpret_cast<AidbObjectHeader*>(object);
-    objectHeader->type = kNoteObject;
-    objectHeader->size = sizeof object;
-    std::strcpy(reinterpret_cast<char*>(object) + sizeof(AidbObjectHeader), name.c_str());
-    ASSERT_EQ(AddAIDBObj(globals->curRecord, object), 0);
+    ASSERT_EQ(AddNote(name.c_str()), 0);
 }
 
 void StoreTest::MakeGroup(const std::string& group, const std::vector<std::string>& names) {
