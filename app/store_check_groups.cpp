@@ -154,7 +154,9 @@ void TellFrame(const GroupFrame& frame, const std::string& place, GroupFacts* fa
     if (found < frame.storedCount)
         tell(Severity::kError, place,
              "damaged: " + Number(found) + " of " + Number(frame.storedCount) + " records can be read");
-    if (found > frame.storedCount)
+    if (found == frame.storedCount + uint64_t{1})
+        tell(Severity::kError, place, "a whole record behind the counted ones is not shown");
+    else if (found > frame.storedCount)
         tell(Severity::kError, place,
              Number(found - frame.storedCount) + " whole records behind the counted ones are not shown");
     if (frame.length > frame.end)

@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr std::string_view kUncounted = "1 whole records behind the counted ones are not shown";
+constexpr std::string_view kUncounted = "a whole record behind the counted ones is not shown";
 
 /// No record that a reader sees is in them.
 constexpr std::string_view kLeftovers[] = {

@@ -4,7 +4,6 @@
 #include <fstream>
 #include <iterator>
 
-#include "plugin/objects/object_layout.h"
 #include "plugin/objects/object_stream.h"
 #include "plugin/store/record.h"
 
