@@ -11,6 +11,7 @@
 #include <optional>
 #include <set>
 #include <sstream>
+#include <string_view>
 #include <vector>
 
 #include "plugin/store/record.h"
@@ -94,24 +95,45 @@ private:
         fs::remove(store_.root().parent_path() / (step.record.id + ".png"));
     }
 
+    // The first record of the step's group, from `start` on, whose name is accepted.
+    template <typename Accepts>
+    static bool FindFrom(Step& step, int32_t start, Accepts accepts) {
+        HandleOwner record(NewRecord());
+        const auto count = static_cast<int32_t>(CountRecords(step.group.c_str()));
+        for (step.number = start; step.number < count; ++step.number) {
+            AidbReadRecord(step.group.c_str(), step.number, &record.get(), kReadHeader, true);
+            const auto* header = reinterpret_cast<const RecordHeader*>(record.bytes());
+            if (!accepts(std::string_view(header->name))) continue;
+            step.record.id = header->name;
+            step.record.edition = header->kind;
+            return true;
+        }
+        return false;
+    }
+
     // A record that was being registered when the process was killed may lack its file, and nobody was told
-    // that it is there.  False if others had the store too long.
+    // that it is there: it is taken out.  False if others had the store too long.
     bool DropUnfinished() {
+        std::vector<std::string> unfinished;
+        for (const std::string& id : said_.maybeAdded) {
+            if (!said_.added.contains(id) && !said_.deleted.contains(id)) unfinished.push_back(id);
+        }
+        if (unfinished.empty()) return true;
         const StoreLock lock(kStoreExclusive);
         if (!lock.held()) return false;
-        for (const auto& [group, records] : store_.Read()) {
-            for (size_t number = records.size(); number-- > 0;) {
-                const std::string& id = records[number].id;
-                if (!said_.maybeAdded.contains(id) || said_.added.contains(id)) continue;
-                Step step;
-                step.action = Action::kDelete;
-                step.group = group;
-                step.number = static_cast<int32_t>(number);
-                step.record = records[number];
-                Do(step);
-            }
-        }
+        for (const std::string& id : unfinished) DropOne(id);
         return true;
+    }
+
+    void DropOne(const std::string& id) {
+        Step step;
+        step.action = Action::kDelete;
+        for (const char* group : {"Alpha", "Beta"}) {
+            step.group = group;
+            if (FindFrom(step, 0, [&](std::string_view name) { return name == id; })) return Do(step);
+        }
+        step.record.id = id;
+        Say("done", step); // as it was never stored
     }
 
     // A record of this worker, wherever it is now.
@@ -119,17 +141,10 @@ private:
         Step step;
         step.group = random_() % 2 ? "Alpha" : "Beta";
         step.newGroup = step.group == "Alpha" ? "Beta" : "Alpha";
-        HandleOwner record(NewRecord());
-        const auto count = static_cast<int32_t>(CountRecords(step.group.c_str()));
-        const int32_t start = count > 0 ? static_cast<int32_t>(random_() % static_cast<uint64_t>(count)) : 0;
-        for (step.number = start; step.number < count; ++step.number) {
-            AidbReadRecord(step.group.c_str(), step.number, &record.get(), kReadHeader, true);
-            const auto* header = reinterpret_cast<const RecordHeader*>(record.bytes());
-            step.record.id = header->name;
-            step.record.edition = header->kind;
-            if (step.record.id.starts_with(prefix)) return step;
-        }
-        return std::nullopt;
+        const uint64_t count = CountRecords(step.group.c_str());
+        const int32_t start = count > 0 ? static_cast<int32_t>(random_() % count) : 0;
+        const auto isOwn = [&](std::string_view name) { return name.starts_with(prefix); };
+        return FindFrom(step, start, isOwn) ? std::optional(step) : std::nullopt;
     }
 
     void ChangeOwn() {
