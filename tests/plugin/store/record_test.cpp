@@ -103,7 +103,6 @@ TEST_F(RecordTest, APreviewReadFillsTheCallersHandleAndLeavesTheCurrentRecord) {
     EXPECT_EQ(std::memcmp(BlockBytes(given) + kPreviewOffset, &whole[kPreviewOffset], kPreviewBytes), 0);
 }
 
-// A smooth ramp packs to more bytes than it has.
 // However its bodies are packed, the same art is stored as the same bytes.
 TEST_F(RecordTest, ALongRecordEndsWithItsBodiesAndFourZeros) {
     constexpr uint32_t kObjectBytes = 200000;
@@ -124,6 +123,7 @@ TEST_F(RecordTest, ALongRecordEndsWithItsBodiesAndFourZeros) {
     EXPECT_EQ(Bytes(packed, packed + expected.size()), expected);
 }
 
+// A smooth ramp packs to more bytes than it has.
 TEST_F(RecordTest, APreviewThatPacksToMoreThanItselfSurvives) {
     MakeCurRecord("a");
     uint8_t* preview = BlockBytes(globals->curRecord) + kPreviewOffset;
